@@ -1,0 +1,16 @@
+#include "cli/commands.h"
+
+#include <CLI/CLI.hpp>
+
+namespace OrvexCli {
+
+int TCommandRegistry::Run(const CLI::App& app) const {
+    for (const auto& [sub, run] : fCommands)
+        if (sub->parsed()) return run();
+    (void)app;
+    return kExitUsage;
+}
+
+void RegisterCommands(CLI::App& app, TCommandRegistry& commands) { RegisterReference(app, commands); }
+
+}  // namespace OrvexCli
