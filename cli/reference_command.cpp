@@ -1,11 +1,13 @@
-// `orvex reference`: the tables every drawing rests on (units, paper sizes), printed for people.
-#include <CLI/CLI.hpp>
+// `orvex reference`: the tables every drawing rests on (units, paper sizes, message groups), printed for
+// people.
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 
 #include "cli/commands.h"
 #include "orvex/core/types.h"
+#include "orvex/messages/messages.h"
 
 namespace OrvexCli {
 namespace {
@@ -22,6 +24,10 @@ int PrintReference() {
     fmt::print("  {:<18} {:>8} {:>8} {:>6}\n", "name", "width", "height", "code");
     for (const auto& paper : PaperSizes())
         fmt::print("  {:<18} {:>8.2f} {:>8.2f} {:>6}\n", paper.Name, paper.Width, paper.Height, paper.Code);
+    fmt::print("\nMessage groups (built-in English texts)\n");
+    fmt::print("  {:<6} {:<12} {:>7}\n", "prefix", "section", "entries");
+    for (const auto& group : TORXMsg::GetGroups())
+        fmt::print("  {:<6} {:<12} {:>7}\n", group.Prefix, group.Section, group.Count);
     return kExitOk;
 }
 

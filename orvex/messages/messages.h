@@ -2,13 +2,22 @@
 // texts are always present; a language file (INI, UTF-8) overrides them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Orvex {
 
+// One group of the catalogue: the prefix of its keys, its section in a language file, its entries now.
+struct TORXMsgGroup {
+    std::string_view Prefix;
+    std::string_view Section;
+    std::size_t Count;
+};
+
 class TORXMsg {
-public:
+  public:
     TORXMsg() = delete;
 
     // Each lookup forms the key from its group prefix ("err", "inf", ...) and name; an unknown key gives
@@ -26,7 +35,11 @@ public:
     // Not safe while other threads look texts up.
     static void LoadResources(const std::string& fileName);
     // Writes the whole catalogue as a language file; false when the file cannot be written.
+    // Texts are written as name=value lines, so an entry that would not read back (a line break in its
+    // text) is refused: false, and the file is not touched.
     static bool SaveToIniFile(const std::string& fileName);
+
+    static std::vector<TORXMsgGroup> GetGroups();  // all eight, in the order a language file is read
 };
 
 }  // namespace Orvex
