@@ -303,7 +303,7 @@ public:
     static TQVLPto64 RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy, double angle);
     static TPoint2D RotatePoint(const TPoint2D& p, const TPoint2D& center, double angle);
     // Sorts the first three points by X with three compare-and-swaps (first-second, first-third,
-    // second-third); equal X keep their order. Fewer than three points: nothing happens.
+    // second-third); not stable for equal X. Fewer than three points: nothing happens.
     static void OrderPoints(std::span<TQVLPto64> points);
     // Floor of the square root, exact over the whole range; 0 for negative values.
     static std::int64_t Int64Sqrt(std::int64_t value);
