@@ -22,7 +22,8 @@ BENCHMARK(BM_PointInLine);
 void BM_PointOnEllipse(benchmark::State& state) {
     std::int64_t x = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(TDraw2D::PointOnEllipse(50'000, 50'000, 40'000, 25'000, x % 100'000, 50'000, 500));
+        benchmark::DoNotOptimize(
+            TDraw2D::PointOnEllipse(50'000, 50'000, 40'000, 25'000, x % 100'000, 50'000, 500));
         x += 7919;
     }
 }

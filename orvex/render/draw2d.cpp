@@ -80,8 +80,8 @@ bool TDraw2D::DrawArrow(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::
     return IntArrow(D(x2), D(y2), theta, size, ax1, ay1, ax2, ay2, divisor);
 }
 
-bool TDraw2D::DrawArrow(float x1, float y1, float x2, float y2, float size, float& ax1, float& ay1, float& ax2,
-                        float& ay2, float divisor) {
+bool TDraw2D::DrawArrow(float x1, float y1, float x2, float y2, float size, float& ax1, float& ay1,
+                        float& ax2, float& ay2, float divisor) {
     const double theta = std::atan2(static_cast<double>(y2) - y1, static_cast<double>(x2) - x1);
     return FloatArrow(x2, y2, theta, size, ax1, ay1, ax2, ay2, divisor);
 }
@@ -144,9 +144,9 @@ bool TDraw2D::DrawParallelLine(float x1, float y1, float x2, float y2, float dis
     return ok;
 }
 
-bool TDraw2D::DrawParalLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
-                            std::int64_t py, std::int64_t& qx1, std::int64_t& qy1, std::int64_t& qx2,
-                            std::int64_t& qy2) {
+bool TDraw2D::DrawParalLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                            std::int64_t px, std::int64_t py, std::int64_t& qx1, std::int64_t& qy1,
+                            std::int64_t& qx2, std::int64_t& qy2) {
     qx1 = x1, qy1 = y1, qx2 = x2, qy2 = y2;
     const TInt128 dx = Wide(x2) - x1, dy = Wide(y2) - y1;
     const TInt128 len2 = Dot(dx, dy, dx, dy);
@@ -258,23 +258,33 @@ bool TDraw2D::EquidistArc(std::int64_t cx, std::int64_t cy, std::int64_t radius,
 
 // [SECTION] Vectors and rotation ---------------------------------------------------------------------------
 
-double TDraw2D::CrossProduct(const TPoint2D& a, const TPoint2D& b) { return a.X * b.Y - a.Y * b.X; }
+double TDraw2D::CrossProduct(const TPoint2D& a, const TPoint2D& b) {
+    return a.X * b.Y - a.Y * b.X;
+}
 
 double TDraw2D::CrossProduct(std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by) {
     return ToDouble(Cross(ax, ay, bx, by));
 }
 
-double TDraw2D::DotProduct(const TPoint2D& a, const TPoint2D& b) { return a.X * b.X + a.Y * b.Y; }
+double TDraw2D::DotProduct(const TPoint2D& a, const TPoint2D& b) {
+    return a.X * b.X + a.Y * b.Y;
+}
 
 double TDraw2D::DotProduct(std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by) {
     return ToDouble(Dot(ax, ay, bx, by));
 }
 
-double TDraw2D::Magnitude(const TPoint2D& v) { return std::hypot(v.X, v.Y); }
+double TDraw2D::Magnitude(const TPoint2D& v) {
+    return std::hypot(v.X, v.Y);
+}
 
-double TDraw2D::Magnitude(std::int64_t x, std::int64_t y) { return std::hypot(D(x), D(y)); }
+double TDraw2D::Magnitude(std::int64_t x, std::int64_t y) {
+    return std::hypot(D(x), D(y));
+}
 
-double TDraw2D::Distance(const TPoint2D& a, const TPoint2D& b) { return std::hypot(b.X - a.X, b.Y - a.Y); }
+double TDraw2D::Distance(const TPoint2D& a, const TPoint2D& b) {
+    return std::hypot(b.X - a.X, b.Y - a.Y);
+}
 
 double TDraw2D::Distance(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2) {
     return ToDouble(Wide(x2) - x1) == 0.0 ? std::abs(ToDouble(Wide(y2) - y1))
@@ -302,7 +312,9 @@ double TDraw2D::AnglePointToLine(std::int64_t x1, std::int64_t y1, std::int64_t 
     return AngleDiff(AngleSegment(x1, y1, x2, y2), AngleSegment(x1, y1, px, py));
 }
 
-TQVLSPoint TDraw2D::VectorPerpendicular(float x1, float y1, float x2, float y2) { return {-(y2 - y1), x2 - x1}; }
+TQVLSPoint TDraw2D::VectorPerpendicular(float x1, float y1, float x2, float y2) {
+    return {-(y2 - y1), x2 - x1};
+}
 
 TQVLPto64 TDraw2D::VectorPerpendicular(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2) {
     return {-(y2 - y1), x2 - x1};
@@ -314,10 +326,14 @@ namespace {
 template <class T>
 std::pair<T, T> Quarter(T dx, T dy, TQVLAngle angle) {
     switch (angle) {
-        case TQVLAngle::ag0: return {dx, dy};
-        case TQVLAngle::ag90: return {-dy, dx};
-        case TQVLAngle::ag180: return {-dx, -dy};
-        case TQVLAngle::ag270: return {dy, -dx};
+        case TQVLAngle::ag0:
+            return {dx, dy};
+        case TQVLAngle::ag90:
+            return {-dy, dx};
+        case TQVLAngle::ag180:
+            return {-dx, -dy};
+        case TQVLAngle::ag270:
+            return {dy, -dx};
     }
     return {dx, dy};
 }
@@ -336,7 +352,8 @@ TQVLPto64 TDraw2D::RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, 
     return {cx + dx, cy + dy};
 }
 
-TQVLPto64 TDraw2D::RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy, double angle) {
+TQVLPto64 TDraw2D::RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy,
+                               double angle) {
     const TPoint2D p = RotatePoint(TPoint2D(D(x), D(y)), TPoint2D(D(cx), D(cy)), angle);
     return {Round(p.X), Round(p.Y)};
 }

@@ -7,7 +7,8 @@
 // - Angles are radians measured as atan2(dy, dx) in the stored coordinates. "Counter-clockwise" (ccw)
 //   means increasing angle; on a screen whose y axis points down it looks clockwise.
 // - An arc is (centre, radius, start angle, end angle, ccw): it runs from the start angle to the end angle
-//   in the given direction (see ArcContainsAngle).
+//   in the given direction (see ArcContainsAngle); equal start and end angles make a single point when
+//   ccw and a full circle when clockwise.
 // - Integer results of real-valued geometry are rounded half away from zero.
 // - A routine that has no answer (parallel lines, coincident points, zero radius) returns false or a
 //   count of 0 and never divides by zero.
@@ -47,7 +48,7 @@ struct TRectF {
 };
 
 class TDraw2D {
-public:
+  public:
     TDraw2D() = delete;
 
     // [SECTION] Arrow heads --------------------------------------------------------------------------------
@@ -56,11 +57,11 @@ public:
     // every case, so with size 0 both equal the tip. (ax1, ay1) is the right barb, (ax2, ay2) the left.
     static constexpr float kArrowDivisor = 6.0f;  // a 60 degree opening, 30 degrees either side of the shaft
 
-    static bool DrawArrow(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t size,
-                          std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2, std::int64_t& ay2,
-                          float divisor);
-    static bool DrawArrow(float x1, float y1, float x2, float y2, float size, float& ax1, float& ay1, float& ax2,
-                          float& ay2, float divisor);
+    static bool DrawArrow(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                          std::int64_t size, std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2,
+                          std::int64_t& ay2, float divisor);
+    static bool DrawArrow(float x1, float y1, float x2, float y2, float size, float& ax1, float& ay1,
+                          float& ax2, float& ay2, float divisor);
     // Tip and shaft direction given directly: angle is the direction of travel into the tip.
     static bool DrawArrow(std::int64_t x, std::int64_t y, double angle, std::int64_t size, std::int64_t& ax1,
                           std::int64_t& ay1, std::int64_t& ax2, std::int64_t& ay2, float divisor);
@@ -76,25 +77,27 @@ public:
     // A diagonal tick through (x2, y2), 45 degrees off the shaft, reaching size either side of the tip.
     // DrawLeft leans its forward end to the left of the travel direction, DrawRight to the right.
     // (ax1, ay1) is the end behind the tip, (ax2, ay2) the end ahead of it. True only when size > 0.
-    static bool DrawLeft(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t size,
-                         std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2, std::int64_t& ay2);
-    static bool DrawRight(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t size,
-                          std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2, std::int64_t& ay2);
+    static bool DrawLeft(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                         std::int64_t size, std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2,
+                         std::int64_t& ay2);
+    static bool DrawRight(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                          std::int64_t size, std::int64_t& ax1, std::int64_t& ay1, std::int64_t& ax2,
+                          std::int64_t& ay2);
 
     // [SECTION] Offsets ------------------------------------------------------------------------------------
     // A positive distance moves towards VectorPerpendicular (the right side), a negative one to the left.
     // A zero-length segment has no direction: false, and the outputs are the input unchanged.
 
     static bool DrawParallelLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-                                 std::int64_t distance, std::int64_t& px1, std::int64_t& py1, std::int64_t& px2,
-                                 std::int64_t& py2);
-    static bool DrawParallelLine(float x1, float y1, float x2, float y2, float distance, float& px1, float& py1,
-                                 float& px2, float& py2);
+                                 std::int64_t distance, std::int64_t& px1, std::int64_t& py1,
+                                 std::int64_t& px2, std::int64_t& py2);
+    static bool DrawParallelLine(float x1, float y1, float x2, float y2, float distance, float& px1,
+                                 float& py1, float& px2, float& py2);
     // The segment moved across itself until its line passes through (px, py); the ends stay opposite the
     // original ends.
-    static bool DrawParalLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
-                              std::int64_t py, std::int64_t& qx1, std::int64_t& qy1, std::int64_t& qx2,
-                              std::int64_t& qy2);
+    static bool DrawParalLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                              std::int64_t px, std::int64_t py, std::int64_t& qx1, std::int64_t& qy1,
+                              std::int64_t& qx2, std::int64_t& qy2);
     // Midpoint of the parallel at distance: where a label stands beside a line. A zero-length segment gives
     // its own point and false.
     static bool PosMidParal(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
@@ -107,9 +110,10 @@ public:
                                std::vector<TQVLPto64>& result);
     // The arc through three points (start, middle, end) moved outwards from its centre by distance (inwards
     // when negative). False when the points are collinear or the new radius would not be positive.
-    static bool EquidistArc(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t x3,
-                            std::int64_t y3, std::int64_t distance, std::int64_t& qx1, std::int64_t& qy1,
-                            std::int64_t& qx2, std::int64_t& qy2, std::int64_t& qx3, std::int64_t& qy3);
+    static bool EquidistArc(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                            std::int64_t x3, std::int64_t y3, std::int64_t distance, std::int64_t& qx1,
+                            std::int64_t& qy1, std::int64_t& qx2, std::int64_t& qy2, std::int64_t& qx3,
+                            std::int64_t& qy3);
     static bool EquidistArc(const TPoint2D& p1, const TPoint2D& p2, const TPoint2D& p3, double distance,
                             TPoint2D& q1, TPoint2D& q2, TPoint2D& q3);
     // The concentric arc of a centred arc: its radius and its start and end points.
@@ -180,8 +184,9 @@ public:
     // Extension (the extend tool): the segment (x1, y1)-(x2, y2) grows at one end until it meets the
     // boundary. Only crossings beyond the segment's ends count; the nearest one beyond an end wins (beyond
     // the second end on a tie) and that end moves onto it. False, with nothing changed, when there is none.
+    // ExtendLines' boundary is the segment (x3, y3)-(x4, y4), ends included.
     static bool ExtendLines(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2, std::int64_t& y2,
-                            std::int64_t x3, std::int64_t y3, std::int64_t x4, std::int64_t y4);  // boundary segment
+                            std::int64_t x3, std::int64_t y3, std::int64_t x4, std::int64_t y4);
     static bool ExtendLineToCircle(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2, std::int64_t& y2,
                                    std::int64_t cx, std::int64_t cy, std::int64_t radius);
     static bool ExtendLineToEllipse(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2, std::int64_t& y2,
@@ -215,17 +220,18 @@ public:
     // Crossings of a line with a circle or an axis-aligned ellipse: 0, 1 (tangent; both outputs equal) or 2,
     // ordered along the line. A zero-length line or a non-positive radius gives 0.
     static int LineCrossCircle(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-                               std::int64_t cx, std::int64_t cy, std::int64_t radius, TPoint2D& p1, TPoint2D& p2);
+                               std::int64_t cx, std::int64_t cy, std::int64_t radius, TPoint2D& p1,
+                               TPoint2D& p2);
     static int LineCrossEllipse(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-                                std::int64_t cx, std::int64_t cy, std::int64_t rx, std::int64_t ry, TPoint2D& p1,
-                                TPoint2D& p2);
+                                std::int64_t cx, std::int64_t cy, std::int64_t rx, std::int64_t ry,
+                                TPoint2D& p1, TPoint2D& p2);
     // The segment has a point inside the rectangle or on its edges (rectangle selection of lines).
     static bool LineCrossRect(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
                               const TQVLRect& rect);
     // The part of the segment inside the rectangle (edges included): entry and exit points in the segment's
     // direction; an end inside the rectangle is its own entry or exit. False when the segment misses it.
-    static bool RectangleIntersectLine(const TQVLRect& rect, std::int64_t x1, std::int64_t y1, std::int64_t x2,
-                                       std::int64_t y2, TPoint2D& entry, TPoint2D& exit);
+    static bool RectangleIntersectLine(const TQVLRect& rect, std::int64_t x1, std::int64_t y1,
+                                       std::int64_t x2, std::int64_t y2, TPoint2D& entry, TPoint2D& exit);
     // The arc (a curve, not a sector) has a point inside the rectangle or on its edges.
     static bool ArcIntersectsRect(std::int64_t cx, std::int64_t cy, std::int64_t radius, double startAngle,
                                   double endAngle, bool ccw, const TQVLRect& rect);
@@ -240,11 +246,12 @@ public:
     // Grip tests (CursorOnPos, CursorOnPosS) are strict; tolerance tests on outlines accept a distance up to
     // and including tol. Integer tests are exact (128-bit products).
 
-    static bool CursorOnPos(std::int64_t x, std::int64_t y, std::int64_t px, std::int64_t py, std::int64_t tol);
+    static bool CursorOnPos(std::int64_t x, std::int64_t y, std::int64_t px, std::int64_t py,
+                            std::int64_t tol);
     static bool CursorOnPosS(std::int64_t x, std::int64_t y, float px, float py, std::int64_t tol);
     // Within tol of the segment (round ends).
-    static bool PointInLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
-                            std::int64_t py, std::int64_t tol);
+    static bool PointInLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                            std::int64_t px, std::int64_t py, std::int64_t tol);
     // Exactly on the segment, ends included.
     static bool PointOnSegment(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
                                std::int64_t px, std::int64_t py);
@@ -269,14 +276,15 @@ public:
     static int PointSide(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
                          std::int64_t py);
     // Horizontal line: py < y1. Vertical line: px > x1. Otherwise m * px + (y1 - m * x1) > py with m the
-    // slope. Stored edit decisions rest on this exact rule.
+    // slope (a point on the line gives false).
     static bool PosPoint(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
                          std::int64_t py);
 
     // [SECTION] Vectors and rotation -----------------------------------------------------------------------
 
+    // The integer forms multiply exactly and round once, to the returned double.
     static double CrossProduct(const TPoint2D& a, const TPoint2D& b);
-    static double CrossProduct(std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by);  // exact, rounded once
+    static double CrossProduct(std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by);
     static double DotProduct(const TPoint2D& a, const TPoint2D& b);
     static double DotProduct(std::int64_t ax, std::int64_t ay, std::int64_t bx, std::int64_t by);
     static double Magnitude(const TPoint2D& v);
@@ -285,8 +293,8 @@ public:
     static double Distance(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2);
     // |(y2 - y1) px + (x1 - x2) py + (x2 y1 - x1 y2)| div Int64Sqrt((y2 - y1)^2 + (x1 - x2)^2), in 64-bit
     // integers (wrapping, never trapping, beyond their range); a zero-length line gives 0.
-    static std::int64_t DistancePointToLine(std::int64_t px, std::int64_t py, std::int64_t x1, std::int64_t y1,
-                                            std::int64_t x2, std::int64_t y2);
+    static std::int64_t DistancePointToLine(std::int64_t px, std::int64_t py, std::int64_t x1,
+                                            std::int64_t y1, std::int64_t x2, std::int64_t y2);
     // Signed turn at (x1, y1) from the line's direction to the direction of (px, py), in (-pi, pi]; 0 when
     // either direction is undefined.
     static double AnglePointToLine(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
@@ -298,9 +306,11 @@ public:
     // +y); the result is normalised.
     static TRectF Rotate(const TRectF& rect, float cx, float cy, TQVLAngle angle);
     // Quarter turns (as Rotate), exact.
-    static TQVLPto64 RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy, TQVLAngle angle);
+    static TQVLPto64 RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy,
+                                 TQVLAngle angle);
     // By angle radians (ccw: +x towards +y).
-    static TQVLPto64 RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy, double angle);
+    static TQVLPto64 RotatePoint(std::int64_t x, std::int64_t y, std::int64_t cx, std::int64_t cy,
+                                 double angle);
     static TPoint2D RotatePoint(const TPoint2D& p, const TPoint2D& center, double angle);
     // Sorts the first three points by X with three compare-and-swaps (first-second, first-third,
     // second-third); not stable for equal X. Fewer than three points: nothing happens.
@@ -310,7 +320,8 @@ public:
 
     // [SECTION] Rectangles ---------------------------------------------------------------------------------
 
-    // A width x height rectangle with the same centre; in base units an odd leftover goes right and down.
+    // A width x height rectangle with the same centre. In base units the left edge is
+    // Left + floor((GetWidth() - width) / 2), and the top edge likewise.
     static TRectF CenteredRect(const TRectF& rect, float width, float height);
     static TQVLRect CenteredRect(const TQVLRect& rect, std::int64_t width, std::int64_t height);
     // Outline of a slot (obround) of the given total width around the centre line (x1, y1)-(x2, y2): two

@@ -161,7 +161,9 @@ double TDraw2D::AngleDiff(double a, double b) {
     return d > std::numbers::pi ? d - kTwoPi : d;
 }
 
-double TDraw2D::SweepCCW(double a0, double a1) { return NormalizeAngle(a1 - a0); }
+double TDraw2D::SweepCCW(double a0, double a1) {
+    return NormalizeAngle(a1 - a0);
+}
 
 double TDraw2D::NormalizeAngle(double a) {
     double r = std::fmod(a, kTwoPi);

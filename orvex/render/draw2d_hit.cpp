@@ -12,8 +12,8 @@ using namespace Draw2DDetail;  // NOLINT(google-build-using-namespace)
 namespace {
 
 // Squared distance from p to the segment a b compared with tol^2, exact: -1 nearer, 0 at, +1 farther.
-int CompareSegmentDistance(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, std::int64_t px,
-                           std::int64_t py, std::int64_t tol) {
+int CompareSegmentDistance(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                           std::int64_t px, std::int64_t py, std::int64_t tol) {
     const TInt128 dx = Wide(x2) - x1, dy = Wide(y2) - y1;
     const TInt128 ex = Wide(px) - x1, ey = Wide(py) - y1;
     const TInt128 along = Dot(ex, ey, dx, dy), dd = Dot(dx, dy, dx, dy);
@@ -32,7 +32,8 @@ double SegmentDistance(const TPoint2D& a, const TPoint2D& b, double px, double p
 
 }  // namespace
 
-bool TDraw2D::CursorOnPos(std::int64_t x, std::int64_t y, std::int64_t px, std::int64_t py, std::int64_t tol) {
+bool TDraw2D::CursorOnPos(std::int64_t x, std::int64_t y, std::int64_t px, std::int64_t py,
+                          std::int64_t tol) {
     return Wide(x) - tol < px && px < Wide(x) + tol && Wide(y) - tol < py && py < Wide(y) + tol;
 }
 

@@ -16,12 +16,22 @@ __extension__ typedef __int128 TInt128;  // products of two 64-bit values must n
 
 inline constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
-inline TInt128 Wide(std::int64_t v) { return static_cast<TInt128>(v); }
-inline double ToDouble(TInt128 v) { return static_cast<double>(v); }
-inline double D(std::int64_t v) { return static_cast<double>(v); }
-inline std::int64_t Round(double v) { return Qvl::Utils::MathRound(v); }
+inline TInt128 Wide(std::int64_t v) {
+    return static_cast<TInt128>(v);
+}
+inline double ToDouble(TInt128 v) {
+    return static_cast<double>(v);
+}
+inline double D(std::int64_t v) {
+    return static_cast<double>(v);
+}
+inline std::int64_t Round(double v) {
+    return Qvl::Utils::MathRound(v);
+}
 
-inline TInt128 Abs128(TInt128 v) { return v < 0 ? -v : v; }
+inline TInt128 Abs128(TInt128 v) {
+    return v < 0 ? -v : v;
+}
 
 // Products and cross products wrap instead of trapping for coordinates spanning more than 2^62 base units,
 // far beyond any drawing; within that range they are exact.
@@ -35,7 +45,9 @@ inline TInt128 Cross(TInt128 ax, TInt128 ay, TInt128 bx, TInt128 by) {
 inline TInt128 Dot(TInt128 ax, TInt128 ay, TInt128 bx, TInt128 by) {
     return static_cast<TInt128>(static_cast<TUInt128>(Mul(ax, bx)) + static_cast<TUInt128>(Mul(ay, by)));
 }
-inline long double LD(TInt128 v) { return static_cast<long double>(v); }
+inline long double LD(TInt128 v) {
+    return static_cast<long double>(v);
+}
 
 // a^2 + b^2 compared with c^2 (c >= 0): -1, 0 or +1. Exact while the magnitudes stay below 2^62, which
 // covers any difference of two base-unit coordinates times another; beyond that, long double.
@@ -61,12 +73,15 @@ inline Qvl::Types::TPoint2D At(std::int64_t x1, std::int64_t y1, std::int64_t x2
 // Collects line parameters of boundary crossings and moves the segment end nearest to one that lies
 // beyond the segment. Ties go to the second end.
 class TExtendPick {
-public:
+  public:
     void Add(double t) {
         double beyond;
-        if (t > 1.0) beyond = t - 1.0;
-        else if (t < 0.0) beyond = -t;
-        else return;
+        if (t > 1.0)
+            beyond = t - 1.0;
+        else if (t < 0.0)
+            beyond = -t;
+        else
+            return;
         if (!fFound || beyond < fBeyond || (beyond == fBeyond && t > 1.0)) {
             fFound = true, fBeyond = beyond, fT = t;
         }
@@ -74,12 +89,14 @@ public:
     bool Apply(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2, std::int64_t& y2) const {
         if (!fFound) return false;
         const Qvl::Types::TPoint2D p = At(x1, y1, x2, y2, fT);
-        if (fT > 1.0) x2 = Round(p.X), y2 = Round(p.Y);
-        else x1 = Round(p.X), y1 = Round(p.Y);
+        if (fT > 1.0)
+            x2 = Round(p.X), y2 = Round(p.Y);
+        else
+            x1 = Round(p.X), y1 = Round(p.Y);
         return true;
     }
 
-private:
+  private:
     bool fFound = false;
     double fBeyond = 0.0;
     double fT = 0.0;

@@ -184,8 +184,10 @@ bool TDraw2D::TrimLineAtArc(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2
     }
     if (!found) return false;
     const TPoint2D p = At(x1, y1, x2, y2, cut);
-    if (tp >= cut) x2 = Round(p.X), y2 = Round(p.Y);
-    else x1 = Round(p.X), y1 = Round(p.Y);
+    if (tp >= cut)
+        x2 = Round(p.X), y2 = Round(p.Y);
+    else
+        x1 = Round(p.X), y1 = Round(p.Y);
     return true;
 }
 
@@ -196,8 +198,10 @@ bool TDraw2D::JoinLines(std::int64_t& x1, std::int64_t& y1, std::int64_t& x2, st
     const auto moveNearer = [&](std::int64_t& ax, std::int64_t& ay, std::int64_t& bx, std::int64_t& by) {
         const TInt128 da = Dot(Wide(ax) - x, Wide(ay) - y, Wide(ax) - x, Wide(ay) - y);
         const TInt128 db = Dot(Wide(bx) - x, Wide(by) - y, Wide(bx) - x, Wide(by) - y);
-        if (da < db) ax = x, ay = y;
-        else bx = x, by = y;
+        if (da < db)
+            ax = x, ay = y;
+        else
+            bx = x, by = y;
     };
     moveNearer(x1, y1, x2, y2);
     moveNearer(x3, y3, x4, y4);
@@ -248,7 +252,8 @@ bool TDraw2D::CircleCrossCircle(std::int64_t cx1, std::int64_t cy1, std::int64_t
 }
 
 int TDraw2D::LineCrossCircle(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-                             std::int64_t cx, std::int64_t cy, std::int64_t radius, TPoint2D& p1, TPoint2D& p2) {
+                             std::int64_t cx, std::int64_t cy, std::int64_t radius, TPoint2D& p1,
+                             TPoint2D& p2) {
     double t1 = 0.0, t2 = 0.0;
     const int n = CircleParams(x1, y1, x2, y2, cx, cy, radius, t1, t2);
     if (n > 0) p1 = At(x1, y1, x2, y2, t1), p2 = At(x1, y1, x2, y2, t2);
@@ -256,8 +261,8 @@ int TDraw2D::LineCrossCircle(std::int64_t x1, std::int64_t y1, std::int64_t x2, 
 }
 
 int TDraw2D::LineCrossEllipse(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-                              std::int64_t cx, std::int64_t cy, std::int64_t rx, std::int64_t ry, TPoint2D& p1,
-                              TPoint2D& p2) {
+                              std::int64_t cx, std::int64_t cy, std::int64_t rx, std::int64_t ry,
+                              TPoint2D& p1, TPoint2D& p2) {
     double t1 = 0.0, t2 = 0.0;
     const int n = LineEllipseParams(x1, y1, x2, y2, cx, cy, rx, ry, t1, t2);
     if (n > 0) p1 = At(x1, y1, x2, y2, t1), p2 = At(x1, y1, x2, y2, t2);
@@ -300,8 +305,10 @@ bool TDraw2D::RectangleIntersectLine(const TQVLRect& rect, std::int64_t x1, std:
             continue;
         }
         const double r = q[i] / p[i];
-        if (p[i] < 0.0) t0 = std::max(t0, r);
-        else t1 = std::min(t1, r);
+        if (p[i] < 0.0)
+            t0 = std::max(t0, r);
+        else
+            t1 = std::min(t1, r);
     }
     if (t0 > t1) return false;
     entry = At(x1, y1, x2, y2, t0);

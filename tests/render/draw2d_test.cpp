@@ -25,8 +25,10 @@ TEST(Draw2DArrow, BarbsLieEitherSideOfTheShaftBehindTheTip) {
 
     // Downwards with the usual 60 degree opening; the tip-and-angle form agrees with the segment form.
     std::int64_t bx1, by1, bx2, by2;
-    EXPECT_TRUE(TDraw2D::DrawArrow(std::int64_t{0}, 0, 0, 100, 10, ax1, ay1, ax2, ay2, TDraw2D::kArrowDivisor));
-    EXPECT_TRUE(TDraw2D::DrawArrow(std::int64_t{0}, 100, kPi / 2, 10, bx1, by1, bx2, by2, TDraw2D::kArrowDivisor));
+    EXPECT_TRUE(
+        TDraw2D::DrawArrow(std::int64_t{0}, 0, 0, 100, 10, ax1, ay1, ax2, ay2, TDraw2D::kArrowDivisor));
+    EXPECT_TRUE(
+        TDraw2D::DrawArrow(std::int64_t{0}, 100, kPi / 2, 10, bx1, by1, bx2, by2, TDraw2D::kArrowDivisor));
     EXPECT_EQ((std::vector<std::int64_t>{ax1, ay1, ax2, ay2}), (std::vector<std::int64_t>{-5, 91, 5, 91}));
     EXPECT_EQ((std::vector<std::int64_t>{bx1, by1, bx2, by2}), (std::vector<std::int64_t>{-5, 91, 5, 91}));
 
@@ -209,7 +211,7 @@ TEST(Draw2DHit, SideOfALine) {
 TEST(Draw2DVector, DistancePointToLineIsIntegerAndSafeOnAPointLine) {
     EXPECT_EQ(TDraw2D::DistancePointToLine(5, 7, 0, 0, 10, 0), 7);
     EXPECT_EQ(TDraw2D::DistancePointToLine(4, -3, 0, 0, 3, 4), 5);
-    EXPECT_EQ(TDraw2D::DistancePointToLine(1, 0, 0, 0, 3, 4), 0);   // 4 div 5
+    EXPECT_EQ(TDraw2D::DistancePointToLine(1, 0, 0, 0, 3, 4), 0);    // 4 div 5
     EXPECT_EQ(TDraw2D::DistancePointToLine(0, 10, 0, 0, 1, 1), 10);  // divides by Int64Sqrt(2) = 1, not 1.414
     EXPECT_EQ(TDraw2D::DistancePointToLine(9, 9, 4, 4, 4, 4), 0);
 }
@@ -219,12 +221,13 @@ TEST(Draw2DVector, Int64SqrtIsTheExactFloor) {
     struct Case {
         std::int64_t v, root;
     };
-    for (const Case& c : {Case{0, 0}, Case{1, 1}, Case{15, 3}, Case{16, 4}, Case{-5, 0},
-                          Case{1'000'000'000'000'000'000, 1'000'000'000}, Case{999'999'999'999'999'999, 999'999'999},
-                          Case{std::int64_t{1} << 62, std::int64_t{1} << 31},
-                          Case{(std::int64_t{1} << 62) - 1, (std::int64_t{1} << 31) - 1},
-                          Case{9'223'372'030'926'249'001, 3'037'000'499},
-                          Case{9'223'372'030'926'249'000, 3'037'000'498}, Case{kMax, 3'037'000'499}}) {
+    for (const Case& c :
+         {Case{0, 0}, Case{1, 1}, Case{15, 3}, Case{16, 4}, Case{-5, 0},
+          Case{1'000'000'000'000'000'000, 1'000'000'000}, Case{999'999'999'999'999'999, 999'999'999},
+          Case{std::int64_t{1} << 62, std::int64_t{1} << 31},
+          Case{(std::int64_t{1} << 62) - 1, (std::int64_t{1} << 31) - 1},
+          Case{9'223'372'030'926'249'001, 3'037'000'499}, Case{9'223'372'030'926'249'000, 3'037'000'498},
+          Case{kMax, 3'037'000'499}}) {
         SCOPED_TRACE(c.v);
         EXPECT_EQ(TDraw2D::Int64Sqrt(c.v), c.root);
     }
