@@ -1,7 +1,7 @@
 // `orvex animate PATH.json [--fps N]`: runs a path animation as a host would, one Update per frame, and
 // prints every frame as a CSV row so that a run can be inspected, plotted or compared.
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cstdio>

@@ -11,10 +11,10 @@
 namespace Orvex {
 namespace {
 
-constexpr int kCurveChords = 48;          // chords per ellipse or Bézier, for its length and its pacing
-constexpr int kBisectionSteps = 48;       // enough to exhaust a double's mantissa on [0, 1]
+constexpr int kCurveChords = 48;            // chords per ellipse or Bézier, for its length and its pacing
+constexpr int kBisectionSteps = 48;         // enough to exhaust a double's mantissa on [0, 1]
 constexpr double kMinSegmentLength = 1e-6;  // keeps zero-length segments from dividing by zero
-constexpr double kJoinStart = 0.99;       // the heading turns through a Bézier joint over the last 1 %
+constexpr double kJoinStart = 0.99;         // the heading turns through a Bézier joint over the last 1 %
 constexpr double kPi = std::numbers::pi;
 
 constexpr const char* kTotalTimeMessage = "TotalTime must be greater than zero";
@@ -22,12 +22,18 @@ constexpr const char* kTimeScaleMessage = "TimeScale must be greater than zero";
 constexpr const char* kProgressMessage = "Progress must be between zero and one";
 constexpr const char* kDeltaTimeMessage = "DeltaTime must be zero or greater";
 
-double DegToRad(double degrees) { return degrees * kPi / 180.0; }
+double DegToRad(double degrees) {
+    return degrees * kPi / 180.0;
+}
 
-double ChordLength(const TPoint2D& a, const TPoint2D& b) { return std::hypot(b.X - a.X, b.Y - a.Y); }
+double ChordLength(const TPoint2D& a, const TPoint2D& b) {
+    return std::hypot(b.X - a.X, b.Y - a.Y);
+}
 
 // Written so that NaN fails as well.
-bool IsProgress(double value) { return value >= 0.0 && value <= 1.0; }
+bool IsProgress(double value) {
+    return value >= 0.0 && value <= 1.0;
+}
 
 void CheckProgress(double value) {
     if (!IsProgress(value)) throw std::out_of_range(kProgressMessage);
@@ -84,7 +90,9 @@ void TPathAnimator::SetTiming(double totalTime, double timeScale) {
     FCurrentTime = progress * totalTime;
 }
 
-void TPathAnimator::Reset() { FCurrentTime = FReverse ? FTotalTime : 0.0; }
+void TPathAnimator::Reset() {
+    FCurrentTime = FReverse ? FTotalTime : 0.0;
+}
 
 void TPathAnimator::UpdateTimeScale(double newScale) {
     if (!(newScale > 0.0)) throw std::out_of_range(kTimeScaleMessage);
@@ -96,7 +104,9 @@ double TPathAnimator::GetProgress() const {
     return std::min(1.0, FCurrentTime / FTotalTime);
 }
 
-double TPathAnimator::GetPathProgress() const { return ApplyEasing(GetProgress()); }
+double TPathAnimator::GetPathProgress() const {
+    return ApplyEasing(GetProgress());
+}
 
 // [SECTION] Easing
 

@@ -31,7 +31,7 @@ struct TPathSegment {
 };
 
 class TPathAnimator {
-public:
+  public:
     TPathAnimator() = default;
 
     void SetPath(TPathType pathType, const std::vector<TPathSegment>& segments);  // copies the segments
@@ -60,7 +60,8 @@ public:
     bool Update(double deltaTime, double& x, double& y, double& rotation);
     // Jumps to an eased path progress in [0, 1] (throws std::out_of_range otherwise); false while idle.
     bool Seek(double progress, double& x, double& y, double& rotation);
-    // The position at an absolute time in [0, total time]; false (outputs untouched) outside it or while idle.
+    // The position at an absolute time in [0, total time]; false (outputs untouched) outside it or while
+    // idle.
     bool CalculatePosition(double time, double& x, double& y, double& rotation) const;
     // Waypoint k is the start of segment k; k == segment count is the path's end. Listed in the order of
     // travel between two time progresses in [0, 1] (throws std::out_of_range otherwise).
@@ -69,7 +70,7 @@ public:
     double ApplyEasing(double t) const;
     double InverseEasing(double p) const;  // bisection for every curve, so all share one bounded routine
 
-private:
+  private:
     double GetSegmentLength(const TPathSegment& segment) const;
     double GetSegmentAngle(const TPathSegment& segment, double s) const;  // radians
     TPoint2D CurvePoint(const TPathSegment& segment, double s) const;     // ellipse or Bézier at s

@@ -19,8 +19,8 @@
 namespace Orvex {
 namespace {
 
-constexpr std::array<std::string_view, 6> kPathTypeNames = {"ptLine", "ptPolyline", "ptCircle",
-                                                            "ptEllipse", "ptArc", "ptBezier"};
+constexpr std::array<std::string_view, 6> kPathTypeNames = {"ptLine",    "ptPolyline", "ptCircle",
+                                                            "ptEllipse", "ptArc",      "ptBezier"};
 constexpr std::array<std::string_view, 5> kEasingNames = {"peLinear", "peEaseIn", "peEaseOut", "peEaseInOut",
                                                           "peSmoothStep"};
 
@@ -33,7 +33,7 @@ std::optional<E> EnumByName(const std::array<std::string_view, N>& names, std::s
 
 // Walks the tree and keeps the first complaint; every reader returns false once there is one.
 class TReader {
-public:
+  public:
     std::string Error;
 
     bool Fail(std::string message) {
@@ -90,8 +90,8 @@ public:
         out.SpeedFactor = 1.0;
         return Point(node, "start", where, out.StartPoint) && Point(node, "end", where, out.EndPoint) &&
                Point(node, "control1", where, out.ControlPoint1) &&
-               Point(node, "control2", where, out.ControlPoint2) && Number(node, "radius", where, out.Radius) &&
-               Number(node, "radiusY", where, out.RadiusY) &&
+               Point(node, "control2", where, out.ControlPoint2) &&
+               Number(node, "radius", where, out.Radius) && Number(node, "radiusY", where, out.RadiusY) &&
                Number(node, "startAngle", where, out.StartAngle) &&
                Number(node, "endAngle", where, out.EndAngle) &&
                Number(node, "speedFactor", where, out.SpeedFactor);
@@ -124,9 +124,13 @@ public:
 
 }  // namespace
 
-std::string_view PathTypeName(TPathType value) { return kPathTypeNames.at(static_cast<std::size_t>(value)); }
+std::string_view PathTypeName(TPathType value) {
+    return kPathTypeNames.at(static_cast<std::size_t>(value));
+}
 
-std::string_view PathEasingName(TPathEasing value) { return kEasingNames.at(static_cast<std::size_t>(value)); }
+std::string_view PathEasingName(TPathEasing value) {
+    return kEasingNames.at(static_cast<std::size_t>(value));
+}
 
 TPathFileResult ParsePathFile(std::string_view text) {
     TPathFileResult result;
@@ -136,7 +140,8 @@ TPathFileResult ParsePathFile(std::string_view text) {
     } catch (const TJSON::parse_error& e) {
         // The library's message carries the line and column; its bracketed error id is of no use to a reader.
         std::string_view detail = e.what();
-        if (const auto close = detail.find("] "); close != std::string_view::npos) detail.remove_prefix(close + 2);
+        if (const auto close = detail.find("] "); close != std::string_view::npos)
+            detail.remove_prefix(close + 2);
         result.Error = fmt::format("the path file is not valid JSON: {}", detail);
         return result;
     }

@@ -21,10 +21,11 @@ struct TRun {
 };
 
 class AnimateCommand : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        fDir = fs::temp_directory_path() / ("orvex_animate_" + std::to_string(::getpid()) + "_" + info->name());
+        fDir =
+            fs::temp_directory_path() / ("orvex_animate_" + std::to_string(::getpid()) + "_" + info->name());
         fs::create_directories(fDir);
     }
     void TearDown() override { fs::remove_all(fDir); }
@@ -38,8 +39,8 @@ protected:
     TRun Run(const std::string& args) {
         const fs::path out = fDir / "out.txt";
         const fs::path err = fDir / "err.txt";
-        const std::string command =
-            std::string("'") + ORVEX_CLI_PATH + "' animate " + args + " >'" + out.string() + "' 2>'" + err.string() + "'";
+        const std::string command = std::string("'") + ORVEX_CLI_PATH + "' animate " + args + " >'" +
+                                    out.string() + "' 2>'" + err.string() + "'";
         const int status = std::system(command.c_str());
         TRun run;
         run.Exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -83,7 +84,8 @@ TEST_F(AnimateCommand, PrintsOneRowPerFrameUpToTheEnd) {
 
 TEST_F(AnimateCommand, FrameStepsThatDoNotAddUpExactlyStillEndOnTheLastFrame) {
     // A tenth of a second does not add up to 0.3 in binary; the run must still end on the fourth frame.
-    const TRun run = Run(WritePath(R"({"type":"ptLine","totalTime":0.3,"segments":[{"end":[3,0]}]})") + " --fps 10");
+    const TRun run =
+        Run(WritePath(R"({"type":"ptLine","totalTime":0.3,"segments":[{"end":[3,0]}]})") + " --fps 10");
     ASSERT_EQ(run.Exit, 0) << run.Err;
     const auto lines = Lines(run.Out);
     ASSERT_EQ(lines.size(), 5u);
@@ -95,7 +97,8 @@ TEST_F(AnimateCommand, FrameStepsThatDoNotAddUpExactlyStillEndOnTheLastFrame) {
 
 TEST_F(AnimateCommand, ReverseRunsWithTimeScaleReportWaypointsBackwards) {
     const TRun run = Run(WritePath(R"({"type":"ptPolyline","totalTime":2,"timeScale":2,"reverse":true,
-        "segments":[{"end":[10,0]},{"start":[10,0],"end":[20,0]}]})") + " --fps 4");
+        "segments":[{"end":[10,0]},{"start":[10,0],"end":[20,0]}]})") +
+                         " --fps 4");
     ASSERT_EQ(run.Exit, 0) << run.Err;
     const auto lines = Lines(run.Out);
     ASSERT_EQ(lines.size(), 6u);
@@ -111,8 +114,7 @@ TEST_F(AnimateCommand, BadInputExitCodes) {
         int Exit;
         std::string Err;  // the whole of stderr when not empty
     };
-    const std::string zeroTime =
-        WritePath(R"({"type":"ptLine","totalTime":0,"segments":[{"end":[10,0]}]})");
+    const std::string zeroTime = WritePath(R"({"type":"ptLine","totalTime":0,"segments":[{"end":[10,0]}]})");
     const TCase cases[] = {
         {"argument error", zeroTime, 1, "TotalTime must be greater than zero\n"},
         {"missing file", (fDir / "missing.json").string(), 2, ""},
@@ -129,7 +131,8 @@ TEST_F(AnimateCommand, BadInputExitCodes) {
             EXPECT_EQ(run.Err, c.Err);
         }
     }
-    const TRun unknown = Run(WritePath(R"({"type":"ptLine","easing":"peSpring","totalTime":1,"segments":[{}]})"));
+    const TRun unknown =
+        Run(WritePath(R"({"type":"ptLine","easing":"peSpring","totalTime":1,"segments":[{}]})"));
     EXPECT_EQ(unknown.Exit, 1);
     EXPECT_EQ(unknown.Err, "unknown easing \"peSpring\"\n");
 }

@@ -35,7 +35,9 @@ TPathSegment Bezier(TPoint2D p0, TPoint2D p1, TPoint2D p2, TPoint2D p3) {
 // A Bézier whose control points split a straight line in thirds, so it runs at an even pace by itself.
 TPathSegment StraightBezier(TPoint2D from, double headingDegrees, double length) {
     const double a = headingDegrees * kPi / 180.0;
-    const auto at = [&](double f) { return TPoint2D{from.X + std::cos(a) * length * f, from.Y + std::sin(a) * length * f}; };
+    const auto at = [&](double f) {
+        return TPoint2D{from.X + std::cos(a) * length * f, from.Y + std::sin(a) * length * f};
+    };
     return Bezier(at(0), at(1.0 / 3), at(2.0 / 3), at(1));
 }
 
@@ -147,7 +149,8 @@ TEST(PathAnimator, ArgumentErrorsCarryTheirMessagesAndChangeNothing) {
     ExpectThrowMessage<std::out_of_range>([&] { a.Seek(-0.01, x, y, r); }, progress);
     ExpectThrowMessage<std::out_of_range>([&] { a.GetCrossedWaypoints(0.0, 2.0); }, progress);
     ExpectThrowMessage<std::out_of_range>([&] { a.GetCrossedWaypoints(-1.0, 0.5); }, progress);
-    ExpectThrowMessage<std::out_of_range>([&] { a.Update(-0.1, x, y, r); }, "DeltaTime must be zero or greater");
+    ExpectThrowMessage<std::out_of_range>([&] { a.Update(-0.1, x, y, r); },
+                                          "DeltaTime must be zero or greater");
     EXPECT_EQ(a.GetTotalTime(), 2.0);
     EXPECT_EQ(a.GetTimeScale(), 1.0);
     EXPECT_EQ(a.GetCurrentTime(), 0.5);
@@ -177,10 +180,8 @@ TEST(PathAnimator, EasingCurvesAndTheirInverse) {
         double At25, At50, At75;
     };
     const TCase cases[] = {
-        {TPathEasing::peLinear, 0.25, 0.5, 0.75},
-        {TPathEasing::peEaseIn, 0.0625, 0.25, 0.5625},
-        {TPathEasing::peEaseOut, 0.4375, 0.75, 0.9375},
-        {TPathEasing::peEaseInOut, 0.125, 0.5, 0.875},
+        {TPathEasing::peLinear, 0.25, 0.5, 0.75},           {TPathEasing::peEaseIn, 0.0625, 0.25, 0.5625},
+        {TPathEasing::peEaseOut, 0.4375, 0.75, 0.9375},     {TPathEasing::peEaseInOut, 0.125, 0.5, 0.875},
         {TPathEasing::peSmoothStep, 0.15625, 0.5, 0.84375},
     };
     for (const TCase& c : cases) {
@@ -192,7 +193,8 @@ TEST(PathAnimator, EasingCurvesAndTheirInverse) {
         EXPECT_DOUBLE_EQ(a.ApplyEasing(0.75), c.At75);
         EXPECT_EQ(a.ApplyEasing(-3.0), 0.0);
         EXPECT_EQ(a.ApplyEasing(7.0), 1.0);
-        for (double p : {0.0, 0.1, 0.25, 0.5, 0.9, 1.0}) EXPECT_NEAR(a.ApplyEasing(a.InverseEasing(p)), p, 1e-12);
+        for (double p : {0.0, 0.1, 0.25, 0.5, 0.9, 1.0})
+            EXPECT_NEAR(a.ApplyEasing(a.InverseEasing(p)), p, 1e-12);
         EXPECT_EQ(a.InverseEasing(2.0), a.InverseEasing(1.0));
     }
 }
@@ -225,7 +227,9 @@ TEST(PathAnimator, SegmentLengthsPerPathType) {
         {"arc", TPathType::ptArc, {Round({0, 0}, 10, 0, 0, 90)}, 5 * kPi},
         {"clockwise arc", TPathType::ptArc, {Round({0, 0}, 10, 0, 90, 0)}, 5 * kPi},
         {"arc with equal angles", TPathType::ptArc, {Round({0, 0}, 10, 0, 30, 30)}, 1e-6},
-        {"full ellipse from equal angles", TPathType::ptEllipse, {Round({0, 0}, 5, 5, 45, 45)},
+        {"full ellipse from equal angles",
+         TPathType::ptEllipse,
+         {Round({0, 0}, 5, 5, 45, 45)},
          480 * std::sin(kPi / 48)},
         {"half ellipse", TPathType::ptEllipse, {Round({0, 0}, 5, 5, 0, 180)}, 480 * std::sin(kPi / 96)},
         {"straight Bézier", TPathType::ptBezier, {StraightBezier({0, 0}, 0, 10)}, 10.0},
@@ -328,15 +332,16 @@ TEST(PathAnimator, BezierHeadingTurnsThroughAJointTheShortWay) {
     const TPathSegment second = StraightBezier(first.EndPoint, -170, 10);
     const TPathAnimator a = Make(TPathType::ptBezier, {first, second});
     const double r1 = 170 * kPi / 180;
-    EXPECT_NEAR(At(a, 0.49).R, r1, 1e-9);                  // before the last 1 %
-    EXPECT_NEAR(At(a, 0.4975).R, kPi, 1e-6);               // half way through the turn
+    EXPECT_NEAR(At(a, 0.49).R, r1, 1e-9);                    // before the last 1 %
+    EXPECT_NEAR(At(a, 0.4975).R, kPi, 1e-6);                 // half way through the turn
     EXPECT_NEAR(At(a, 0.4999999).R, 190 * kPi / 180, 1e-4);  // the end of the turn, past +pi
-    EXPECT_NEAR(At(a, 0.51).R, -r1, 1e-9);                 // the next segment's own heading
-    EXPECT_NEAR(At(a, 1.0).R, -r1, 1e-9);                  // no joint after the last segment
+    EXPECT_NEAR(At(a, 0.51).R, -r1, 1e-9);                   // the next segment's own heading
+    EXPECT_NEAR(At(a, 1.0).R, -r1, 1e-9);                    // no joint after the last segment
 }
 
 TEST(PathAnimator, CrossedWaypointsInTheOrderOfTravel) {
-    TPathAnimator a = Make(TPathType::ptPolyline, {Line(0, 0, 10, 0), Line(10, 0, 20, 0), Line(20, 0, 30, 0)});
+    TPathAnimator a =
+        Make(TPathType::ptPolyline, {Line(0, 0, 10, 0), Line(10, 0, 20, 0), Line(20, 0, 30, 0)});
     using V = std::vector<int>;
     EXPECT_EQ(a.GetCrossedWaypoints(0.0, 1.0), (V{1, 2, 3}));
     EXPECT_EQ(a.GetCrossedWaypoints(1.0, 0.0), (V{2, 1, 0}));

@@ -39,19 +39,22 @@ TEST(PathFile, InvalidFilesSayWhy) {
     };
     const TCase cases[] = {
         {R"({"type":"ptSpiral","totalTime":1,"segments":[{}]})", R"(unknown path type "ptSpiral")"},
-        {R"({"type":"ptLine","easing":"peBounce","totalTime":1,"segments":[{}]})", R"(unknown easing "peBounce")"},
+        {R"({"type":"ptLine","easing":"peBounce","totalTime":1,"segments":[{}]})",
+         R"(unknown easing "peBounce")"},
         {R"({"type":"ptLine","totalTime":1,"loop":true,"segments":[{}]})",
          R"(unknown key "loop" in the path file)"},
         {R"({"type":"ptLine","totalTime":1,"segments":[{},{"center":[0,0]}]})",
          R"(unknown key "center" in segments[1])"},
         {R"({"type":"ptLine","totalTime":1,"segments":[{"start":[0]}]})",
          "segments[0].start must be an array of two numbers [x, y]"},
-        {R"({"type":"ptLine","totalTime":1,"segments":[{"radius":"5"}]})", "segments[0].radius must be a number"},
+        {R"({"type":"ptLine","totalTime":1,"segments":[{"radius":"5"}]})",
+         "segments[0].radius must be a number"},
         {R"({"type":1,"totalTime":1,"segments":[{}]})", "type must be a string"},
         {R"({"type":"ptLine","totalTime":"2","segments":[{}]})", "totalTime must be a number"},
         {R"({"type":"ptLine","totalTime":1,"reverse":1,"segments":[{}]})", "reverse must be true or false"},
         {R"({"type":"ptLine","segments":[{}]})", R"(missing key "totalTime")"},
-        {R"({"type":"ptLine","totalTime":1,"segments":[]})", "segments must be an array of at least one segment"},
+        {R"({"type":"ptLine","totalTime":1,"segments":[]})",
+         "segments must be an array of at least one segment"},
         {R"({"type":"ptLine","totalTime":1,"segments":[5]})", "segments[0] must be an object"},
         {R"([1,2])", "the path file must hold a JSON object"},
     };
@@ -62,7 +65,8 @@ TEST(PathFile, InvalidFilesSayWhy) {
         EXPECT_FALSE(r.IoError);
     }
     const TPathFileResult broken = ParsePathFile("{\"type\":");
-    EXPECT_EQ(broken.Error.rfind("the path file is not valid JSON: parse error at line 1", 0), 0u) << broken.Error;
+    EXPECT_EQ(broken.Error.rfind("the path file is not valid JSON: parse error at line 1", 0), 0u)
+        << broken.Error;
 }
 
 TEST(PathFile, AMissingFileIsAnIoError) {
