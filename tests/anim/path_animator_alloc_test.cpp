@@ -23,40 +23,20 @@ void* Allocate(std::size_t size) {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-    return Allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return Allocate(size);
-}
+// clang-format off
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return Allocate(size);
-    } catch (...) {
-        return nullptr;
-    }
+    try { return Allocate(size); } catch (...) { return nullptr; }
 }
-void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
-    return operator new(size, tag);
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, const std::nothrow_t&) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p, const std::nothrow_t&) noexcept {
-    std::free(p);
-}
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return operator new(size, tag); }
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete[](void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
+// clang-format on
 
 namespace {
 
@@ -72,21 +52,15 @@ std::size_t CountAllocations(F&& body) {
     return tAllocations;
 }
 
-// Data that every path type can read, so one set serves all of them.
+// Data that every path type can read, so one set serves all of them; the middle one is a full ellipse.
 std::vector<TPathSegment> Segments() {
-    std::vector<TPathSegment> segments(3);
-    for (std::size_t i = 0; i < segments.size(); ++i) {
-        const double o = static_cast<double>(i) * 10.0;
-        TPathSegment& s = segments[i];
-        s.StartPoint = {o, 0};
-        s.ControlPoint1 = {o + 2, 6};
+    std::vector<TPathSegment> segments;
+    for (double o : {0.0, 10.0, 20.0}) {
+        TPathSegment& s = segments.emplace_back();
+        s.StartPoint = {o, 0}, s.EndPoint = {o + 10, 0}, s.ControlPoint1 = {o + 2, 6},
         s.ControlPoint2 = {o + 8, -6};
-        s.EndPoint = {o + 10, 0};
-        s.Radius = 5;
-        s.RadiusY = 3;
-        s.StartAngle = 30;
-        s.EndAngle = i == 1 ? 30 : 200;  // one full ellipse among partial ones
-        s.SpeedFactor = static_cast<double>(i) + 0.5;
+        s.Radius = 5, s.RadiusY = 3, s.StartAngle = 30, s.EndAngle = o == 10 ? 30 : 200,
+        s.SpeedFactor = o / 10 + 0.5;
     }
     return segments;
 }
