@@ -77,34 +77,60 @@ bool TRegexMatch::MatchedNamed(std::string_view name) const {
 std::size_t TRegexMatch::Start(std::size_t index) const { return Matched(index) ? fSpans[index].Start : npos; }
 std::size_t TRegexMatch::End(std::size_t index) const { return Matched(index) ? fSpans[index].End : npos; }
 
+namespace {
+
+pcre2_code* CompileOrThrow(const std::string& pattern, std::uint32_t options) {
+    int error = 0;
+    PCRE2_SIZE errorOffset = 0;
+    pcre2_code* code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options, &error,
+                                     &errorOffset, nullptr);
+    if (code == nullptr) {
+        PCRE2_UCHAR message[256];
+        pcre2_get_error_message(error, message, sizeof message);
+        throw std::invalid_argument("regular expression /" + pattern + "/ at offset " + std::to_string(errorOffset) +
+                                    ": " + reinterpret_cast<char*>(message));
+    }
+    return code;
+}
+
+}  // namespace
+
 TRegex::TRegex(std::string_view pattern, TRegexFlags flags) : fPattern(pattern) {
     std::uint32_t options = PCRE2_UTF | PCRE2_UCP | PCRE2_MATCH_INVALID_UTF;
     if (flags.Contains(TRegexFlag::rfCaseless)) options |= PCRE2_CASELESS;
     if (flags.Contains(TRegexFlag::rfMultiline)) options |= PCRE2_MULTILINE;
     if (flags.Contains(TRegexFlag::rfDotAll)) options |= PCRE2_DOTALL;
     if (flags.Contains(TRegexFlag::rfExtended)) options |= PCRE2_EXTENDED;
-    int error = 0;
-    PCRE2_SIZE errorOffset = 0;
-    fCode = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(fPattern.data()), fPattern.size(), options, &error,
-                          &errorOffset, nullptr);
-    if (fCode == nullptr) {
-        PCRE2_UCHAR message[256];
-        pcre2_get_error_message(error, message, sizeof message);
-        throw std::invalid_argument("regular expression /" + fPattern + "/ at offset " +
-                                    std::to_string(errorOffset) + ": " + reinterpret_cast<char*>(message));
+    fCode = CompileOrThrow(fPattern, options);
+    try {
+        fAnchoredCode = CompileOrThrow(fPattern, options | PCRE2_ANCHORED);
+    } catch (...) {
+        pcre2_code_free(fCode);
+        throw;
     }
-    pcre2_jit_compile(fCode, PCRE2_JIT_COMPLETE);  // without JIT support the interpreter still matches
+    // Without JIT support (an unusual build of the library) the interpreter still matches, only slower.
+    fJit = pcre2_jit_compile(fCode, PCRE2_JIT_COMPLETE) == 0 &&
+           pcre2_jit_compile(fAnchoredCode, PCRE2_JIT_COMPLETE) == 0;
 }
 
-TRegex::~TRegex() { pcre2_code_free(fCode); }
+TRegex::~TRegex() {
+    pcre2_code_free(fCode);
+    pcre2_code_free(fAnchoredCode);
+}
 
 TRegex::TRegex(TRegex&& other) noexcept
-    : fCode(std::exchange(other.fCode, nullptr)), fPattern(std::move(other.fPattern)) {}
+    : fCode(std::exchange(other.fCode, nullptr)),
+      fAnchoredCode(std::exchange(other.fAnchoredCode, nullptr)),
+      fJit(other.fJit),
+      fPattern(std::move(other.fPattern)) {}
 
 TRegex& TRegex::operator=(TRegex&& other) noexcept {
     if (this != &other) {
         pcre2_code_free(fCode);
+        pcre2_code_free(fAnchoredCode);
         fCode = std::exchange(other.fCode, nullptr);
+        fAnchoredCode = std::exchange(other.fAnchoredCode, nullptr);
+        fJit = other.fJit;
         fPattern = std::move(other.fPattern);
     }
     return *this;
@@ -127,8 +153,12 @@ bool TRegex::Run(std::string_view subject, std::size_t offset, bool anchored, TR
     TMatchResources& resources = ThreadResources();
     const auto pairs = static_cast<std::uint32_t>(CaptureCount() + 1);
     pcre2_match_data* data = resources.DataFor(pairs);
-    const int rc = pcre2_match(fCode, reinterpret_cast<PCRE2_SPTR>(subject.data()), subject.size(), offset,
-                               anchored ? PCRE2_ANCHORED : 0U, data, resources.Context);
+    pcre2_code* code = anchored ? fAnchoredCode : fCode;
+    const auto* bytes = reinterpret_cast<PCRE2_SPTR>(subject.data());
+    // The JIT entry skips the UTF-8 scan of the whole subject, which the patterns do not need: they were
+    // compiled to treat invalid sequences as non-matching.
+    const int rc = fJit ? pcre2_jit_match(code, bytes, subject.size(), offset, 0, data, resources.Context)
+                        : pcre2_match(code, bytes, subject.size(), offset, 0, data, resources.Context);
     if (rc < 0) return false;  // no match, or a limit reached: both mean "does not match"
     if (match != nullptr) {
         const PCRE2_SIZE* ovector = pcre2_get_ovector_pointer(data);

@@ -73,7 +73,11 @@ public:
 private:
     bool Run(std::string_view subject, std::size_t offset, bool anchored, TRegexMatch* match) const;
 
+    // The anchored twin exists because JIT code cannot be anchored at match time: without it MatchAt would
+    // fall back to the interpreter, which checks the whole subject's UTF-8 on every call.
     pcre2_real_code_8* fCode = nullptr;
+    pcre2_real_code_8* fAnchoredCode = nullptr;
+    bool fJit = false;
     std::string fPattern;
 };
 
