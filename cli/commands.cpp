@@ -11,6 +11,9 @@ int TCommandRegistry::Run(const CLI::App& app) const {
     return kExitUsage;
 }
 
-void RegisterCommands(CLI::App& app, TCommandRegistry& commands) { RegisterReference(app, commands); }
+void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
+    RegisterReference(app, commands);
+    RegisterParse(app, commands);
+}
 
 }  // namespace OrvexCli
