@@ -130,3 +130,42 @@ TEST(Examples, MermaidKinds) {
     };
     for (const auto& e : examples) CheckExample(e);
 }
+
+TEST(Examples, PlantUmlKinds) {
+    const std::vector<TExample> examples = {
+        {"plantuml/sequence.puml", K::dkSequence, 3, 6, {}, {}},
+        {"plantuml/activity.puml", K::dkFlowChart, 9, 10,
+         {{"activity_1", F::ftStart}, {"activity_3", F::ftDecision}, {"activity_9", F::ftEnd}},
+         {{"activity_3", "activity_5", A::eaArrow}, {"activity_7", "activity_6", A::eaArrow}}},
+        {"plantuml/state.puml", K::dkFlowChart, 6, 6, {{"__start__", F::ftStart}, {"__end__", F::ftEnd}},
+         {{"Waiting", "Cancelled", A::eaArrow}}},
+        {"plantuml/mindmap.puml", K::dkMindMap, 9, 8, {{"mind_1", F::ftEllipse}, {"mind_9", F::ftProcess}},
+         {{"mind_8", "mind_9", A::eaNone}}},
+        {"plantuml/archimate.puml", K::dkFlowChart, 3, 3, {{"customer", F::ftProcess}},
+         {{"customer", "shop", A::eaNone}, {"shop", "db", A::eaFillRhombus}}},
+        {"plantuml/structure.puml", K::dkFlowChart, 7, 5, {{"web", F::ftPredefined}, {"orders", F::ftDatabase}},
+         {{"Dog", "Pet", A::eaArrow}, {"web", "orders", A::eaArrow}}},
+        {"plantuml/c4.puml", K::dkFlowChart, 4, 3, {{"customer", F::ftEllipse}, {"core", F::ftDatabase}},
+         {{"customer", "bank", A::eaArrow}}},
+        {"plantuml/timing.puml", K::dkFlowChart, 8, 6, {{"timing_1", F::ftProcess}}, {{"timing_4", "timing_6", A::eaArrow}}},
+        {"plantuml/network.puml", K::dkFlowChart, 5, 4, {{"network_1", F::ftPredefined}, {"web01", F::ftProcess}},
+         {{"network_2", "web01", A::eaNone}}},
+        {"plantuml/chronology.puml", K::dkFlowChart, 3, 2, {{"chronology_1", F::ftPredefined}},
+         {{"chronology_2", "chronology_3", A::eaArrow}}},
+        {"plantuml/data.puml", K::dkMindMap, 9, 8, {{"data_root", F::ftEllipse}}, {{"data_3", "data_5", A::eaNone}}},
+        {"plantuml/salt.puml", K::dkFlowChart, 10, 9, {{"salt_2", F::ftManualInput}}, {{"salt_8", "salt_9", A::eaNone}}},
+        {"plantuml/grammar.puml", K::dkFlowChart, 5, 5, {{"grammar_1", F::ftPredefined}},
+         {{"grammar_3", "grammar_1", A::eaArrow}}},
+        {"plantuml/files.puml", K::dkMindMap, 9, 8, {{"files_2", F::ftPredefined}, {"files_3", F::ftDocument}},
+         {{"files_root", "files_1", A::eaNone}}},
+        {"plantuml/ditaa.puml", K::dkFlowChart, 5, 3,
+         {{"ditaa_1", F::ftData}, {"ditaa_2", F::ftDecision}, {"ditaa_3", F::ftDatabase}, {"ditaa_4", F::ftDocument}},
+         {{"ditaa_5", "ditaa_4", A::eaArrow}}},
+        {"plantuml/chen.puml", K::dkFlowChart, 6, 5, {{"Movie", F::ftDatabase}, {"Rented_to", F::ftDecision}},
+         {{"Rented_to", "Movie", A::eaNone}}},
+        {"plantuml/gantt.puml", K::dkFlowChart, 7, 7,
+         {{"puml_gantt_project", F::ftTerminator}, {"puml_gantt_section_1", F::ftPredefined}, {"puml_gantt_task_1", F::ftProcess}},
+         {{"puml_gantt_task_3", "puml_gantt_task_4", A::eaArrow}, {"puml_gantt_section_2", "puml_gantt_task_3", A::eaNone}}},
+    };
+    for (const auto& e : examples) CheckExample(e);
+}
