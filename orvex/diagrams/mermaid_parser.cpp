@@ -104,6 +104,60 @@ std::size_t ShapeLength(std::string_view line, std::size_t at, TCloserIndex& clo
 // [SECTION] Flowchart statements
 //-----------------------------------------------------------------------------------------------------
 
+// Every match call costs time in proportion to its subject, so a long line read node by node would cost
+// the square of its length. Each pattern is therefore given a window that holds everything it can match
+// and ends where it must stop, found by scanning only the characters it would consume.
+bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
+bool IsWordByte(char c) {
+    const auto u = static_cast<unsigned char>(c);
+    return u >= 0x80 || (u >= '0' && u <= '9') || (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || c == '_';
+}
+
+std::size_t SkipSpaces(std::string_view s, std::size_t i) {
+    while (i < s.size() && IsSpace(s[i])) ++i;
+    return i;
+}
+
+// Spaces, an identifier (word runs joined by single "-" or "."), spaces.
+std::size_t IdWindow(std::string_view s) {
+    std::size_t i = SkipSpaces(s, 0);
+    while (i < s.size() && IsWordByte(s[i])) ++i;
+    while (i + 1 < s.size() && (s[i] == '-' || s[i] == '.') && IsWordByte(s[i + 1])) {
+        ++i;
+        while (i < s.size() && IsWordByte(s[i])) ++i;
+    }
+    return SkipSpaces(s, i);
+}
+
+// Spaces, "&", spaces.
+std::size_t AmpWindow(std::string_view s) {
+    const std::size_t i = SkipSpaces(s, 0);
+    return i < s.size() && s[i] == '&' ? SkipSpaces(s, i + 1) : i;
+}
+
+// Spaces, the opening pair, the label up to the first `stop` character, the closing operator, spaces.
+std::size_t LabelWindow(std::string_view s, char stop) {
+    const std::size_t open = SkipSpaces(s, 0) + 2;
+    if (open > s.size()) return s.size();
+    const std::size_t close = s.find(stop, open);
+    if (close == std::string_view::npos) return open;
+    return SkipSpaces(s, std::min(close + 3, s.size()));
+}
+
+// Spaces, a run of link characters with its head, spaces, and an optional "|label|".
+std::size_t BareWindow(std::string_view s) {
+    std::size_t i = SkipSpaces(s, 0);
+    while (i < s.size() && (s[i] == '-' || s[i] == '.' || s[i] == '=')) ++i;
+    if (i < s.size() && (s[i] == '>' || s[i] == 'x' || s[i] == 'o')) ++i;
+    return SkipSpaces(s, i);
+}
+
+std::size_t PipeWindow(std::string_view s) {
+    if (s.empty() || s[0] != '|') return 0;
+    const std::size_t close = s.find('|', 1);
+    return close == std::string_view::npos ? 1 : SkipSpaces(s, close + 1);
+}
+
 class TFlowLineReader {
 public:
     TFlowLineReader(std::string_view line, TORXDiagramModel& model) : fLine(line), fClosers(line), fModel(model) {}
@@ -114,7 +168,7 @@ public:
         static const TRegex kNode(
             R"(^\s*(\w+(?:[-.]\w+)*)\s*(\(\[[^\]]*\]\)|\[\[[^\]]*\]\]|\[\([^\)]*\)\]|\(\(\([^\)]*\)\)\)|\(\([^\)]*\)\)|\{\{[^\}]*\}\}|\[/[^\]]*\\\]|\[\\[^\]]*/\]|\[/[^\]]*/\]|\[\\[^\]]*\\\]|>[^\]]*\]|\[[^\]]*\]|\{[^\}]*\}|\([^\)]*\))?)");
         TRegexMatch m;
-        if (!kIdPrefix.MatchAt(Rest(), 0, m)) return false;
+        if (!kIdPrefix.MatchAt(Rest(IdWindow(Rest())), 0, m)) return false;
         const std::size_t shapeAt = fPos + m.End(0);
         const std::size_t bound = shapeAt + ShapeLength(fLine, shapeAt, fClosers);
         const std::string_view subject = fLine.substr(fPos, bound - fPos);
@@ -137,7 +191,7 @@ public:
         if (!ReadNode(id)) return false;
         ids.push_back(id);
         TRegexMatch m;
-        while (kAmp.MatchAt(Rest(), 0, m)) {
+        while (kAmp.MatchAt(Rest(AmpWindow(Rest())), 0, m)) {
             const std::size_t before = fPos;
             fPos += m.End(0);
             if (!ReadNode(id)) {
@@ -163,8 +217,9 @@ public:
         static const TRegex kPipeLabel(R"(^\|([^|]*)\|\s*)");
         TRegexMatch m;
         const std::string_view rest = Rest();
-        for (const TRegex* labelled : {&kLabelDash, &kLabelDot, &kLabelThick}) {
-            if (!labelled->MatchAt(rest, 0, m)) continue;
+        const std::pair<const TRegex*, char> labelled[] = {{&kLabelDash, '-'}, {&kLabelDot, '.'}, {&kLabelThick, '='}};
+        for (const auto& [pattern, stop] : labelled) {
+            if (!pattern->MatchAt(rest.substr(0, LabelWindow(rest, stop)), 0, m)) continue;
             op.Label = QVLCleanCaption(m.Group(1));
             // The operator text still in front of us tells a dotted link ("-. label .->").
             op.Dotted = Trim(rest).starts_with("-.");
@@ -172,7 +227,7 @@ public:
             fPos += m.End(0);
             return true;
         }
-        if (!kBare.MatchAt(rest, 0, m)) return false;
+        if (!kBare.MatchAt(rest.substr(0, BareWindow(rest)), 0, m)) return false;
         const std::string_view text = m.Group(1);
         op.Label.clear();
         op.Dotted = text.find('.') != std::string_view::npos;
@@ -183,7 +238,7 @@ public:
             default: op.Arrow = TQVLDiagEdgeArrow::eaNone; break;
         }
         fPos += m.End(0);
-        if (kPipeLabel.MatchAt(Rest(), 0, m)) {
+        if (kPipeLabel.MatchAt(Rest(PipeWindow(Rest())), 0, m)) {
             op.Label = QVLCleanCaption(m.Group(1));
             fPos += m.End(0);
         }
@@ -191,7 +246,7 @@ public:
     }
 
 private:
-    std::string_view Rest() const { return fLine.substr(fPos); }
+    std::string_view Rest(std::size_t length = std::string_view::npos) const { return fLine.substr(fPos, length); }
 
     std::string_view fLine;
     std::size_t fPos = 0;

@@ -37,6 +37,47 @@ std::string_view WithoutTrailingComma(std::string_view s) {
     return Trim(s);
 }
 
+bool IsNameStart(char c) {
+    const auto u = static_cast<unsigned char>(c);
+    return u >= 0x80 || (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || c == '_';
+}
+bool IsNameByte(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-'; }
+
+// The names a grammar definition uses, in order; quoted terminals are skipped. One pass over the text.
+std::vector<std::string> GrammarNames(std::string_view text) {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < text.size();) {
+        const char c = text[i];
+        if (c == '"' || c == '\'') {
+            const std::size_t close = text.find(c, i + 1);
+            i = close == std::string_view::npos ? text.size() : close + 1;
+        } else if (IsNameStart(c)) {
+            const std::size_t start = i;
+            while (i < text.size() && IsNameByte(text[i])) ++i;
+            names.emplace_back(text.substr(start, i - start));
+        } else {
+            ++i;
+        }
+    }
+    return names;
+}
+
+// The text without "<...>" markup. One pass over the text.
+std::string WithoutMarkup(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t open = text.find('<', i);
+        const std::size_t close = open == std::string_view::npos ? open : text.find('>', open + 1);
+        if (close == std::string_view::npos) {
+            out += text.substr(i);
+            break;
+        }
+        out += text.substr(i, open - i);
+        i = close + 1;
+    }
+    return out;
+}
+
 }  // namespace
 
 //-----------------------------------------------------------------------------------------------------
@@ -176,7 +217,6 @@ void TORXPlantUMLParser::ParseSalt(const TLines& aLines, TORXDiagramModel& aMode
 
 void TORXPlantUMLParser::ParseGrammar(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kRule(R"(^([A-Za-z_][\w.-]*)\s*(?:::?=|=)\s*(.*?);?$)", {kCaseless});
-    static const TRegex kName(R"re("[^"]*"|'[^']*'|([A-Za-z_][\w.-]*))re");
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
     struct TRule {
@@ -203,9 +243,8 @@ void TORXPlantUMLParser::ParseGrammar(const TLines& aLines, TORXDiagramModel& aM
     }
     for (const auto& rule : rules) {
         std::set<std::string> named;
-        for (const auto& token : kName.MatchAll(rule.Definition)) {
-            if (!token.Matched(1)) continue;  // a quoted terminal
-            const auto target = idOf.find(Str(token.Group(1)));
+        for (const std::string& name : GrammarNames(rule.Definition)) {
+            const auto target = idOf.find(name);
             if (target != idOf.end() && named.insert(target->second).second)
                 aModel.AddEdge(idOf[rule.Name], target->second, "", false, kArrow);
         }
@@ -217,20 +256,13 @@ void TORXPlantUMLParser::ParseGrammar(const TLines& aLines, TORXDiagramModel& aM
 //-----------------------------------------------------------------------------------------------------
 
 void TORXPlantUMLParser::ParseFiles(const TLines& aLines, TORXDiagramModel& aModel) {
-    static const TRegex kMarkup(R"(<[^>]+>)");
     aModel.fKind = TQVLDiagramKind::dkMindMap;
     aModel.fDirection = TQVLFlowDirection::fdLeftRight;
     aModel.AddNode("files_root", "Files", TQVLFlowType::ftEllipse, true);
     TIdCounter ids("files_");
     std::map<std::string, std::string> idOf;  // path so far -> node
     for (const std::string_view t : aLines) {
-        std::string text;
-        std::size_t from = 0;
-        for (const auto& tag : kMarkup.MatchAll(t)) {
-            text += t.substr(from, tag.Start(0) - from);
-            from = tag.End(0);
-        }
-        text += t.substr(from);
+        const std::string text = WithoutMarkup(t);
         const std::string_view path = Trim(text);
         if (path.empty()) continue;
         std::string parent = "files_root";

@@ -48,6 +48,23 @@ std::optional<TAlphaColor> PumlColor(std::string_view text) {
     return std::nullopt;
 }
 
+// The caption without the bold, italic, underline and strike tags, in one pass.
+std::string WithoutTags(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size();) {
+        bool tag = false;
+        for (const std::string_view t : {"<b>", "<i>", "<u>", "<s>", "</b>", "</i>", "</u>", "</s>"}) {
+            if (text.size() - i >= t.size() && SameTextIgnoringCase(text.substr(i, t.size()), t)) {
+                i += t.size();
+                tag = true;
+                break;
+            }
+        }
+        if (!tag) out += text[i++];
+    }
+    return out;
+}
+
 }  // namespace
 
 //-----------------------------------------------------------------------------------------------------
@@ -241,7 +258,6 @@ void TORXPlantUMLParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aM
     static const TRegex kStyleDepth(R"(^:depth\((\d+)\)\s*\{)", {kCaseless});
     static const TRegex kBackground(R"(^BackgroundColor\s+(\S+))", {kCaseless});
     static const TRegex kIcon(R"(^<&[^>]+>)");
-    static const TRegex kTag(R"(</?(?:b|i|u|s)>)", {kCaseless});
     static const TRegex kStereotype(R"(<<[^>]+>>\s*$)");
     aModel.fKind = TQVLDiagramKind::dkMindMap;
     aModel.fDirection = TQVLFlowDirection::fdLeftRight;
@@ -285,13 +301,7 @@ void TORXPlantUMLParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aM
         std::string caption(m.Group(4));
         const int depth = static_cast<int>(marker.size());
         if (kIcon.Match(caption, m)) caption.erase(0, m.End(0));
-        std::string plain;
-        std::size_t from = 0;
-        for (const auto& tag : kTag.MatchAll(caption)) {
-            plain += caption.substr(from, tag.Start(0) - from);
-            from = tag.End(0);
-        }
-        plain += caption.substr(from);
+        std::string plain = WithoutTags(caption);
         if (kStereotype.Match(plain, m)) plain.erase(m.Start(0));
         std::optional<TAlphaColor> color = colorText.empty() ? std::nullopt : PumlColor(colorText);
         if (!color) {
@@ -489,7 +499,7 @@ void TORXPlantUMLParser::ParseTiming(const TLines& aLines, TORXDiagramModel& aMo
 void TORXPlantUMLParser::ParseNetwork(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kNetwork(R"(^network\s+([\w.-]+)\s*\{?)", {kCaseless});
     static const TRegex kMember(R"(^([\w.-]+)\s*(?:\[([^\]]*)\])?\s*;?$)", {kCaseless});
-    static const TRegex kAttribute(R"re((address|description|group)\s*=\s*(?:"([^"]*)"|([^,\s]+)))re", {kCaseless});
+    static const TRegex kAttribute(R"re(^\s*(address|description|group)\s*=\s*(?:"([^"]*)"|([^,\s]+)))re", {kCaseless});
     static const TRegex kNetworkAddress(R"re(^address\s*=\s*"?([^"]*)"?)re", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
@@ -512,10 +522,14 @@ void TORXPlantUMLParser::ParseNetwork(const TLines& aLines, TORXDiagramModel& aM
         } else if (!SameTextIgnoringCase(t, "nwdiag {") && kMember.Match(t, m)) {
             if (SameTextIgnoringCase(m.Group(1), "nwdiag") || SameTextIgnoringCase(m.Group(1), "group")) continue;
             std::vector<std::string> caption{Str(m.Group(1))};
-            for (const auto& attribute : kAttribute.MatchAll(m.Group(2))) {
-                const std::string key = ToLowerAscii(attribute.Group(1));
-                if (key != "group")
+            const std::string_view attributes = m.Group(2);
+            for (std::size_t start = 0; start < attributes.size();) {
+                const std::size_t end = std::min(attributes.find(',', start), attributes.size());
+                TRegexMatch attribute;
+                if (kAttribute.Match(attributes.substr(start, end - start), attribute) &&
+                    ToLowerAscii(attribute.Group(1)) != "group")
                     caption.push_back(QVLCleanCaption(attribute.Matched(2) ? attribute.Group(2) : attribute.Group(3)));
+                start = end + 1;
             }
             aModel.AddNode(m.Group(1), JoinLines(caption), TQVLFlowType::ftProcess, true);
             aModel.AddEdge(network, m.Group(1), "", false, kNone);
