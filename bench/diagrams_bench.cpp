@@ -10,14 +10,16 @@ namespace {
 std::string MermaidFlowchart(int nodes) {
     std::string text = "flowchart LR\n";
     for (int i = 0; i < nodes; ++i)
-        text += "N" + std::to_string(i) + "[Step " + std::to_string(i) + "] -->|next| N" + std::to_string(i + 1) + "\n";
+        text += "N" + std::to_string(i) + "[Step " + std::to_string(i) + "] -->|next| N" +
+                std::to_string(i + 1) + "\n";
     return text;
 }
 
 std::string PlantUmlClasses(int nodes) {
     std::string text = "@startuml\n";
     for (int i = 0; i < nodes; ++i)
-        text += "class C" + std::to_string(i) + "\nC" + std::to_string(i) + " <|-- C" + std::to_string(i + 1) + " : extends\n";
+        text += "class C" + std::to_string(i) + "\nC" + std::to_string(i) + " <|-- C" +
+                std::to_string(i + 1) + " : extends\n";
     return text + "@enduml\n";
 }
 
@@ -35,13 +37,19 @@ void Run(benchmark::State& state, const std::string& text) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void BM_MermaidFlowchart(benchmark::State& state) { Run(state, MermaidFlowchart(static_cast<int>(state.range(0)))); }
+void BM_MermaidFlowchart(benchmark::State& state) {
+    Run(state, MermaidFlowchart(static_cast<int>(state.range(0))));
+}
 BENCHMARK(BM_MermaidFlowchart)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-void BM_PlantUmlClasses(benchmark::State& state) { Run(state, PlantUmlClasses(static_cast<int>(state.range(0)))); }
+void BM_PlantUmlClasses(benchmark::State& state) {
+    Run(state, PlantUmlClasses(static_cast<int>(state.range(0))));
+}
 BENCHMARK(BM_PlantUmlClasses)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-void BM_PlantUmlActivity(benchmark::State& state) { Run(state, PlantUmlActivity(static_cast<int>(state.range(0)))); }
+void BM_PlantUmlActivity(benchmark::State& state) {
+    Run(state, PlantUmlActivity(static_cast<int>(state.range(0))));
+}
 BENCHMARK(BM_PlantUmlActivity)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

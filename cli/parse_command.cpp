@@ -1,7 +1,7 @@
 // `orvex parse INPUT|- [--format auto|mermaid|plantuml] [--strict]`: the diagram model and its
 // diagnostics as JSON on stdout.
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <iostream>
@@ -64,7 +64,8 @@ int RunParse(const TParseOptions& options) {
 
 void RegisterParse(CLI::App& app, TCommandRegistry& commands) {
     auto options = std::make_shared<TParseOptions>();
-    auto* sub = app.add_subcommand("parse", "Parse a Mermaid or PlantUML diagram and print its model as JSON");
+    auto* sub =
+        app.add_subcommand("parse", "Parse a Mermaid or PlantUML diagram and print its model as JSON");
     sub->add_option("input", options->Input, "Diagram file, or - for standard input")->required();
     sub->add_option("--format", options->Format, "Source format (default: from the extension, else detected)")
         ->check(CLI::IsMember({"auto", "mermaid", "plantuml"}));

@@ -22,7 +22,8 @@ std::string_view QVLDiagramFormatName(TQVLDiagramFormat aValue) {
 }
 
 std::string_view QVLDiagramKindName(TQVLDiagramKind aValue) {
-    static constexpr std::array<std::string_view, 4> kNames{"dkFlowChart", "dkSequence", "dkMindMap", "dkIshikawa"};
+    static constexpr std::array<std::string_view, 4> kNames{"dkFlowChart", "dkSequence", "dkMindMap",
+                                                            "dkIshikawa"};
     return NameOf(kNames, aValue);
 }
 
@@ -33,9 +34,9 @@ std::string_view QVLFlowDirectionName(TQVLFlowDirection aValue) {
 
 std::string_view QVLFlowTypeName(TQVLFlowType aValue) {
     static constexpr std::array<std::string_view, kFlowTypeCount> kNames{
-        "ftTerminator", "ftProcess",     "ftDocument",       "ftMultiDocument", "ftDecision",
-        "ftData",       "ftDatabase",    "ftPredefined",     "ftManualInput",   "ftManualOperation",
-        "ftPreparation", "ftEllipse",    "ftStart",          "ftStep",          "ftEnd"};
+        "ftTerminator",  "ftProcess",  "ftDocument",   "ftMultiDocument", "ftDecision",
+        "ftData",        "ftDatabase", "ftPredefined", "ftManualInput",   "ftManualOperation",
+        "ftPreparation", "ftEllipse",  "ftStart",      "ftStep",          "ftEnd"};
     return NameOf(kNames, aValue);
 }
 
@@ -93,7 +94,8 @@ TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aF
     }
     out["edges"] = std::move(edges);
     TJSON participants = TJSON::array();
-    for (const auto& p : aModel.Participants()) participants.push_back({{"id", p.ID}, {"display", p.Display}});
+    for (const auto& p : aModel.Participants())
+        participants.push_back({{"id", p.ID}, {"display", p.Display}});
     out["participants"] = std::move(participants);
     TJSON events = TJSON::array();
     for (const auto& ev : aModel.SeqEvents()) {

@@ -16,8 +16,8 @@ void TORXDiagramModel::Clear() {
     fDiagnostics.clear();
 }
 
-int TORXDiagramModel::AddNode(std::string_view aID, std::string_view aText, TQVLFlowType aShape, bool aHasShape,
-                              std::int8_t aSide, TAlphaColor aBackColor, bool aHasBackColor) {
+int TORXDiagramModel::AddNode(std::string_view aID, std::string_view aText, TQVLFlowType aShape,
+                              bool aHasShape, std::int8_t aSide, TAlphaColor aBackColor, bool aHasBackColor) {
     if (aID.empty()) return -1;
     const std::string id(aID);
     if (const auto found = fNodeIndex.find(id); found != fNodeIndex.end()) {
@@ -60,11 +60,11 @@ std::int32_t TORXDiagramModel::GetNodeInId(std::string_view aID) const {
     return index < 0 ? 0 : fNodes[static_cast<std::size_t>(index)].InId;
 }
 
-void TORXDiagramModel::AddEdge(std::string_view aFrom, std::string_view aTo, std::string_view aText, bool aDotted,
-                               TQVLDiagEdgeArrow aArrow) {
+void TORXDiagramModel::AddEdge(std::string_view aFrom, std::string_view aTo, std::string_view aText,
+                               bool aDotted, TQVLDiagEdgeArrow aArrow) {
     if (aFrom.empty() || aTo.empty()) return;
-    fEdges.push_back({std::string(aFrom), std::string(aTo), std::string(aText), aDotted, TQVLDiagEdgeArrow::eaNone,
-                      aArrow});
+    fEdges.push_back({std::string(aFrom), std::string(aTo), std::string(aText), aDotted,
+                      TQVLDiagEdgeArrow::eaNone, aArrow});
 }
 
 void TORXDiagramModel::AddParticipant(std::string_view aID, std::string_view aDisplay) {
@@ -77,10 +77,13 @@ void TORXDiagramModel::AddParticipant(std::string_view aID, std::string_view aDi
     fParticipants.push_back({std::string(aID), std::string(aDisplay.empty() ? aID : aDisplay)});
 }
 
-void TORXDiagramModel::AddSeqEvent(const TQVLSeqEvent& aEvent) { fSeqEvents.push_back(aEvent); }
+void TORXDiagramModel::AddSeqEvent(const TQVLSeqEvent& aEvent) {
+    fSeqEvents.push_back(aEvent);
+}
 
 void TORXDiagramModel::AddDiagnostic(TQVLDiagramDiagnosticSeverity aSeverity, std::int32_t aLine,
-                                     std::string_view aCode, std::string_view aMessage, std::string_view aSource) {
+                                     std::string_view aCode, std::string_view aMessage,
+                                     std::string_view aSource) {
     fDiagnostics.push_back(
         {aSeverity, aLine, std::string(aCode), std::string(aMessage), std::string(aSource)});
 }

@@ -16,7 +16,6 @@
 namespace Orvex {
 using Qvl::Types::TAlphaColor;
 
-
 enum class TQVLDiagramFormat : std::uint8_t { dgAuto, dgMermaid, dgPlantUML };
 enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa };
 enum class TQVLFlowDirection : std::uint8_t { fdTopDown, fdLeftRight };
@@ -27,7 +26,7 @@ enum class TQVLSeqArrow : std::uint8_t { saFilled, saOpen, saCross, saNone };
 enum class TQVLDiagramDiagnosticSeverity : std::uint8_t { dsInfo, dsWarning, dsError };
 
 struct TQVLDiagNode {
-    std::string ID;  // unique within the model, case-sensitive
+    std::string ID;         // unique within the model, case-sensitive
     std::int32_t InId = 0;  // the drawing item the layout made for this node; 0 until SetNodeInId
     std::string Text;
     TQVLFlowType Shape = TQVLFlowType::ftProcess;

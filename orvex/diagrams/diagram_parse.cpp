@@ -66,9 +66,13 @@ std::unique_ptr<TORXDiagramModel> QVLParseDiagram(std::string_view aText, TQVLDi
     return QVLParseDiagram(aText, aFormat, false);
 }
 
-void QVLSetDiagramLoader(TQVLDiagramLoader aLoader) { gDiagramLoader.store(aLoader); }
+void QVLSetDiagramLoader(TQVLDiagramLoader aLoader) {
+    gDiagramLoader.store(aLoader);
+}
 
-TQVLDiagramLoader QVLGetDiagramLoader() { return gDiagramLoader.load(); }
+TQVLDiagramLoader QVLGetDiagramLoader() {
+    return gDiagramLoader.load();
+}
 
 bool QVLLoadDiagramText(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
     const TQVLDiagramLoader loader = gDiagramLoader.load();

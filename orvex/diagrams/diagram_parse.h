@@ -24,7 +24,8 @@ std::unique_ptr<TORXDiagramModel> QVLParseDiagram(std::string_view aText, TQVLDi
 
 // The layout stage, registered by the host: parses and places the diagram, true when it did. Called on the
 // caller's thread; the format may still be dgAuto.
-using TQVLDiagramLoader = bool (*)(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat);
+using TQVLDiagramLoader = bool (*)(TORXBaseLabel& aDocument, std::string_view aText,
+                                   TQVLDiagramFormat aFormat);
 void QVLSetDiagramLoader(TQVLDiagramLoader aLoader);  // replaces the previous one; nullptr removes it
 TQVLDiagramLoader QVLGetDiagramLoader();
 

@@ -65,9 +65,12 @@ std::string QVLCleanCaption(std::string_view text) {
 int QVLIndentOf(std::string_view line) {
     int indent = 0;
     for (const char c : line) {
-        if (c == ' ') ++indent;
-        else if (c == '\t') indent += 4;
-        else break;
+        if (c == ' ')
+            ++indent;
+        else if (c == '\t')
+            indent += 4;
+        else
+            break;
     }
     return indent;
 }

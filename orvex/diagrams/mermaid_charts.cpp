@@ -36,7 +36,9 @@ auto PatternHeader(const TRegex& pattern) {
     return [&pattern](std::string_view line) { return pattern.Match(line); };
 }
 
-std::string Str(std::string_view s) { return std::string(s); }
+std::string Str(std::string_view s) {
+    return std::string(s);
+}
 
 // Comma-separated fields; a field in double quotes may hold commas, and "" inside it is one quote.
 std::vector<std::string> CsvFields(std::string_view line) {
@@ -137,7 +139,8 @@ void TORXMermaidParser::ParsePacket(const TLines& aLines, TORXDiagramModel& aMod
         // Bit numbers beyond 18 digits are not realistic; they are shown as written.
         if (bits.front() == '+' && bits.size() <= 19) {
             const long long count = std::stoll(Str(bits.substr(1)));
-            range = count <= 1 ? std::to_string(nextBit) : std::to_string(nextBit) + "-" + std::to_string(nextBit + count - 1);
+            range = count <= 1 ? std::to_string(nextBit)
+                               : std::to_string(nextBit) + "-" + std::to_string(nextBit + count - 1);
             nextBit += count;
         } else {
             range.clear();
@@ -158,7 +161,8 @@ void TORXMermaidParser::ParseQuadrant(const TLines& aLines, TORXDiagramModel& aM
     static const TRegex kTitle(R"(^title\s+(.+)$)", {kCaseless});
     static const TRegex kQuadrant(R"(^quadrant-([1-4])\s+(.+)$)", {kCaseless});
     static const TRegex kAxis(R"(^(x-axis|y-axis)\s+(.+)$)", {kCaseless});
-    static const TRegex kPoint(R"(^(.+?):\s*\[\s*([0-9]+(?:\.[0-9]+)?)\s*,\s*([0-9]+(?:\.[0-9]+)?)\s*\]$)", {kCaseless});
+    static const TRegex kPoint(R"(^(.+?):\s*\[\s*([0-9]+(?:\.[0-9]+)?)\s*,\s*([0-9]+(?:\.[0-9]+)?)\s*\]$)",
+                               {kCaseless});
     SetChartKind(aModel);
     std::array<std::string, 4> captions{"Quadrant 1", "Quadrant 2", "Quadrant 3", "Quadrant 4"};
     struct TPoint {
@@ -198,8 +202,8 @@ void TORXMermaidParser::ParseXYChart(const TLines& aLines, TORXDiagramModel& aMo
     static const TRegex kSeries(R"re(^(bar|line)\s*(?:"([^"]+)"\s*)?\[([^\]]+)\]$)re", {kCaseless});
     SetChartKind(aModel);
     std::string title;
-    std::vector<std::pair<std::string, std::string>> axes;    // id, caption
-    std::vector<std::string> series;                          // captions
+    std::vector<std::pair<std::string, std::string>> axes;  // id, caption
+    std::vector<std::string> series;                        // captions
     TRegexMatch m;
     for (const auto& line : UsableLines(aLines, PatternHeader(kHeader))) {
         if (kTitle.Match(line.Text, m)) {
@@ -209,8 +213,8 @@ void TORXMermaidParser::ParseXYChart(const TLines& aLines, TORXDiagramModel& aMo
             axes.emplace_back("xy_" + axis, axis + "\r\n" + QVLCleanCaption(m.Group(2)));
         } else if (kSeries.Match(line.Text, m)) {
             const std::string kind = Qvl::Utils::ToLowerAscii(m.Group(1));
-            series.push_back(JoinLines({m.Matched(2) ? kind + " " + QVLCleanCaption(m.Group(2)) : kind,
-                                        Str(Trim(m.Group(3)))}));
+            series.push_back(JoinLines(
+                {m.Matched(2) ? kind + " " + QVLCleanCaption(m.Group(2)) : kind, Str(Trim(m.Group(3)))}));
         }
     }
     if (title.empty()) title = "XY chart";
@@ -253,7 +257,8 @@ void TORXMermaidParser::ParseRadar(const TLines& aLines, TORXDiagramModel& aMode
                 start = end + 1;
             }
         } else if (kCurve.Match(line.Text, m)) {
-            curves.push_back(QVLCleanCaption(m.Matched(2) ? m.Group(2) : m.Group(1)) + "\r\n" + Str(Trim(m.Group(3))));
+            curves.push_back(QVLCleanCaption(m.Matched(2) ? m.Group(2) : m.Group(1)) + "\r\n" +
+                             Str(Trim(m.Group(3))));
         } else if (kLimit.Match(line.Text, m)) {
             limits.push_back(Qvl::Utils::ToLowerAscii(m.Group(1)) + " " + QVLCleanCaption(m.Group(2)));
         }
@@ -261,8 +266,8 @@ void TORXMermaidParser::ParseRadar(const TLines& aLines, TORXDiagramModel& aMode
     if (title.empty()) title = "Radar chart";
     aModel.fTitle = title;
     aModel.AddNode("radar_root", title, TQVLFlowType::ftEllipse, true);
-    auto addAll = [&](const std::vector<std::string>& captions, const char* prefix, TQVLFlowType type, bool dotted,
-                      TQVLDiagEdgeArrow arrow) {
+    auto addAll = [&](const std::vector<std::string>& captions, const char* prefix, TQVLFlowType type,
+                      bool dotted, TQVLDiagEdgeArrow arrow) {
         TIdCounter ids(prefix);
         for (const auto& caption : captions) {
             const std::string id = ids.Next();
@@ -278,7 +283,8 @@ void TORXMermaidParser::ParseRadar(const TLines& aLines, TORXDiagramModel& aMode
 void TORXMermaidParser::ParseVenn(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kTitle(R"(^title\s+(.+)$)", {kCaseless});
     static const TRegex kSet(R"re(^set\s+([\w.-]+)(?:\["([^"]+)"\])?$)re", {kCaseless});
-    static const TRegex kUnion(R"re(^union\s+([\w.-]+(?:\s*,\s*[\w.-]+)+)(?:\["([^"]+)"\])?$)re", {kCaseless});
+    static const TRegex kUnion(R"re(^union\s+([\w.-]+(?:\s*,\s*[\w.-]+)+)(?:\["([^"]+)"\])?$)re",
+                               {kCaseless});
     SetChartKind(aModel);
     TIdCounter sets("venn_set_");
     TIdCounter unions("venn_union_");

@@ -42,11 +42,14 @@ void SetKind(TORXDiagramModel& model, TQVLDiagramKind kind, TQVLFlowDirection di
     model.fDirection = direction;
 }
 
-std::string Str(std::string_view s) { return std::string(s); }
+std::string Str(std::string_view s) {
+    return std::string(s);
+}
 
 // The lines of a "{ ... }" block that opens at `open` (the opening line itself excluded); `next` is set to
 // the index after the closing brace, or past the end when the block is not closed.
-std::vector<std::string_view> BlockBody(const std::vector<TKindLine>& lines, std::size_t open, std::size_t& next) {
+std::vector<std::string_view> BlockBody(const std::vector<TKindLine>& lines, std::size_t open,
+                                        std::size_t& next) {
     std::vector<std::string_view> body;
     std::size_t i = open + 1;
     for (; i < lines.size(); ++i) {
@@ -71,7 +74,8 @@ void TORXMermaidParser::ParseState(const TLines& aLines, TORXDiagramModel& aMode
     static const TRegex kDirLR(R"(^direction\s+LR\s*$)", {kCaseless});
     static const TRegex kDirTB(R"(^direction\s+(TB|TD|BT|RL)\s*$)", {kCaseless});
     static const TRegex kState(R"re(^state\s+(?:"([^"]+)"\s+as\s+)?([\w.-]+)\s*(?:\{)?$)re", {kCaseless});
-    static const TRegex kTransition(R"(^(\[\*\]|[\w.-]+)\s*--?>\s*(\[\*\]|[\w.-]+)\s*(?::\s*(.*))?$)", {kCaseless});
+    static const TRegex kTransition(R"(^(\[\*\]|[\w.-]+)\s*--?>\s*(\[\*\]|[\w.-]+)\s*(?::\s*(.*))?$)",
+                                    {kCaseless});
     static const TRegex kDescription(R"(^([\w.-]+)\s*:\s*(.+)$)", {kCaseless});
     SetKind(aModel, TQVLDiagramKind::dkFlowChart, TQVLFlowDirection::fdTopDown);
     TRegexMatch m;
@@ -140,7 +144,8 @@ void TORXMermaidParser::ParseClass(const TLines& aLines, TORXDiagramModel& aMode
             if (word == "enum") caption.emplace_back("<<enumeration>>");
             caption.emplace_back(m.Group(2));
             if (t.ends_with("{"))
-                for (const std::string_view member : BlockBody(lines, i, next)) caption.push_back(QVLCleanCaption(member));
+                for (const std::string_view member : BlockBody(lines, i, next))
+                    caption.push_back(QVLCleanCaption(member));
             aModel.AddNode(m.Group(2), JoinLines(caption), TQVLFlowType::ftProcess, true);
         } else if (kRelation.Match(t, m)) {
             const std::string from = Str(m.Group(1));
@@ -177,7 +182,8 @@ void TORXMermaidParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aMo
             continue;
         }
         if (kClassSuffix.Match(t, m)) t = Trim(t.substr(0, m.Start(0)));
-        if (t.find("::") != std::string_view::npos || t.empty()) continue;  // "::icon(...)" decorates its node
+        if (t.find("::") != std::string_view::npos || t.empty())
+            continue;  // "::icon(...)" decorates its node
         std::string id;
         std::string caption;
         TQVLFlowType type = TQVLFlowType::ftProcess;
@@ -207,7 +213,8 @@ void TORXMermaidParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aMo
 
 void TORXMermaidParser::ParseER(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kEntity(R"(^([\w.-]+)\s*\{$)", {kCaseless});
-    static const TRegex kRelation(R"(^([\w.-]+)\s+(\S*(?:--|\.\.)\S*)\s+([\w.-]+)\s*(?::\s*(.*))?$)", {kCaseless});
+    static const TRegex kRelation(R"(^([\w.-]+)\s+(\S*(?:--|\.\.)\S*)\s+([\w.-]+)\s*(?::\s*(.*))?$)",
+                                  {kCaseless});
     SetKind(aModel, TQVLDiagramKind::dkFlowChart, TQVLFlowDirection::fdLeftRight);
     const auto lines = UsableLines(aLines, ExactHeader("erDiagram"));
     TRegexMatch m;
@@ -216,7 +223,8 @@ void TORXMermaidParser::ParseER(const TLines& aLines, TORXDiagramModel& aModel) 
         std::size_t next = i + 1;
         if (kEntity.Match(t, m)) {
             std::vector<std::string> caption{Str(m.Group(1))};
-            for (const std::string_view attribute : BlockBody(lines, i, next)) caption.push_back(QVLCleanCaption(attribute));
+            for (const std::string_view attribute : BlockBody(lines, i, next))
+                caption.push_back(QVLCleanCaption(attribute));
             aModel.AddNode(m.Group(1), JoinLines(caption), TQVLFlowType::ftDatabase, true);
         } else if (kRelation.Match(t, m)) {
             aModel.AddNode(m.Group(1), m.Group(1), TQVLFlowType::ftDatabase, true);
@@ -332,7 +340,8 @@ void TORXMermaidParser::ParseTimeline(const TLines& aLines, TORXDiagramModel& aM
                 }
             };
             addEvents(t.substr(colon + 1));
-            while (i + 1 < lines.size() && lines[i + 1].Text.starts_with(':')) addEvents(lines[++i].Text.substr(1));
+            while (i + 1 < lines.size() && lines[i + 1].Text.starts_with(':'))
+                addEvents(lines[++i].Text.substr(1));
             const std::string id = events.Next();
             aModel.AddNode(id, JoinLines(caption), TQVLFlowType::ftProcess, true);
             aModel.AddEdge(section, id, "", false, kArrow);
@@ -360,8 +369,8 @@ void TORXMermaidParser::ParseJourney(const TLines& aLines, TORXDiagramModel& aMo
             aModel.AddNode(section, QVLCleanCaption(m.Group(1)), TQVLFlowType::ftPredefined, true);
         } else if (kTask.Match(line.Text, m)) {
             const std::string id = tasks.Next();
-            aModel.AddNode(id, QVLCleanCaption(m.Group(1)) + "\r\nScore: " + Str(m.Group(2)), TQVLFlowType::ftProcess,
-                           true);
+            aModel.AddNode(id, QVLCleanCaption(m.Group(1)) + "\r\nScore: " + Str(m.Group(2)),
+                           TQVLFlowType::ftProcess, true);
             aModel.AddEdge(section, id, "", false, kArrow);
             aModel.AddEdge(previous, id, "", false, kArrow);
             previous = id;
@@ -375,7 +384,8 @@ void TORXMermaidParser::ParseC4(const TLines& aLines, TORXDiagramModel& aModel) 
     static const TRegex kElement(
         R"re(^(Person|Person_Ext|System|System_Ext|SystemDb|SystemDb_Ext|Container|Container_Ext|ContainerDb|ContainerDb_Ext|Component|Component_Ext|ComponentDb|ComponentDb_Ext|Deployment_Node)\s*\(\s*([^,]+)\s*,\s*"([^"]+)")re",
         {kCaseless});
-    static const TRegex kRelation(R"re(^Rel(?:_[A-Za-z]+)?\s*\(\s*([^,]+)\s*,\s*([^,]+)\s*,\s*"([^"]*)")re", {kCaseless});
+    static const TRegex kRelation(R"re(^Rel(?:_[A-Za-z]+)?\s*\(\s*([^,]+)\s*,\s*([^,]+)\s*,\s*"([^"]*)")re",
+                                  {kCaseless});
     SetKind(aModel, TQVLDiagramKind::dkFlowChart, TQVLFlowDirection::fdLeftRight);
     TRegexMatch m;
     for (const auto& line : UsableLines(aLines, PatternHeader(kHeader))) {
@@ -384,9 +394,12 @@ void TORXMermaidParser::ParseC4(const TLines& aLines, TORXDiagramModel& aModel) 
         } else if (kElement.Match(line.Text, m)) {
             const std::string word = Qvl::Utils::ToLowerAscii(m.Group(1));
             TQVLFlowType type = TQVLFlowType::ftProcess;
-            if (word.starts_with("person")) type = TQVLFlowType::ftEllipse;
-            else if (word.find("db") != std::string::npos) type = TQVLFlowType::ftDatabase;
-            else if (word == "deployment_node") type = TQVLFlowType::ftPredefined;
+            if (word.starts_with("person"))
+                type = TQVLFlowType::ftEllipse;
+            else if (word.find("db") != std::string::npos)
+                type = TQVLFlowType::ftDatabase;
+            else if (word == "deployment_node")
+                type = TQVLFlowType::ftPredefined;
             aModel.AddNode(Trim(m.Group(2)), QVLCleanCaption(m.Group(3)), type, true);
         } else if (kRelation.Match(line.Text, m)) {
             aModel.AddEdge(Trim(m.Group(1)), Trim(m.Group(2)), QVLCleanCaption(m.Group(3)), false, kArrow);
@@ -440,16 +453,16 @@ void TORXMermaidParser::ParseKanban(const TLines& aLines, TORXDiagramModel& aMod
         }
         // The shallowest items are the columns; everything below them is a card.
         const std::string parent = tree.ParentFor(line.Indent);
-        aModel.AddNode(id, JoinLines(caption), parent.empty() ? TQVLFlowType::ftPredefined : TQVLFlowType::ftProcess,
-                       true);
+        aModel.AddNode(id, JoinLines(caption),
+                       parent.empty() ? TQVLFlowType::ftPredefined : TQVLFlowType::ftProcess, true);
         aModel.AddEdge(parent, id, "", false, kNone);
         tree.Push(line.Indent, id);
     }
 }
 
 void TORXMermaidParser::ParseArchitecture(const TLines& aLines, TORXDiagramModel& aModel) {
-    static const TRegex kItem(R"(^(group|service)\s+([\w.-]+)(?:\(([^)]*)\))?\[([^\]]+)\](?:\s+in\s+([\w.-]+))?$)",
-                              {kCaseless});
+    static const TRegex kItem(
+        R"(^(group|service)\s+([\w.-]+)(?:\(([^)]*)\))?\[([^\]]+)\](?:\s+in\s+([\w.-]+))?$)", {kCaseless});
     static const TRegex kJunction(R"(^junction\s+([\w.-]+)(?:\s+in\s+([\w.-]+))?$)", {kCaseless});
     static const TRegex kEdge(
         R"(^([\w.-]+)(?:\{group\})?:[TBLR]\s*(?:<)?--(?:>)?\s*[TBLR]:([\w.-]+)(?:\{group\})?$)", {kCaseless});
@@ -463,9 +476,12 @@ void TORXMermaidParser::ParseArchitecture(const TLines& aLines, TORXDiagramModel
             const bool group = SameTextIgnoringCase(m.Group(1), "group");
             const std::string icon = Qvl::Utils::ToLowerAscii(m.Group(3));
             TQVLFlowType type = TQVLFlowType::ftProcess;
-            if (group) type = TQVLFlowType::ftPredefined;
-            else if (icon == "database" || icon == "disk") type = TQVLFlowType::ftDatabase;
-            else if (icon == "internet" || icon == "cloud") type = TQVLFlowType::ftEllipse;
+            if (group)
+                type = TQVLFlowType::ftPredefined;
+            else if (icon == "database" || icon == "disk")
+                type = TQVLFlowType::ftDatabase;
+            else if (icon == "internet" || icon == "cloud")
+                type = TQVLFlowType::ftEllipse;
             aModel.AddNode(m.Group(2), QVLCleanCaption(m.Group(4)), type, true);
             aModel.AddEdge(m.Group(5), m.Group(2), "contains", true, kNone);
         } else if (kJunction.Match(t, m)) {
@@ -503,7 +519,8 @@ void TORXMermaidParser::ParseBlock(const TLines& aLines, TORXDiagramModel& aMode
     SetKind(aModel, TQVLDiagramKind::dkFlowChart, TQVLFlowDirection::fdLeftRight);
     for (const std::string_view raw : aLines) {
         std::string_view t = Trim(raw);
-        if (const std::size_t comment = t.find("%%"); comment != std::string_view::npos) t = Trim(t.substr(0, comment));
+        if (const std::size_t comment = t.find("%%"); comment != std::string_view::npos)
+            t = Trim(t.substr(0, comment));
         if (t.empty() || kSkip.Match(t) || kBlockWord.Match(t) || SameTextIgnoringCase(t, "end")) continue;
         ParseFlowLine(t, aModel);
     }
@@ -545,7 +562,8 @@ void TORXMermaidParser::ParseTreeView(const TLines& aLines, TORXDiagramModel& aM
     TRegexMatch m;
     for (const std::string_view raw : aLines) {
         const std::string_view trimmed = Trim(raw);
-        if (trimmed.empty() || trimmed.starts_with("%%") || SameTextIgnoringCase(trimmed, "treeView-beta")) continue;
+        if (trimmed.empty() || trimmed.starts_with("%%") || SameTextIgnoringCase(trimmed, "treeView-beta"))
+            continue;
         if (kTitle.Match(trimmed, m)) {
             aModel.fTitle = QVLCleanCaption(m.Group(1));
             continue;
@@ -564,7 +582,8 @@ void TORXMermaidParser::ParseTreeView(const TLines& aLines, TORXDiagramModel& aM
         if (folder) name.remove_suffix(1);
         const std::string id = ids.Next();
         const std::string parent = tree.ParentFor(depth);
-        aModel.AddNode(id, QVLCleanCaption(name), folder ? TQVLFlowType::ftPredefined : TQVLFlowType::ftDocument, true);
+        aModel.AddNode(id, QVLCleanCaption(name),
+                       folder ? TQVLFlowType::ftPredefined : TQVLFlowType::ftDocument, true);
         aModel.AddEdge(parent, id, "", false, kNone);
         tree.Push(depth, id);
     }
@@ -572,8 +591,8 @@ void TORXMermaidParser::ParseTreeView(const TLines& aLines, TORXDiagramModel& aM
 
 void TORXMermaidParser::ParseGantt(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kTitle(R"(^title\s+(.+)$)", {kCaseless});
-    static const TRegex kSetting(R"(^(dateFormat|axisFormat|tickInterval|excludes|includes|todayMarker|weekday)\b)",
-                                 {kCaseless});
+    static const TRegex kSetting(
+        R"(^(dateFormat|axisFormat|tickInterval|excludes|includes|todayMarker|weekday)\b)", {kCaseless});
     static const TRegex kSection(R"(^section\s+(.+)$)", {kCaseless});
     static const TRegex kTask(R"(^(.+?)\s*:\s*(.+)$)", {kCaseless});
     static const TRegex kTag(R"(^(done|active|crit|milestone)$)", {kCaseless});
@@ -602,14 +621,18 @@ void TORXMermaidParser::ParseGantt(const TLines& aLines, TORXDiagramModel& aMode
                 const std::size_t end = std::min(meta.find(',', start), meta.size());
                 const std::string_view item = Trim(meta.substr(start, end - start));
                 TRegexMatch a;
-                if (kTag.Match(item)) tags.emplace_back(Qvl::Utils::ToLowerAscii(item));
-                else if (kIdentifier.Match(item)) id = Str(item);
-                else if (kAfter.Match(item, a)) after.emplace_back(a.Group(1));
+                if (kTag.Match(item))
+                    tags.emplace_back(Qvl::Utils::ToLowerAscii(item));
+                else if (kIdentifier.Match(item))
+                    id = Str(item);
+                else if (kAfter.Match(item, a))
+                    after.emplace_back(a.Group(1));
                 start = end + 1;
             }
             std::string tagLine;
             for (const auto& tag : tags) tagLine += (tagLine.empty() ? "" : ", ") + tag;
-            aModel.AddNode(id, JoinLines({QVLCleanCaption(m.Group(1)), tagLine}), TQVLFlowType::ftProcess, true);
+            aModel.AddNode(id, JoinLines({QVLCleanCaption(m.Group(1)), tagLine}), TQVLFlowType::ftProcess,
+                           true);
             aModel.AddEdge(section, id, "", false, kNone);
             for (const auto& before : after) aModel.AddEdge(before, id, "", false, kArrow);
         }

@@ -107,10 +107,13 @@ std::size_t ShapeLength(std::string_view line, std::size_t at, TCloserIndex& clo
 // Every match call costs time in proportion to its subject, so a long line read node by node would cost
 // the square of its length. Each pattern is therefore given a window that holds everything it can match
 // and ends where it must stop, found by scanning only the characters it would consume.
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
+bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
+}
 bool IsWordByte(char c) {
     const auto u = static_cast<unsigned char>(c);
-    return u >= 0x80 || (u >= '0' && u <= '9') || (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || c == '_';
+    return u >= 0x80 || (u >= '0' && u <= '9') || (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') ||
+           c == '_';
 }
 
 std::size_t SkipSpaces(std::string_view s, std::size_t i) {
@@ -160,7 +163,8 @@ std::size_t PipeWindow(std::string_view s) {
 
 class TFlowLineReader {
 public:
-    TFlowLineReader(std::string_view line, TORXDiagramModel& model) : fLine(line), fClosers(line), fModel(model) {}
+    TFlowLineReader(std::string_view line, TORXDiagramModel& model)
+        : fLine(line), fClosers(line), fModel(model) {}
 
     // One node at the current position, added to the model; false (and nothing consumed) when none.
     bool ReadNode(std::string& id) {
@@ -217,7 +221,8 @@ public:
         static const TRegex kPipeLabel(R"(^\|([^|]*)\|\s*)");
         TRegexMatch m;
         const std::string_view rest = Rest();
-        const std::pair<const TRegex*, char> labelled[] = {{&kLabelDash, '-'}, {&kLabelDot, '.'}, {&kLabelThick, '='}};
+        const std::pair<const TRegex*, char> labelled[] = {
+            {&kLabelDash, '-'}, {&kLabelDot, '.'}, {&kLabelThick, '='}};
         for (const auto& [pattern, stop] : labelled) {
             if (!pattern->MatchAt(rest.substr(0, LabelWindow(rest, stop)), 0, m)) continue;
             op.Label = QVLCleanCaption(m.Group(1));
@@ -232,10 +237,18 @@ public:
         op.Label.clear();
         op.Dotted = text.find('.') != std::string_view::npos;
         switch (text.back()) {
-            case 'x': op.Arrow = TQVLDiagEdgeArrow::eaCross; break;
-            case 'o': op.Arrow = TQVLDiagEdgeArrow::eaCircle; break;
-            case '>': op.Arrow = TQVLDiagEdgeArrow::eaArrow; break;
-            default: op.Arrow = TQVLDiagEdgeArrow::eaNone; break;
+            case 'x':
+                op.Arrow = TQVLDiagEdgeArrow::eaCross;
+                break;
+            case 'o':
+                op.Arrow = TQVLDiagEdgeArrow::eaCircle;
+                break;
+            case '>':
+                op.Arrow = TQVLDiagEdgeArrow::eaArrow;
+                break;
+            default:
+                op.Arrow = TQVLDiagEdgeArrow::eaNone;
+                break;
         }
         fPos += m.End(0);
         if (kPipeLabel.MatchAt(Rest(PipeWindow(Rest())), 0, m)) {
@@ -246,7 +259,9 @@ public:
     }
 
 private:
-    std::string_view Rest(std::size_t length = std::string_view::npos) const { return fLine.substr(fPos, length); }
+    std::string_view Rest(std::size_t length = std::string_view::npos) const {
+        return fLine.substr(fPos, length);
+    }
 
     std::string_view fLine;
     std::size_t fPos = 0;
@@ -323,8 +338,8 @@ TKindRoutine FindKindRoutine(const TORXMermaidParser::TLines& lines) {
 
 void AddWarning(TORXDiagramModel& model, std::size_t line, std::string_view code, std::string_view message,
                 std::string_view source) {
-    model.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, static_cast<std::int32_t>(line), code, message,
-                        source);
+    model.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, static_cast<std::int32_t>(line), code,
+                        message, source);
 }
 
 }  // namespace
@@ -334,7 +349,8 @@ bool TORXMermaidParser::DecodeShape(std::string_view aShape, TQVLFlowType& aFlow
         if (aShape.size() < form.Open.size() + form.Close.size()) continue;
         if (!aShape.starts_with(form.Open) || !aShape.ends_with(form.Close)) continue;
         aFlowType = form.Type;
-        aText = QVLCleanCaption(aShape.substr(form.Open.size(), aShape.size() - form.Open.size() - form.Close.size()));
+        aText = QVLCleanCaption(
+            aShape.substr(form.Open.size(), aShape.size() - form.Open.size() - form.Close.size()));
         return true;
     }
     aFlowType = TQVLFlowType::ftProcess;
@@ -360,11 +376,12 @@ void TORXMermaidParser::ParseFlowLine(std::string_view aLine, TORXDiagramModel& 
 //-----------------------------------------------------------------------------------------------------
 
 void TORXMermaidParser::ParseSequenceLine(std::string_view aLine, TORXDiagramModel& aModel) {
-    static const TRegex kParticipant(R"re(^\s*(?:participant|actor)\s+("[^"]+"|[\w.-]+)(?:\s+as\s+(.+))?\s*$)re",
-                                     {kCaseless});
-    static const TRegex kMessage(R"(^\s*(\w+(?:[-.]\w+)*?)\s*(--?)(>>|>|x|\))\s*(\w+(?:[-.]\w+)*)\s*:\s*(.*)$)");
-    static const TRegex kNote(R"(^\s*Note\s+(right of|left of|over)\s+([\w.-]+)\s*(?:,\s*([\w.-]+)\s*)?:\s*(.*)$)",
-                              {kCaseless});
+    static const TRegex kParticipant(
+        R"re(^\s*(?:participant|actor)\s+("[^"]+"|[\w.-]+)(?:\s+as\s+(.+))?\s*$)re", {kCaseless});
+    static const TRegex kMessage(
+        R"(^\s*(\w+(?:[-.]\w+)*?)\s*(--?)(>>|>|x|\))\s*(\w+(?:[-.]\w+)*)\s*:\s*(.*)$)");
+    static const TRegex kNote(
+        R"(^\s*Note\s+(right of|left of|over)\s+([\w.-]+)\s*(?:,\s*([\w.-]+)\s*)?:\s*(.*)$)", {kCaseless});
     TRegexMatch m;
     if (kParticipant.Match(aLine, m)) {
         aModel.AddParticipant(QVLCleanCaption(m.Group(1)), m.Matched(2) ? QVLCleanCaption(m.Group(2)) : "");
@@ -447,8 +464,8 @@ void TORXMermaidParser::Parse(std::string_view aText, TORXDiagramModel& aModel) 
             while (title.starts_with(':')) title.remove_prefix(1);
             aModel.fTitle = std::string(Trim(title));
         } else if (kUnsupported.Match(line)) {
-            AddWarning(aModel, lineNo, "MERMAID_UNSUPPORTED_STATEMENT", "The statement is recognized but is not rendered.",
-                       line);
+            AddWarning(aModel, lineNo, "MERMAID_UNSUPPORTED_STATEMENT",
+                       "The statement is recognized but is not rendered.", line);
         } else {
             const std::size_t nodes = aModel.Nodes().size();
             const std::size_t edges = aModel.Edges().size();
@@ -460,8 +477,8 @@ void TORXMermaidParser::Parse(std::string_view aText, TORXDiagramModel& aModel) 
                 ParseFlowLine(line, aModel);
             if (nodes == aModel.Nodes().size() && edges == aModel.Edges().size() &&
                 participants == aModel.Participants().size() && events == aModel.SeqEvents().size())
-                AddWarning(aModel, lineNo, "MERMAID_UNRECOGNIZED_LINE", "The line was not recognized and was ignored.",
-                           line);
+                AddWarning(aModel, lineNo, "MERMAID_UNRECOGNIZED_LINE",
+                           "The line was not recognized and was ignored.", line);
         }
     }
 }

@@ -29,7 +29,9 @@ constexpr auto kCaseless = TRegexFlag::rfCaseless;
 constexpr auto kNone = TQVLDiagEdgeArrow::eaNone;
 constexpr auto kArrow = TQVLDiagEdgeArrow::eaArrow;
 
-std::string Str(std::string_view s) { return std::string(s); }
+std::string Str(std::string_view s) {
+    return std::string(s);
+}
 
 std::string_view WithoutTrailingComma(std::string_view s) {
     s = Trim(s);
@@ -41,7 +43,9 @@ bool IsNameStart(char c) {
     const auto u = static_cast<unsigned char>(c);
     return u >= 0x80 || (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || c == '_';
 }
-bool IsNameByte(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-'; }
+bool IsNameByte(char c) {
+    return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
+}
 
 // The names a grammar definition uses, in order; quoted terminals are skipped. One pass over the text.
 std::vector<std::string> GrammarNames(std::string_view text) {
@@ -177,10 +181,18 @@ void TORXPlantUMLParser::ParseSalt(const TLines& aLines, TORXDiagramModel& aMode
             std::string_view rest = t.substr(1);
             if (kBlockStyle.Match(t)) {
                 switch (t[1]) {
-                    case '+': caption = "Box"; break;
-                    case '#': caption = "Table"; break;
-                    case '^': caption = "Group box"; break;
-                    default: caption = "Scroll area"; break;
+                    case '+':
+                        caption = "Box";
+                        break;
+                    case '#':
+                        caption = "Table";
+                        break;
+                    case '^':
+                        caption = "Group box";
+                        break;
+                    default:
+                        caption = "Scroll area";
+                        break;
                 }
                 rest = t.substr(2);
             }
@@ -239,7 +251,8 @@ void TORXPlantUMLParser::ParseGrammar(const TLines& aLines, TORXDiagramModel& aM
     for (const auto& rule : rules) {
         if (idOf.count(rule.Name) != 0) continue;
         idOf[rule.Name] = ids.Next();
-        aModel.AddNode(idOf[rule.Name], rule.Name + "\r\n" + rule.Definition, TQVLFlowType::ftPredefined, true);
+        aModel.AddNode(idOf[rule.Name], rule.Name + "\r\n" + rule.Definition, TQVLFlowType::ftPredefined,
+                       true);
     }
     for (const auto& rule : rules) {
         std::set<std::string> named;
@@ -280,8 +293,8 @@ void TORXPlantUMLParser::ParseFiles(const TLines& aLines, TORXDiagramModel& aMod
                 it->second = ids.Next();
                 // A name that the path goes on after, or that ends in "/", is a folder.
                 const bool folder = !last || path.ends_with('/');
-                aModel.AddNode(it->second, Str(part), folder ? TQVLFlowType::ftPredefined : TQVLFlowType::ftDocument,
-                               true);
+                aModel.AddNode(it->second, Str(part),
+                               folder ? TQVLFlowType::ftPredefined : TQVLFlowType::ftDocument, true);
                 aModel.AddEdge(parent, it->second, "", false, kNone);
             }
             parent = it->second;
@@ -383,8 +396,10 @@ void TORXPlantUMLParser::ParseDitaa(const TLines& aLines, TORXDiagramModel& aMod
             if (2 * k + 2 < pieces.size() - 1) {
                 const std::string_view gap = pieces[2 * k + 2];
                 if (!Trim(gap).empty() && kArrowGap.Match(gap)) {
-                    if (gap.find('>') != std::string_view::npos) links.push_back({k, k + 1});
-                    else if (gap.find('<') != std::string_view::npos) links.push_back({k + 1, k});
+                    if (gap.find('>') != std::string_view::npos)
+                        links.push_back({k, k + 1});
+                    else if (gap.find('<') != std::string_view::npos)
+                        links.push_back({k + 1, k});
                 }
             }
         }
@@ -397,9 +412,10 @@ void TORXPlantUMLParser::ParseDitaa(const TLines& aLines, TORXDiagramModel& aMod
 //-----------------------------------------------------------------------------------------------------
 
 void TORXPlantUMLParser::ParseChen(const TLines& aLines, TORXDiagramModel& aModel) {
-    static const TRegex kDeclaration(R"re(^(entity|relationship|attribute)\s+(?:"([^"]+)"|([\w.-]+)))re", {kCaseless});
-    static const TRegex kLink(
-        R"re(^(?:"([^"]+)"|([\w.-]+))\s+-([^\s-]+)-\s+(?:"([^"]+)"|([\w.-]+))$)re", {kCaseless});
+    static const TRegex kDeclaration(R"re(^(entity|relationship|attribute)\s+(?:"([^"]+)"|([\w.-]+)))re",
+                                     {kCaseless});
+    static const TRegex kLink(R"re(^(?:"([^"]+)"|([\w.-]+))\s+-([^\s-]+)-\s+(?:"([^"]+)"|([\w.-]+))$)re",
+                              {kCaseless});
     static const TRegex kMember(R"re(^(?:"([^"]+)"|([\w.-]+)))re", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
@@ -434,8 +450,8 @@ void TORXPlantUMLParser::ParseChen(const TLines& aLines, TORXDiagramModel& aMode
 
 void TORXPlantUMLParser::ParseGantt(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kSection(R"(^--\s*(.+?)\s*--$)", {kCaseless});
-    static const TRegex kStarts(R"(^\[([^\]]+)\]\s+starts\s+(?:at|after)\s+\[([^\]]+)\](?:'s\s+(start|end))?)",
-                                {kCaseless});
+    static const TRegex kStarts(
+        R"(^\[([^\]]+)\]\s+starts\s+(?:at|after)\s+\[([^\]]+)\](?:'s\s+(start|end))?)", {kCaseless});
     static const TRegex kTask(R"(^\[([^\]]+)\]\s+(.+)$)", {kCaseless});
     static const TRegex kProject(R"(^Project\s+(starts|ends)\s+(.+)$)", {kCaseless});
     static const TRegex kThen(R"(^->\s*\[([^\]]+)\])", {kCaseless});

@@ -34,7 +34,9 @@ constexpr auto kCaseless = TRegexFlag::rfCaseless;
 constexpr auto kNone = TQVLDiagEdgeArrow::eaNone;
 constexpr auto kArrow = TQVLDiagEdgeArrow::eaArrow;
 
-std::string Str(std::string_view s) { return std::string(s); }
+std::string Str(std::string_view s) {
+    return std::string(s);
+}
 
 // "#Orange", "Orange", "#FFA500" or "#FA0": the colour, or nothing when it is none of these.
 std::optional<TAlphaColor> PumlColor(std::string_view text) {
@@ -75,12 +77,14 @@ void TORXPlantUMLParser::ParseSequence(const TLines& aLines, TORXDiagramModel& a
     static const TRegex kParticipant(
         R"re(^(?:participant|actor|boundary|control|entity|database|collections)\s+("[^"]+"|[\w.]+)(?:\s+as\s+([\w.]+))?\s*(?:#\w+)?$)re",
         {kCaseless});
-    static const TRegex kMessage(R"re(^("[^"]+"|[\w.]+)\s*(--?)(>>|>)([xo]?)\s*("[^"]+"|[\w.]+)\s*:\s*(.*)$)re",
-                                 {kCaseless});
+    static const TRegex kMessage(
+        R"re(^("[^"]+"|[\w.]+)\s*(--?)(>>|>)([xo]?)\s*("[^"]+"|[\w.]+)\s*:\s*(.*)$)re", {kCaseless});
     static const TRegex kNote(
-        R"re(^note\s+(right of|left of|over)\s+("[^"]+"|[\w.]+)\s*(?:,\s*("[^"]+"|[\w.]+)\s*)?:\s*(.*)$)re", {kCaseless});
+        R"re(^note\s+(right of|left of|over)\s+("[^"]+"|[\w.]+)\s*(?:,\s*("[^"]+"|[\w.]+)\s*)?:\s*(.*)$)re",
+        {kCaseless});
     static const TRegex kNoteStart(
-        R"re(^note\s+(right of|left of|over)\s+("[^"]+"|[\w.]+)\s*(?:,\s*("[^"]+"|[\w.]+)\s*)?$)re", {kCaseless});
+        R"re(^note\s+(right of|left of|over)\s+("[^"]+"|[\w.]+)\s*(?:,\s*("[^"]+"|[\w.]+)\s*)?$)re",
+        {kCaseless});
     static const TRegex kNoteEnd(R"(^end\s*note$)", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkSequence;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
@@ -113,7 +117,8 @@ void TORXPlantUMLParser::ParseSequence(const TLines& aLines, TORXDiagramModel& a
                 event.Text = QVLCleanCaption(m.Group(4));
             } else {
                 std::vector<std::string> text;
-                while (i + 1 < aLines.size() && !kNoteEnd.Match(aLines[i + 1])) text.push_back(QVLCleanCaption(aLines[++i]));
+                while (i + 1 < aLines.size() && !kNoteEnd.Match(aLines[i + 1]))
+                    text.push_back(QVLCleanCaption(aLines[++i]));
                 if (i + 1 < aLines.size()) ++i;  // the "end note" line
                 event.Text = JoinLines(text);
             }
@@ -213,8 +218,10 @@ void TORXPlantUMLParser::ParseActivity(const TLines& aLines, TORXDiagramModel& a
 //-----------------------------------------------------------------------------------------------------
 
 void TORXPlantUMLParser::ParseState(const TLines& aLines, TORXDiagramModel& aModel) {
-    static const TRegex kState(R"re(^state\s+("[^"]+"|[\w.]+)(?:\s+as\s+([\w.]+))?\s*(\{)?\s*$)re", {kCaseless});
-    static const TRegex kTransition(R"(^(\[\*\]|[\w.]+)\s*-{1,2}>\s*(\[\*\]|[\w.]+)\s*(?::\s*(.*))?$)", {kCaseless});
+    static const TRegex kState(R"re(^state\s+("[^"]+"|[\w.]+)(?:\s+as\s+([\w.]+))?\s*(\{)?\s*$)re",
+                               {kCaseless});
+    static const TRegex kTransition(R"(^(\[\*\]|[\w.]+)\s*-{1,2}>\s*(\[\*\]|[\w.]+)\s*(?::\s*(.*))?$)",
+                                    {kCaseless});
     static const TRegex kDescription(R"(^([\w.]+)\s*:\s*(.+)$)", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
@@ -275,14 +282,20 @@ void TORXPlantUMLParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aM
             continue;
         }
         if (inStyle) {
-            if (SameTextIgnoringCase(t, "</style>")) inStyle = false;
-            else if (kStyleNode.Match(t)) styleDepth = -1;
-            else if (kStyleDepth.Match(t, m)) styleDepth = m.Group(1).size() < 5 ? std::stoi(Str(m.Group(1))) : -2;
-            else if (t.starts_with('}')) styleDepth = -2;
+            if (SameTextIgnoringCase(t, "</style>"))
+                inStyle = false;
+            else if (kStyleNode.Match(t))
+                styleDepth = -1;
+            else if (kStyleDepth.Match(t, m))
+                styleDepth = m.Group(1).size() < 5 ? std::stoi(Str(m.Group(1))) : -2;
+            else if (t.starts_with('}'))
+                styleDepth = -2;
             else if (kBackground.Match(t, m) && styleDepth != -2) {
                 if (const auto color = PumlColor(m.Group(1))) {
-                    if (styleDepth == -1) allColor = color;
-                    else depthColor[styleDepth] = *color;
+                    if (styleDepth == -1)
+                        allColor = color;
+                    else
+                        depthColor[styleDepth] = *color;
                 }
             }
             continue;
@@ -305,15 +318,19 @@ void TORXPlantUMLParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aM
         if (kStereotype.Match(plain, m)) plain.erase(m.Start(0));
         std::optional<TAlphaColor> color = colorText.empty() ? std::nullopt : PumlColor(colorText);
         if (!color) {
-            if (const auto it = depthColor.find(depth - 1); it != depthColor.end()) color = it->second;
-            else color = allColor;
+            if (const auto it = depthColor.find(depth - 1); it != depthColor.end())
+                color = it->second;
+            else
+                color = allColor;
         }
-        const std::int8_t itemSide = marker[0] == '-' ? std::int8_t{-1} : marker[0] == '+' ? std::int8_t{1} : side;
+        const std::int8_t itemSide = marker[0] == '-'   ? std::int8_t{-1}
+                                     : marker[0] == '+' ? std::int8_t{1}
+                                                        : side;
         const std::string id = ids.Next();
         const std::string parent = tree.ParentFor(depth);
         const bool root = ids.Count() == 1;
-        aModel.AddNode(id, QVLCleanCaption(plain), root ? TQVLFlowType::ftEllipse : TQVLFlowType::ftProcess, true,
-                       root ? std::int8_t{0} : itemSide, color.value_or(0), color.has_value());
+        aModel.AddNode(id, QVLCleanCaption(plain), root ? TQVLFlowType::ftEllipse : TQVLFlowType::ftProcess,
+                       true, root ? std::int8_t{0} : itemSide, color.value_or(0), color.has_value());
         aModel.AddEdge(parent, id, "", false, kNone);
         tree.Push(depth, id);
     }
@@ -324,16 +341,24 @@ void TORXPlantUMLParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aM
 //-----------------------------------------------------------------------------------------------------
 
 void TORXPlantUMLParser::ParseArchimate(const TLines& aLines, TORXDiagramModel& aModel) {
-    static const TRegex kRelation(R"(^Rel_(\w+)\s*\(\s*([^,]+)\s*,\s*([^,]+)\s*,\s*([^)]+)\s*\)\s*$)", {kCaseless});
-    static const TRegex kElement(R"re(^(?:archimate|rectangle)\s+(?:#[\w-]+\s+)?("[^"]+"|[\w.]+)(?:\s+as\s+([\w.]+))?)re",
-                                 {kCaseless});
+    static const TRegex kRelation(R"(^Rel_(\w+)\s*\(\s*([^,]+)\s*,\s*([^,]+)\s*,\s*([^)]+)\s*\)\s*$)",
+                                  {kCaseless});
+    static const TRegex kElement(
+        R"re(^(?:archimate|rectangle)\s+(?:#[\w-]+\s+)?("[^"]+"|[\w.]+)(?:\s+as\s+([\w.]+))?)re",
+        {kCaseless});
     static const TRegex kDirection(R"(_(?:up|down|left|right)$)", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdLeftRight;
     static const std::map<std::string, TQVLDiagEdgeArrow> kTypes{
-        {"association", kNone},  {"composition", TQVLDiagEdgeArrow::eaFillRhombus},
-        {"aggregation", TQVLDiagEdgeArrow::eaRhombus}, {"realization", kArrow}, {"influence", kArrow},
-        {"access", kArrow},      {"access_r", kArrow}, {"access_w", kArrow}, {"access_rw", kArrow}};
+        {"association", kNone},
+        {"composition", TQVLDiagEdgeArrow::eaFillRhombus},
+        {"aggregation", TQVLDiagEdgeArrow::eaRhombus},
+        {"realization", kArrow},
+        {"influence", kArrow},
+        {"access", kArrow},
+        {"access_r", kArrow},
+        {"access_w", kArrow},
+        {"access_rw", kArrow}};
     TRegexMatch m;
     for (const std::string_view t : aLines) {
         if (kRelation.Match(t, m)) {
@@ -362,26 +387,26 @@ namespace {
 // deployment containers, cylinders for stores, an ellipse for use cases and clouds, a sheet for files.
 TQVLFlowType StructureShape(const std::string& word) {
     static const std::map<std::string, TQVLFlowType> kShapes{
-        {"class", TQVLFlowType::ftProcess},       {"abstract", TQVLFlowType::ftProcess},
+        {"class", TQVLFlowType::ftProcess},          {"abstract", TQVLFlowType::ftProcess},
         {"abstract class", TQVLFlowType::ftProcess}, {"interface", TQVLFlowType::ftProcess},
-        {"enum", TQVLFlowType::ftProcess},        {"annotation", TQVLFlowType::ftProcess},
-        {"object", TQVLFlowType::ftProcess},      {"map", TQVLFlowType::ftProcess},
-        {"json", TQVLFlowType::ftProcess},        {"component", TQVLFlowType::ftPredefined},
-        {"node", TQVLFlowType::ftPredefined},     {"usecase", TQVLFlowType::ftEllipse},
-        {"cloud", TQVLFlowType::ftEllipse},       {"artifact", TQVLFlowType::ftDocument},
-        {"file", TQVLFlowType::ftDocument},       {"folder", TQVLFlowType::ftMultiDocument},
-        {"frame", TQVLFlowType::ftProcess},       {"rectangle", TQVLFlowType::ftProcess},
-        {"package", TQVLFlowType::ftMultiDocument}, {"card", TQVLFlowType::ftProcess},
-        {"agent", TQVLFlowType::ftProcess},       {"queue", TQVLFlowType::ftPreparation},
-        {"storage", TQVLFlowType::ftDatabase},    {"database", TQVLFlowType::ftDatabase},
+        {"enum", TQVLFlowType::ftProcess},           {"annotation", TQVLFlowType::ftProcess},
+        {"object", TQVLFlowType::ftProcess},         {"map", TQVLFlowType::ftProcess},
+        {"json", TQVLFlowType::ftProcess},           {"component", TQVLFlowType::ftPredefined},
+        {"node", TQVLFlowType::ftPredefined},        {"usecase", TQVLFlowType::ftEllipse},
+        {"cloud", TQVLFlowType::ftEllipse},          {"artifact", TQVLFlowType::ftDocument},
+        {"file", TQVLFlowType::ftDocument},          {"folder", TQVLFlowType::ftMultiDocument},
+        {"frame", TQVLFlowType::ftProcess},          {"rectangle", TQVLFlowType::ftProcess},
+        {"package", TQVLFlowType::ftMultiDocument},  {"card", TQVLFlowType::ftProcess},
+        {"agent", TQVLFlowType::ftProcess},          {"queue", TQVLFlowType::ftPreparation},
+        {"storage", TQVLFlowType::ftDatabase},       {"database", TQVLFlowType::ftDatabase},
         {"actor", TQVLFlowType::ftTerminator}};
     const auto found = kShapes.find(word);
     return found == kShapes.end() ? TQVLFlowType::ftProcess : found->second;
 }
 
 bool HasMemberBlock(const std::string& word) {
-    return word == "class" || word == "abstract" || word == "abstract class" || word == "interface" || word == "enum" ||
-           word == "annotation" || word == "object" || word == "map" || word == "json";
+    return word == "class" || word == "abstract" || word == "abstract class" || word == "interface" ||
+           word == "enum" || word == "annotation" || word == "object" || word == "map" || word == "json";
 }
 
 }  // namespace
@@ -410,7 +435,8 @@ void TORXPlantUMLParser::ParseStructure(const TLines& aLines, TORXDiagramModel& 
             std::string caption = id;
             if (m.Matched(3)) {
                 const std::string_view first = m.Group(2);
-                const bool firstIsCaption = first.starts_with('"') || first.starts_with('[') || first.starts_with('(');
+                const bool firstIsCaption =
+                    first.starts_with('"') || first.starts_with('[') || first.starts_with('(');
                 id = firstIsCaption ? PumlName(m.Group(3)) : PumlName(first);
                 caption = firstIsCaption ? PumlName(first) : PumlName(m.Group(3));
             }
@@ -420,7 +446,8 @@ void TORXPlantUMLParser::ParseStructure(const TLines& aLines, TORXDiagramModel& 
             if (word == "abstract class" || word == "abstract") lines.emplace_back("<<abstract>>");
             lines.push_back(caption);
             if (HasMemberBlock(word) && t.ends_with('{')) {
-                while (i + 1 < aLines.size() && aLines[i + 1] != "}") lines.push_back(QVLCleanCaption(aLines[++i]));
+                while (i + 1 < aLines.size() && aLines[i + 1] != "}")
+                    lines.push_back(QVLCleanCaption(aLines[++i]));
                 if (i + 1 < aLines.size()) ++i;
             }
             aModel.AddNode(id, JoinLines(lines), StructureShape(word), true);
@@ -442,7 +469,8 @@ void TORXPlantUMLParser::ParseC4(const TLines& aLines, TORXDiagramModel& aModel)
         R"re(^(Person|Person_Ext|System|System_Ext|SystemDb|SystemDb_Ext|Container|Container_Ext|ContainerDb|ContainerDb_Ext|Component|Component_Ext|ComponentDb|ComponentDb_Ext|Deployment_Node)\s*\(\s*([^,)]+)(?:,\s*(?:"([^"]*)"|([^,)]*)))?)re",
         {kCaseless});
     static const TRegex kRelation(
-        R"re(^(?:Rel|Rel_\w+|BiRel)\s*\(\s*([^,)]+),\s*([^,)]+)(?:,\s*(?:"([^"]*)"|([^,)]*)))?)re", {kCaseless});
+        R"re(^(?:Rel|Rel_\w+|BiRel)\s*\(\s*([^,)]+),\s*([^,)]+)(?:,\s*(?:"([^"]*)"|([^,)]*)))?)re",
+        {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
     TRegexMatch m;
@@ -450,15 +478,18 @@ void TORXPlantUMLParser::ParseC4(const TLines& aLines, TORXDiagramModel& aModel)
         if (kElement.Match(t, m)) {
             const std::string word = ToLowerAscii(m.Group(1));
             TQVLFlowType type = TQVLFlowType::ftProcess;
-            if (word.starts_with("person")) type = TQVLFlowType::ftEllipse;
-            else if (word.find("db") != std::string::npos) type = TQVLFlowType::ftDatabase;
-            else if (word == "deployment_node") type = TQVLFlowType::ftPredefined;
+            if (word.starts_with("person"))
+                type = TQVLFlowType::ftEllipse;
+            else if (word.find("db") != std::string::npos)
+                type = TQVLFlowType::ftDatabase;
+            else if (word == "deployment_node")
+                type = TQVLFlowType::ftPredefined;
             const std::string id(Trim(m.Group(2)));
             std::string caption = QVLCleanCaption(m.Matched(3) ? m.Group(3) : m.Group(4));
             aModel.AddNode(id, caption.empty() ? id : caption, type, true);
         } else if (kRelation.Match(t, m)) {
-            aModel.AddEdge(Trim(m.Group(1)), Trim(m.Group(2)), QVLCleanCaption(m.Matched(3) ? m.Group(3) : m.Group(4)),
-                           false, kArrow);
+            aModel.AddEdge(Trim(m.Group(1)), Trim(m.Group(2)),
+                           QVLCleanCaption(m.Matched(3) ? m.Group(3) : m.Group(4)), false, kArrow);
         }
     }
 }
@@ -499,7 +530,8 @@ void TORXPlantUMLParser::ParseTiming(const TLines& aLines, TORXDiagramModel& aMo
 void TORXPlantUMLParser::ParseNetwork(const TLines& aLines, TORXDiagramModel& aModel) {
     static const TRegex kNetwork(R"(^network\s+([\w.-]+)\s*\{?)", {kCaseless});
     static const TRegex kMember(R"(^([\w.-]+)\s*(?:\[([^\]]*)\])?\s*;?$)", {kCaseless});
-    static const TRegex kAttribute(R"re(^\s*(address|description|group)\s*=\s*(?:"([^"]*)"|([^,\s]+)))re", {kCaseless});
+    static const TRegex kAttribute(R"re(^\s*(address|description|group)\s*=\s*(?:"([^"]*)"|([^,\s]+)))re",
+                                   {kCaseless});
     static const TRegex kNetworkAddress(R"re(^address\s*=\s*"?([^"]*)"?)re", {kCaseless});
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     aModel.fDirection = TQVLFlowDirection::fdTopDown;
@@ -520,7 +552,8 @@ void TORXPlantUMLParser::ParseNetwork(const TLines& aLines, TORXDiagramModel& aM
         } else if (t == "}") {
             network.clear();
         } else if (!SameTextIgnoringCase(t, "nwdiag {") && kMember.Match(t, m)) {
-            if (SameTextIgnoringCase(m.Group(1), "nwdiag") || SameTextIgnoringCase(m.Group(1), "group")) continue;
+            if (SameTextIgnoringCase(m.Group(1), "nwdiag") || SameTextIgnoringCase(m.Group(1), "group"))
+                continue;
             std::vector<std::string> caption{Str(m.Group(1))};
             const std::string_view attributes = m.Group(2);
             for (std::size_t start = 0; start < attributes.size();) {
@@ -528,7 +561,8 @@ void TORXPlantUMLParser::ParseNetwork(const TLines& aLines, TORXDiagramModel& aM
                 TRegexMatch attribute;
                 if (kAttribute.Match(attributes.substr(start, end - start), attribute) &&
                     ToLowerAscii(attribute.Group(1)) != "group")
-                    caption.push_back(QVLCleanCaption(attribute.Matched(2) ? attribute.Group(2) : attribute.Group(3)));
+                    caption.push_back(
+                        QVLCleanCaption(attribute.Matched(2) ? attribute.Group(2) : attribute.Group(3)));
                 start = end + 1;
             }
             aModel.AddNode(m.Group(1), JoinLines(caption), TQVLFlowType::ftProcess, true);

@@ -23,7 +23,8 @@ constexpr auto kCaseless = TRegexFlag::rfCaseless;
 
 }  // namespace
 
-TORXPlantUMLParser::TLines TORXPlantUMLParser::ContentLines(std::string_view aText, TORXDiagramModel& aModel) {
+TORXPlantUMLParser::TLines TORXPlantUMLParser::ContentLines(std::string_view aText,
+                                                            TORXDiagramModel& aModel) {
     static const TRegex kFrame(R"(^@(?:start|end))", {kCaseless});
     static const TRegex kDecoration(R"(^(skinparam|hide|show|scale|autonumber|header|footer|caption)\b)",
                                     {kCaseless});
@@ -94,9 +95,10 @@ TORXPlantUMLParser::TPumlKind TORXPlantUMLParser::DetectKind(const TLines& aLine
     static const TRegex kParticipant(R"(^(participant|actor)\s)", {kCaseless});
     static const TRegex kMessage(R"re(^("[^"]+"|[\w.]+)\s*-{1,2}>{1,2}[xo]?\s*("[^"]+"|[\w.]+)\s*:)re");
     static constexpr std::array<std::string_view, 22> kStructureWords{
-        "class ",  "interface ", "abstract class ", "enum ",   "annotation ", "component ", "usecase ", "node ",
-        "cloud ",  "artifact ",  "folder ",         "frame ",  "rectangle ",  "queue ",     "package ", "object ",
-        "map ",    "json ",      "file ",           "storage ", "card ",      "agent "};
+        "class ",     "interface ", "abstract class ", "enum ",     "annotation ", "component ",
+        "usecase ",   "node ",      "cloud ",          "artifact ", "folder ",     "frame ",
+        "rectangle ", "queue ",     "package ",        "object ",   "map ",        "json ",
+        "file ",      "storage ",   "card ",           "agent "};
 
     TKind remembered = TKind::pkUnknown;
     for (const std::string_view raw : aLines) {
@@ -133,23 +135,57 @@ void TORXPlantUMLParser::Parse(std::string_view aText, TORXDiagramModel& aModel)
                              "Diagram kind was not detected; sequence parsing was used as fallback.", "");
     switch (kind) {
         case TKind::pkUnknown:
-        case TKind::pkSequence: ParseSequence(lines, aModel); break;
-        case TKind::pkActivity: ParseActivity(lines, aModel); break;
-        case TKind::pkState: ParseState(lines, aModel); break;
-        case TKind::pkMindMap: ParseMindMap(lines, aModel); break;
-        case TKind::pkArchimate: ParseArchimate(lines, aModel); break;
-        case TKind::pkStructure: ParseStructure(lines, aModel); break;
-        case TKind::pkC4: ParseC4(lines, aModel); break;
-        case TKind::pkTiming: ParseTiming(lines, aModel); break;
-        case TKind::pkNetwork: ParseNetwork(lines, aModel); break;
-        case TKind::pkChronology: ParseChronology(lines, aModel); break;
-        case TKind::pkData: ParseData(lines, aModel); break;
-        case TKind::pkSalt: ParseSalt(lines, aModel); break;
-        case TKind::pkGrammar: ParseGrammar(lines, aModel); break;
-        case TKind::pkFiles: ParseFiles(lines, aModel); break;
-        case TKind::pkDitaa: ParseDitaa(lines, aModel); break;
-        case TKind::pkChen: ParseChen(lines, aModel); break;
-        case TKind::pkGantt: ParseGantt(lines, aModel); break;
+        case TKind::pkSequence:
+            ParseSequence(lines, aModel);
+            break;
+        case TKind::pkActivity:
+            ParseActivity(lines, aModel);
+            break;
+        case TKind::pkState:
+            ParseState(lines, aModel);
+            break;
+        case TKind::pkMindMap:
+            ParseMindMap(lines, aModel);
+            break;
+        case TKind::pkArchimate:
+            ParseArchimate(lines, aModel);
+            break;
+        case TKind::pkStructure:
+            ParseStructure(lines, aModel);
+            break;
+        case TKind::pkC4:
+            ParseC4(lines, aModel);
+            break;
+        case TKind::pkTiming:
+            ParseTiming(lines, aModel);
+            break;
+        case TKind::pkNetwork:
+            ParseNetwork(lines, aModel);
+            break;
+        case TKind::pkChronology:
+            ParseChronology(lines, aModel);
+            break;
+        case TKind::pkData:
+            ParseData(lines, aModel);
+            break;
+        case TKind::pkSalt:
+            ParseSalt(lines, aModel);
+            break;
+        case TKind::pkGrammar:
+            ParseGrammar(lines, aModel);
+            break;
+        case TKind::pkFiles:
+            ParseFiles(lines, aModel);
+            break;
+        case TKind::pkDitaa:
+            ParseDitaa(lines, aModel);
+            break;
+        case TKind::pkChen:
+            ParseChen(lines, aModel);
+            break;
+        case TKind::pkGantt:
+            ParseGantt(lines, aModel);
+            break;
     }
 }
 

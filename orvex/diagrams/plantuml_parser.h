@@ -14,8 +14,24 @@ namespace Orvex {
 class TORXPlantUMLParser {
 public:
     enum class TPumlKind : std::uint8_t {
-        pkUnknown, pkSequence, pkActivity, pkState, pkMindMap, pkArchimate, pkStructure, pkC4, pkTiming,
-        pkNetwork, pkChronology, pkData, pkSalt, pkGrammar, pkFiles, pkDitaa, pkChen, pkGantt
+        pkUnknown,
+        pkSequence,
+        pkActivity,
+        pkState,
+        pkMindMap,
+        pkArchimate,
+        pkStructure,
+        pkC4,
+        pkTiming,
+        pkNetwork,
+        pkChronology,
+        pkData,
+        pkSalt,
+        pkGrammar,
+        pkFiles,
+        pkDitaa,
+        pkChen,
+        pkGantt
     };
     using TLines = std::vector<std::string_view>;
 

@@ -10,7 +10,8 @@ using Qvl::Types::TRegex;
 using Qvl::Types::TRegexMatch;
 
 TQVLDiagEdgeArrow MarkOf(std::string_view mark) {
-    if (mark == "<|" || mark == "|>" || mark == "<" || mark == ">" || mark == "^") return TQVLDiagEdgeArrow::eaArrow;
+    if (mark == "<|" || mark == "|>" || mark == "<" || mark == ">" || mark == "^")
+        return TQVLDiagEdgeArrow::eaArrow;
     if (mark == "*") return TQVLDiagEdgeArrow::eaFillRhombus;
     if (mark == "o") return TQVLDiagEdgeArrow::eaRhombus;
     if (mark == "x") return TQVLDiagEdgeArrow::eaCross;
@@ -18,13 +19,15 @@ TQVLDiagEdgeArrow MarkOf(std::string_view mark) {
     return TQVLDiagEdgeArrow::eaNone;
 }
 
-bool IsBareName(std::string_view name) { return !name.empty() && name[0] != '[' && name[0] != '(' && name[0] != '"'; }
+bool IsBareName(std::string_view name) {
+    return !name.empty() && name[0] != '[' && name[0] != '(' && name[0] != '"';
+}
 
 }  // namespace
 
 std::string PumlName(std::string_view aName) {
-    if (aName.size() >= 2 && ((aName.front() == '[' && aName.back() == ']') ||
-                              (aName.front() == '(' && aName.back() == ')')))
+    if (aName.size() >= 2 &&
+        ((aName.front() == '[' && aName.back() == ']') || (aName.front() == '(' && aName.back() == ')')))
         aName = aName.substr(1, aName.size() - 2);
     return QVLCleanCaption(aName);
 }
@@ -45,7 +48,8 @@ bool ParsePumlRelation(std::string_view aLine, TPumlRelation& aRelation) {
     aRelation.HeadMark = MarkOf(head);
     const bool plainBody = body == "-" || body == "--";
     aRelation.SequenceLike = plainBody && (tail.empty() || tail == "<") && (head.empty() || head == ">") &&
-                             !(tail.empty() && head.empty()) && IsBareName(m.Group(1)) && IsBareName(m.Group(5));
+                             !(tail.empty() && head.empty()) && IsBareName(m.Group(1)) &&
+                             IsBareName(m.Group(5));
     return !aRelation.From.empty() && !aRelation.To.empty();
 }
 

@@ -108,9 +108,12 @@ TEST(DiagramFormat, DetectionAndExtensions) {
         const char* Name;
         TQVLDiagramFormat Format;
     };
-    for (const TCase& c : {TCase{"a.PUML", TQVLDiagramFormat::dgPlantUML}, {"dir.x/b.wsd", TQVLDiagramFormat::dgPlantUML},
-                           {"c.iuml", TQVLDiagramFormat::dgPlantUML}, {"d.Mermaid", TQVLDiagramFormat::dgMermaid},
-                           {"e.mmd", TQVLDiagramFormat::dgMermaid}, {"f.txt", TQVLDiagramFormat::dgAuto},
+    for (const TCase& c : {TCase{"a.PUML", TQVLDiagramFormat::dgPlantUML},
+                           {"dir.x/b.wsd", TQVLDiagramFormat::dgPlantUML},
+                           {"c.iuml", TQVLDiagramFormat::dgPlantUML},
+                           {"d.Mermaid", TQVLDiagramFormat::dgMermaid},
+                           {"e.mmd", TQVLDiagramFormat::dgMermaid},
+                           {"f.txt", TQVLDiagramFormat::dgAuto},
                            {"dir.mmd/noext", TQVLDiagramFormat::dgAuto}}) {
         SCOPED_TRACE(c.Name);
         EXPECT_EQ(QVLDiagramFormatFromExt(c.Name), c.Format);
@@ -153,8 +156,11 @@ TEST(DiagramText, CaptionCleaning) {
         const char* In;
         const char* Out;
     };
-    for (const TCase& c : {TCase{"  \" quoted \"  ", "quoted"}, {"a<BR/>b<br>c\\nd", "a\r\nb\r\nc\r\nd"},
-                           {"&QUOT;x&quot; &amp;amp;", "\"x\" &amp;"}, {"\"", "\""}, {"\\N", "\\N"},
+    for (const TCase& c : {TCase{"  \" quoted \"  ", "quoted"},
+                           {"a<BR/>b<br>c\\nd", "a\r\nb\r\nc\r\nd"},
+                           {"&QUOT;x&quot; &amp;amp;", "\"x\" &amp;"},
+                           {"\"", "\""},
+                           {"\\N", "\\N"},
                            {"<br>x<br/>", "x"}}) {
         SCOPED_TRACE(c.In);
         EXPECT_EQ(QVLCleanCaption(c.In), c.Out);

@@ -85,13 +85,20 @@ TEST(MermaidFlow, ShapesInTheirOrder) {
         const char* Caption;
     };
     const TCase cases[] = {
-        {"A([Go])", TQVLFlowType::ftTerminator, "Go"},   {"A[[Sub]]", TQVLFlowType::ftPredefined, "Sub"},
-        {"A[(Db)]", TQVLFlowType::ftDatabase, "Db"},     {"A(((Stop)))", TQVLFlowType::ftEnd, "Stop"},
-        {"A((Start))", TQVLFlowType::ftStart, "Start"}, {"A{{Prep}}", TQVLFlowType::ftPreparation, "Prep"},
-        {"A[/Op\\]", TQVLFlowType::ftManualOperation, "Op"}, {"A[\\Op/]", TQVLFlowType::ftManualOperation, "Op"},
-        {"A[/In/]", TQVLFlowType::ftData, "In"},          {"A[\\In\\]", TQVLFlowType::ftData, "In"},
-        {"A>Flag]", TQVLFlowType::ftManualInput, "Flag"}, {"A[Box]", TQVLFlowType::ftProcess, "Box"},
-        {"A{Ok?}", TQVLFlowType::ftDecision, "Ok?"},      {"A(Round)", TQVLFlowType::ftProcess, "Round"},
+        {"A([Go])", TQVLFlowType::ftTerminator, "Go"},
+        {"A[[Sub]]", TQVLFlowType::ftPredefined, "Sub"},
+        {"A[(Db)]", TQVLFlowType::ftDatabase, "Db"},
+        {"A(((Stop)))", TQVLFlowType::ftEnd, "Stop"},
+        {"A((Start))", TQVLFlowType::ftStart, "Start"},
+        {"A{{Prep}}", TQVLFlowType::ftPreparation, "Prep"},
+        {"A[/Op\\]", TQVLFlowType::ftManualOperation, "Op"},
+        {"A[\\Op/]", TQVLFlowType::ftManualOperation, "Op"},
+        {"A[/In/]", TQVLFlowType::ftData, "In"},
+        {"A[\\In\\]", TQVLFlowType::ftData, "In"},
+        {"A>Flag]", TQVLFlowType::ftManualInput, "Flag"},
+        {"A[Box]", TQVLFlowType::ftProcess, "Box"},
+        {"A{Ok?}", TQVLFlowType::ftDecision, "Ok?"},
+        {"A(Round)", TQVLFlowType::ftProcess, "Round"},
         {"my-node.x[\"Say &quot;hi&quot;\"]", TQVLFlowType::ftProcess, "Say \"hi\""},
     };
     for (const TCase& c : cases) {
@@ -125,7 +132,8 @@ TEST(MermaidFlow, UnchangedCountsGiveAnUnrecognizedWarning) {
 }
 
 TEST(MermaidFlow, SubgraphsAreFlattenedWithWarningsAndCommentsCut) {
-    const auto m = Mermaid("graph TD\nsubgraph one\nA --> B %% trailing\nend\nclassDef x fill:#f00\ntitle: My chart");
+    const auto m =
+        Mermaid("graph TD\nsubgraph one\nA --> B %% trailing\nend\nclassDef x fill:#f00\ntitle: My chart");
     ASSERT_EQ(m->Diagnostics().size(), 3u);
     for (const auto& d : m->Diagnostics()) EXPECT_EQ(d.Code, "MERMAID_UNSUPPORTED_STATEMENT");
     EXPECT_EQ(m->Diagnostics()[0].Line, 2);
@@ -157,7 +165,8 @@ TEST(MermaidFlow, HeaderDispatchScansEveryLine) {
 
 TEST(MermaidSequence, MessagesNotesAndParticipants) {
     const auto m = Mermaid(
-        "sequenceDiagram\nparticipant A as \"Alice A.\"\nA->>Bob: Hi\nBob-->>A: Ok\nBob-xA: no\nA-)Bob: async\n"
+        "sequenceDiagram\nparticipant A as \"Alice A.\"\nA->>Bob: Hi\nBob-->>A: Ok\nBob-xA: no\nA-)Bob: "
+        "async\n"
         "note Right of Bob: thinking\nNOTE over A, Bob: both\nA->>Bob\nloop every day\n");
     EXPECT_EQ(m->Kind(), TQVLDiagramKind::dkSequence);
     ASSERT_EQ(m->Participants().size(), 2u);

@@ -91,7 +91,8 @@ TEST(MermaidKinds, GraphKindsIdentifiersAndEdges) {
     EXPECT_EQ(Node(*git, "git_commit_1").Text, "init");
     EXPECT_EQ(Node(*git, "git_merge_1").Text, "Merge dev");
 
-    const auto gantt = Mermaid("gantt\ndateFormat YYYY-MM-DD\nsection S\nA task :a1, 2024-01-01, 3d\nNext :after a1, 2d");
+    const auto gantt =
+        Mermaid("gantt\ndateFormat YYYY-MM-DD\nsection S\nA task :a1, 2024-01-01, 3d\nNext :after a1, 2d");
     EXPECT_EQ(Node(*gantt, "a1").Text, "A task");
     EXPECT_GE(gantt->NodeIndexOf("gantt_task_2"), 0);
     EXPECT_EQ(gantt->Edges().back().FromID, "a1");

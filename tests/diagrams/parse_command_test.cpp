@@ -17,7 +17,8 @@ struct TRun {
 
 // Runs the command through the shell; stderr is folded into stdout only when asked.
 TRun RunCli(const std::string& args, bool withStderr = false) {
-    const std::string command = std::string(ORVEX_CLI_PATH) + " parse " + args + (withStderr ? " 2>&1" : " 2>/dev/null");
+    const std::string command =
+        std::string(ORVEX_CLI_PATH) + " parse " + args + (withStderr ? " 2>&1" : " 2>/dev/null");
     TRun run;
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return run;
@@ -66,8 +67,9 @@ TEST(ParseCommand, FormatComesFromOptionThenExtensionThenDetection) {
     const TRun stdinRun = RunCli("- < " + txt);
     auto json = Orvex::TJSON::parse(stdinRun.Out);
     EXPECT_EQ(json["kind"], "dkSequence");
-    EXPECT_EQ(json["events"][0].dump(),
-              R"({"type":"seMessage","from":"Alice","to":"Bob","text":"hi","dotted":false,"arrow":"saOpen","notePosition":""})");
+    EXPECT_EQ(
+        json["events"][0].dump(),
+        R"({"type":"seMessage","from":"Alice","to":"Bob","text":"hi","dotted":false,"arrow":"saOpen","notePosition":""})");
 }
 
 TEST(ParseCommand, ExitCodes) {
@@ -80,7 +82,8 @@ TEST(ParseCommand, ExitCodes) {
     EXPECT_EQ(RunCli(warned).Status, 0);
     const TRun strict = RunCli(warned + " --strict", true);
     EXPECT_EQ(strict.Status, 1);
-    EXPECT_EQ(strict.Out, "MERMAID_UNRECOGNIZED_LINE at line 3: The line was not recognized and was ignored.\n");
+    EXPECT_EQ(strict.Out,
+              "MERMAID_UNRECOGNIZED_LINE at line 3: The line was not recognized and was ignored.\n");
 
     EXPECT_EQ(RunCli(empty + ".missing").Status, 2);
     EXPECT_EQ(RunCli(empty + " --format dot").Status, 2);

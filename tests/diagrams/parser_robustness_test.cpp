@@ -42,15 +42,49 @@ std::vector<std::string> ExampleTexts() {
 
 // The headers and markers that hand a text to each routine, so that hostile lines reach all of them.
 const std::vector<std::string>& Headers() {
-    static const std::vector<std::string> headers = {
-        "graph TD\n", "sequenceDiagram\n", "stateDiagram-v2\n", "classDiagram\n", "mindmap\n", "erDiagram\n",
-        "requirementDiagram\n", "gitGraph\n", "timeline\n", "journey\n", "C4Context\n", "pie\n", "sankey-beta\n",
-        "packet-beta\n", "kanban\n", "architecture-beta\n", "treemap-beta\n", "block-beta\n", "quadrantChart\n",
-        "xychart-beta\n", "radar-beta\n", "venn-beta\n", "ishikawa-beta\n", "treeView-beta\n", "gantt\n",
-        "@startuml\n", "@startuml\nstart\n", "@startuml\n[*] --> A\n", "@startuml\nclass A\n", "@startuml\nPerson(a, \"b\")\n",
-        "@startuml\nconcise A\n", "@startuml\nnwdiag {\n", "@startuml\nRel_Access(a, b, c)\n", "@startmindmap\n",
-        "@startchronology\n", "@startjson\n{\n", "@startyaml\n", "@startsalt\n{\n", "@startebnf\n", "@startfiles\n",
-        "@startditaa\n", "@startchen\n", "@startgantt\n"};
+    static const std::vector<std::string> headers = {"graph TD\n",
+                                                     "sequenceDiagram\n",
+                                                     "stateDiagram-v2\n",
+                                                     "classDiagram\n",
+                                                     "mindmap\n",
+                                                     "erDiagram\n",
+                                                     "requirementDiagram\n",
+                                                     "gitGraph\n",
+                                                     "timeline\n",
+                                                     "journey\n",
+                                                     "C4Context\n",
+                                                     "pie\n",
+                                                     "sankey-beta\n",
+                                                     "packet-beta\n",
+                                                     "kanban\n",
+                                                     "architecture-beta\n",
+                                                     "treemap-beta\n",
+                                                     "block-beta\n",
+                                                     "quadrantChart\n",
+                                                     "xychart-beta\n",
+                                                     "radar-beta\n",
+                                                     "venn-beta\n",
+                                                     "ishikawa-beta\n",
+                                                     "treeView-beta\n",
+                                                     "gantt\n",
+                                                     "@startuml\n",
+                                                     "@startuml\nstart\n",
+                                                     "@startuml\n[*] --> A\n",
+                                                     "@startuml\nclass A\n",
+                                                     "@startuml\nPerson(a, \"b\")\n",
+                                                     "@startuml\nconcise A\n",
+                                                     "@startuml\nnwdiag {\n",
+                                                     "@startuml\nRel_Access(a, b, c)\n",
+                                                     "@startmindmap\n",
+                                                     "@startchronology\n",
+                                                     "@startjson\n{\n",
+                                                     "@startyaml\n",
+                                                     "@startsalt\n{\n",
+                                                     "@startebnf\n",
+                                                     "@startfiles\n",
+                                                     "@startditaa\n",
+                                                     "@startchen\n",
+                                                     "@startgantt\n"};
     return headers;
 }
 
@@ -63,14 +97,30 @@ std::string Repeat(std::string_view piece, std::size_t bytes) {
 }  // namespace
 
 TEST(ParserRobustness, HostileLinesUnderEveryHeader) {
-    const std::vector<std::string> hostile = {
-        Repeat("A[", 100'000), Repeat("((((", 100'000), Repeat("A --> A( ", 100'000), Repeat("A -- ", 100'000),
-        "A -- x" + Repeat(" ", 100'000) + "y", Repeat("-", 100'000), Repeat("\"", 100'000), Repeat("a-", 100'000),
-        Repeat("A & ", 100'000), Repeat("|[{(<", 100'000), Repeat("\xC3\x28\xFF\xFE", 100'000),
-        std::string(100'000, '\0'), Repeat("x:", 100'000), Repeat("** ", 100'000), Repeat("[x] ", 100'000),
-        Repeat("A -. ", 100'000), "A" + Repeat(" ", 100'000) + "-->", Repeat("\\", 100'000),
-        "x = " + Repeat("a ", 100'000), "h [" + Repeat("address=1,", 100'000) + "]", Repeat("* <b>", 100'000),
-        Repeat("<a>", 100'000), Repeat("|x|->", 100'000), Repeat("A --- ", 100'000)};
+    const std::vector<std::string> hostile = {Repeat("A[", 100'000),
+                                              Repeat("((((", 100'000),
+                                              Repeat("A --> A( ", 100'000),
+                                              Repeat("A -- ", 100'000),
+                                              "A -- x" + Repeat(" ", 100'000) + "y",
+                                              Repeat("-", 100'000),
+                                              Repeat("\"", 100'000),
+                                              Repeat("a-", 100'000),
+                                              Repeat("A & ", 100'000),
+                                              Repeat("|[{(<", 100'000),
+                                              Repeat("\xC3\x28\xFF\xFE", 100'000),
+                                              std::string(100'000, '\0'),
+                                              Repeat("x:", 100'000),
+                                              Repeat("** ", 100'000),
+                                              Repeat("[x] ", 100'000),
+                                              Repeat("A -. ", 100'000),
+                                              "A" + Repeat(" ", 100'000) + "-->",
+                                              Repeat("\\", 100'000),
+                                              "x = " + Repeat("a ", 100'000),
+                                              "h [" + Repeat("address=1,", 100'000) + "]",
+                                              Repeat("* <b>", 100'000),
+                                              Repeat("<a>", 100'000),
+                                              Repeat("|x|->", 100'000),
+                                              Repeat("A --- ", 100'000)};
     for (const auto& header : Headers()) {
         for (std::size_t i = 0; i < hostile.size(); ++i) {
             SCOPED_TRACE(header + " hostile #" + std::to_string(i));
@@ -92,10 +142,18 @@ TEST(ParserRobustness, MutatedExamplesNeverCrashOrStall) {
         for (int e = 0; e < edits && !text.empty(); ++e) {
             const std::size_t at = random() % text.size();
             switch (random() % 4) {
-                case 0: text.insert(at, 1, specials[random() % specials.size()]); break;
-                case 1: text.erase(at, random() % 16); break;
-                case 2: text.insert(at, text.substr(random() % text.size(), random() % 64)); break;
-                default: text[at] = static_cast<char>(random() % 256); break;
+                case 0:
+                    text.insert(at, 1, specials[random() % specials.size()]);
+                    break;
+                case 1:
+                    text.erase(at, random() % 16);
+                    break;
+                case 2:
+                    text.insert(at, text.substr(random() % text.size(), random() % 64));
+                    break;
+                default:
+                    text[at] = static_cast<char>(random() % 256);
+                    break;
             }
         }
         const auto format = static_cast<TQVLDiagramFormat>(random() % 3);
@@ -107,7 +165,8 @@ TEST(ParserRobustness, MutatedExamplesNeverCrashOrStall) {
 TEST(ParserRobustness, TenThousandNodeFlowchartIsLinear) {
     std::string text = "graph LR\n";
     for (int i = 0; i < 10'000; ++i)
-        text += "N" + std::to_string(i) + "[Step " + std::to_string(i) + "] --> N" + std::to_string(i + 1) + "\n";
+        text +=
+            "N" + std::to_string(i) + "[Step " + std::to_string(i) + "] --> N" + std::to_string(i + 1) + "\n";
     const auto start = std::chrono::steady_clock::now();
     const auto model = QVLParseDiagram(text, TQVLDiagramFormat::dgAuto);
     const double millis =

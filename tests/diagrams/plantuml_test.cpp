@@ -35,7 +35,8 @@ TEST(PlantUml, FramedSequenceMessage) {
 TEST(PlantUml, ContentLinesDropFramingDecorationAndTakeTheTitle) {
     TORXDiagramModel model;
     const auto lines = TORXPlantUMLParser::ContentLines(
-        "@startuml\n' comment\n!include x\nskinparam a b\nhide empty\nscale 2\nTitle  My title\n  A -> B : x  \n"
+        "@startuml\n' comment\n!include x\nskinparam a b\nhide empty\nscale 2\nTitle  My title\n  A -> B : x "
+        " \n"
         "headers stay\n@enduml",
         model);
     ASSERT_EQ(lines.size(), 2u);
@@ -100,7 +101,8 @@ TEST(PlantUml, DetectKindRulesInOrder) {
 
 TEST(PlantUml, SequenceHeadsNotesAndAliases) {
     const auto m = Puml(
-        "@startuml\nparticipant Alice as A\nactor \"Bob B\"\nAlice -->> \"Bob B\" : filled\nAlice ->x Bob : lost\n"
+        "@startuml\nparticipant Alice as A\nactor \"Bob B\"\nAlice -->> \"Bob B\" : filled\nAlice ->x Bob : "
+        "lost\n"
         "note left of Alice : one\nnote over Alice, Bob\nfirst\nsecond\nend note\n@enduml");
     ASSERT_EQ(m->Participants().size(), 3u);
     EXPECT_EQ(m->Participants()[0].Display, "A");
