@@ -168,7 +168,7 @@ void TORXMermaidParser::ParseMindMap(const TLines& aLines, TORXDiagramModel& aMo
     static const TRegex kClassSuffix(R"(\s*:::[\w\s-]*$)");
     static const TRegex kNode(
         R"(^(\w+(?:[-.]\w+)*)\s*(\(\[[^\]]*\]\)|\[\[[^\]]*\]\]|\[\([^\)]*\)\]|\(\(\([^\)]*\)\)\)|\(\([^\)]*\)\)|\{\{[^\}]*\}\}|\[/[^\]]*\\\]|\[\\[^\]]*/\]|\[/[^\]]*/\]|\[\\[^\]]*\\\]|>[^\]]*\]|\[[^\]]*\]|\{[^\}]*\}|\([^\)]*\))$)");
-    static const TRegex kBareShape(R"(^(\(\(|\(|\[|\{\{|\)\)|\)))");
+    static const TRegex kBareShape(R"(^[(\[{>])");
     SetKind(aModel, TQVLDiagramKind::dkMindMap, TQVLFlowDirection::fdLeftRight);
     TIdCounter ids("mind_");
     TIndentTree tree;

@@ -43,7 +43,9 @@ public:
     static TPumlKind DetectKind(const TLines& aLines);
     // The kind named by a start marker other than the plain one; pkUnknown when there is none.
     static TPumlKind KindFromMarker(std::string_view aText);
-    // True for a relation between two names ("A --> B", "A <|-- B : label"), as class diagrams write them.
+    // True for a relation between two names as class, component and use-case diagrams write them
+    // ("A <|-- B : label", "[Web] ..> [Db]"). A plain "->" or "-->" between bare names is also a sequence
+    // message, so it does not count: a sequence diagram without message texts stays a sequence diagram.
     static bool IsStructureRelation(std::string_view aLine);
 
     static void ParseSequence(const TLines& aLines, TORXDiagramModel& aModel);
