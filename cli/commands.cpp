@@ -14,6 +14,7 @@ int TCommandRegistry::Run(const CLI::App& app) const {
 void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterReference(app, commands);
     RegisterAnimate(app, commands);
+    RegisterParse(app, commands);
 }
 
 }  // namespace OrvexCli

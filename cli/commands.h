@@ -30,5 +30,6 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands);
 // One per subcommand, in its own file.
 void RegisterReference(CLI::App& app, TCommandRegistry& commands);
 void RegisterAnimate(CLI::App& app, TCommandRegistry& commands);
+void RegisterParse(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli

@@ -1,0 +1,25 @@
+// The diagram model as JSON, for `orvex parse` and for hosts that hand a parsed diagram to other tools.
+// Enumeration values appear by name, colours as "#RRGGBBAA"; the key order is fixed.
+#pragma once
+
+#include <string_view>
+
+#include "orvex/diagrams/diagram_model.h"
+#include "orvex/io/json_fwd.h"
+
+namespace Orvex {
+
+std::string_view QVLDiagramFormatName(TQVLDiagramFormat aValue);
+std::string_view QVLDiagramKindName(TQVLDiagramKind aValue);
+std::string_view QVLFlowDirectionName(TQVLFlowDirection aValue);
+std::string_view QVLFlowTypeName(TQVLFlowType aValue);
+std::string_view QVLDiagEdgeArrowName(TQVLDiagEdgeArrow aValue);
+std::string_view QVLSeqEventTypeName(TQVLSeqEventType aValue);
+std::string_view QVLSeqArrowName(TQVLSeqArrow aValue);
+std::string_view QVLDiagnosticSeverityName(TQVLDiagramDiagnosticSeverity aValue);
+
+// {"format", "kind", "direction", "title", "nodes", "edges", "participants", "events", "diagnostics"};
+// aFormat is the format that was actually parsed.
+TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat);
+
+}  // namespace Orvex

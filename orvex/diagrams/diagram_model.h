@@ -1,0 +1,127 @@
+// The drawing-independent model that the Mermaid and PlantUML parsers fill and the layout stage reads:
+// nodes, edges, sequence participants and events, and the parser's findings. Ordinals are part of the
+// exchange format with hosts: never reorder the enumerations.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "orvex/core/color.h"
+#include "orvex/items/flow_types.h"
+
+namespace Orvex {
+using Qvl::Types::TAlphaColor;
+
+enum class TQVLDiagramFormat : std::uint8_t { dgAuto, dgMermaid, dgPlantUML };
+enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa };
+enum class TQVLFlowDirection : std::uint8_t { fdTopDown, fdLeftRight };
+enum class TQVLDiagEdgeArrow : std::uint8_t { eaArrow, eaNone, eaCross, eaCircle, eaRhombus, eaFillRhombus };
+enum class TQVLSeqEventType : std::uint8_t { seMessage, seNote };
+enum class TQVLSeqArrow : std::uint8_t { saFilled, saOpen, saCross, saNone };
+// Ordered: a higher value is more severe.
+enum class TQVLDiagramDiagnosticSeverity : std::uint8_t { dsInfo, dsWarning, dsError };
+
+struct TQVLDiagNode {
+    std::string ID;         // unique within the model, case-sensitive
+    std::int32_t InId = 0;  // the drawing item the layout made for this node; 0 until SetNodeInId
+    std::string Text;
+    TQVLFlowType Shape = TQVLFlowType::ftProcess;
+    bool HasShape = false;  // false when the node was only referenced
+    std::int8_t Side = 0;   // placement hint of some kinds (the side of a mind-map branch)
+    TAlphaColor BackColor = 0;
+    bool HasBackColor = false;
+};
+
+struct TQVLDiagEdge {
+    std::string FromID;
+    std::string ToID;
+    std::string Text;
+    bool Dotted = false;
+    TQVLDiagEdgeArrow FromArrow = TQVLDiagEdgeArrow::eaNone;
+    TQVLDiagEdgeArrow Arrow = TQVLDiagEdgeArrow::eaArrow;
+};
+
+struct TQVLSeqParticipant {
+    std::string ID;
+    std::string Display;  // equals ID when no alias was given
+};
+
+struct TQVLSeqEvent {
+    TQVLSeqEventType EventType = TQVLSeqEventType::seMessage;
+    std::string FromActor;
+    std::string ToActor;  // a note's optional second participant; empty otherwise
+    std::string Text;
+    bool Dotted = false;
+    TQVLSeqArrow Arrow = TQVLSeqArrow::saFilled;
+    std::string NotePosition;  // "right of", "left of" or "over" for notes; empty for messages
+};
+
+struct TQVLDiagramDiagnostic {
+    TQVLDiagramDiagnosticSeverity Severity = TQVLDiagramDiagnosticSeverity::dsInfo;
+    std::int32_t Line = 0;  // 1-based in the text as the parsers split it; 0 for the whole text
+    std::string Code;
+    std::string MessageText;
+    std::string SourceText;
+};
+
+// Raised only by QVLParseDiagram in raising mode; what() is "CODE at line N: message".
+class EQVLDiagramParseError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class TORXDiagramModel {
+public:
+    TORXDiagramModel() = default;
+
+    void Clear();
+
+    // The node's index; -1 for an empty ID. A known ID updates the node instead of adding one: a caption
+    // that was only the ID takes a real one, and the first explicit shape wins for good.
+    int AddNode(std::string_view aID, std::string_view aText, TQVLFlowType aShape, bool aHasShape,
+                std::int8_t aSide = 0, TAlphaColor aBackColor = 0, bool aHasBackColor = false);
+    int NodeIndexOf(std::string_view aID) const;  // -1 when unknown
+    void SetNodeInId(std::string_view aID, std::int32_t aInId);
+    std::int32_t GetNodeInId(std::string_view aID) const;  // 0 when unknown
+
+    // Nothing is added when either end is empty; the source end mark is always eaNone.
+    void AddEdge(std::string_view aFrom, std::string_view aTo, std::string_view aText, bool aDotted,
+                 TQVLDiagEdgeArrow aArrow);
+    void AddParticipant(std::string_view aID, std::string_view aDisplay);
+    void AddSeqEvent(const TQVLSeqEvent& aEvent);
+    void AddDiagnostic(TQVLDiagramDiagnosticSeverity aSeverity, std::int32_t aLine, std::string_view aCode,
+                       std::string_view aMessage, std::string_view aSource);
+    bool HasDiagnostics(TQVLDiagramDiagnosticSeverity aMinimumSeverity) const;
+
+    TQVLDiagramKind Kind() const { return fKind; }
+    TQVLFlowDirection Direction() const { return fDirection; }
+    const std::string& Title() const { return fTitle; }
+    const std::vector<TQVLDiagNode>& Nodes() const { return fNodes; }
+    const std::vector<TQVLDiagEdge>& Edges() const { return fEdges; }
+    const std::vector<TQVLSeqParticipant>& Participants() const { return fParticipants; }
+    const std::vector<TQVLSeqEvent>& SeqEvents() const { return fSeqEvents; }
+    const std::vector<TQVLDiagramDiagnostic>& Diagnostics() const { return fDiagnostics; }
+
+    // Set directly by the parsers.
+    TQVLDiagramKind fKind = TQVLDiagramKind::dkFlowChart;
+    TQVLFlowDirection fDirection = TQVLFlowDirection::fdTopDown;
+    std::string fTitle;
+
+    // Edge records whose mark stands at the source end (class relations written "A <|-- B") need the
+    // source mark, which AddEdge never sets; the parsers adjust the last edge through this.
+    TQVLDiagEdge* LastEdge() { return fEdges.empty() ? nullptr : &fEdges.back(); }
+
+private:
+    std::vector<TQVLDiagNode> fNodes;
+    std::unordered_map<std::string, int> fNodeIndex;
+    std::vector<TQVLDiagEdge> fEdges;
+    std::vector<TQVLSeqParticipant> fParticipants;
+    std::vector<TQVLSeqEvent> fSeqEvents;
+    std::vector<TQVLDiagramDiagnostic> fDiagnostics;
+};
+
+}  // namespace Orvex

@@ -1,0 +1,90 @@
+// `orvex parse` end to end: the JSON shape, the format choice and the exit codes.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "orvex/io/json.h"
+
+namespace {
+
+struct TRun {
+    int Status = -1;
+    std::string Out;
+};
+
+// Runs the command through the shell; stderr is folded into stdout only when asked.
+TRun RunCli(const std::string& args, bool withStderr = false) {
+    const std::string command =
+        std::string(ORVEX_CLI_PATH) + " parse " + args + (withStderr ? " 2>&1" : " 2>/dev/null");
+    TRun run;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return run;
+    std::array<char, 4096> buffer{};
+    std::size_t n = 0;
+    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.Out.append(buffer.data(), n);
+    const int status = pclose(pipe);
+    run.Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string WriteTemp(const std::string& name, const std::string& text) {
+    const std::string path = testing::TempDir() + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+}  // namespace
+
+TEST(ParseCommand, PrintsTheModelInItsFixedShape) {
+    const std::string path = WriteTemp("orvex_parse_a.mmd", "graph LR\nA[Start] --> B\n???\n");
+    const TRun run = RunCli(path);
+    EXPECT_EQ(run.Status, 0);
+    auto json = Orvex::TJSON::parse(run.Out);
+    std::string keys;
+    for (const auto& [key, value] : json.items()) keys += key + ",";
+    EXPECT_EQ(keys, "format,kind,direction,title,nodes,edges,participants,events,diagnostics,");
+    EXPECT_EQ(json["format"], "dgMermaid");
+    EXPECT_EQ(json["direction"], "fdLeftRight");
+    EXPECT_EQ(json["nodes"][0].dump(),
+              R"({"id":"A","inId":0,"text":"Start","shape":"ftProcess","hasShape":true,"side":0,)"
+              R"("backColor":"#00000000","hasBackColor":false})");
+    EXPECT_EQ(json["edges"][0].dump(),
+              R"({"from":"A","to":"B","text":"","dotted":false,"fromArrow":"eaNone","arrow":"eaArrow"})");
+    EXPECT_EQ(json["diagnostics"][0]["code"], "MERMAID_UNRECOGNIZED_LINE");
+    EXPECT_EQ(json["diagnostics"][0]["line"], 3);
+}
+
+TEST(ParseCommand, FormatComesFromOptionThenExtensionThenDetection) {
+    const std::string puml = "@startuml\nAlice -> Bob : hi\n@enduml\n";
+    const std::string txt = WriteTemp("orvex_parse_b.txt", puml);
+    EXPECT_EQ(Orvex::TJSON::parse(RunCli(txt).Out)["format"], "dgPlantUML");
+    const std::string mmd = WriteTemp("orvex_parse_b.mmd", puml);
+    EXPECT_EQ(Orvex::TJSON::parse(RunCli(mmd).Out)["format"], "dgMermaid");
+    EXPECT_EQ(Orvex::TJSON::parse(RunCli(mmd + " --format plantuml").Out)["format"], "dgPlantUML");
+    const TRun stdinRun = RunCli("- < " + txt);
+    auto json = Orvex::TJSON::parse(stdinRun.Out);
+    EXPECT_EQ(json["kind"], "dkSequence");
+    EXPECT_EQ(
+        json["events"][0].dump(),
+        R"({"type":"seMessage","from":"Alice","to":"Bob","text":"hi","dotted":false,"arrow":"saOpen","notePosition":""})");
+}
+
+TEST(ParseCommand, ExitCodes) {
+    const std::string empty = WriteTemp("orvex_parse_c.mmd", "%% nothing\n");
+    const TRun invalid = RunCli(empty);
+    EXPECT_EQ(invalid.Status, 1);
+    EXPECT_EQ(Orvex::TJSON::parse(invalid.Out)["diagnostics"][0]["code"], "DIAGRAM_EMPTY_RESULT");
+
+    const std::string warned = WriteTemp("orvex_parse_d.mmd", "graph TD\nA\n???\n");
+    EXPECT_EQ(RunCli(warned).Status, 0);
+    const TRun strict = RunCli(warned + " --strict", true);
+    EXPECT_EQ(strict.Status, 1);
+    EXPECT_EQ(strict.Out,
+              "MERMAID_UNRECOGNIZED_LINE at line 3: The line was not recognized and was ignored.\n");
+
+    EXPECT_EQ(RunCli(empty + ".missing").Status, 2);
+    EXPECT_EQ(RunCli(empty + " --format dot").Status, 2);
+}
