@@ -287,7 +287,11 @@ TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
     try {
         HandleBody(aRequest, version, methodHeader, nameHeader, accept, response);
     } catch (const std::exception& e) {
-        Log(std::string("Error: ") + e.what());
+        try {
+            Log(std::string("Error: ") + e.what());
+        } catch (...) {
+            // A failing log sink must not keep the client from its answer.
+        }
         SendJson(response, 500, MakeError(TJSON(), MCPErrorCode::kInternalError, e.what()));
     }
     return response;
