@@ -99,6 +99,11 @@ bool TMainThreadQueue::Stopped() const {
     return fStopped;
 }
 
+std::size_t TMainThreadQueue::PendingCount() const {
+    std::lock_guard lock(fMutex);
+    return fTasks.size();
+}
+
 void TInlineRunner::RunSync(const std::function<void()>& aTask) {
     std::lock_guard lock(fMutex);
     aTask();

@@ -49,6 +49,7 @@ public:
     // RunSync calls fail at once.
     void Stop();
     bool Stopped() const;
+    std::size_t PendingCount() const;  // tasks waiting to run
     bool IsMainThread() const { return std::this_thread::get_id() == fOwner; }
 
 private:

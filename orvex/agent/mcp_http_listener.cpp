@@ -144,6 +144,8 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     const auto limit = static_cast<std::size_t>(std::max(fServer.MaxRequestBytes(), 0));
     http.new_task_queue = [] { return new TConnectionThreads(); };
     http.set_keep_alive_max_count(kKeepAliveRequests);
+    // Small request-answer exchanges: waiting to coalesce segments only adds latency.
+    http.set_tcp_nodelay(true);
     // Bodies beyond the limit are dropped unread by the library itself: a second guard behind ReadBody.
     http.set_payload_max_length(limit > 0 ? limit : std::numeric_limits<std::size_t>::max());
     http.set_pre_routing_handler([this](const httplib::Request& aRequest, httplib::Response& aResponse) {
