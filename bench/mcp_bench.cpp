@@ -17,8 +17,8 @@ Orvex::TORXBaseLabel* StandInLabel() {
 
 void RegisterCatalogue(Orvex::TORXMCPServer& aServer) {
     for (const char* name : {"get_drawing_info", "list_items", "get_item", "list_layers", "render_preview",
-                             "setup_drawing", "add_flow", "add_link", "modify_item", "delete_item", "load_diagram",
-                             "begin_update", "end_update"}) {
+                             "setup_drawing", "add_flow", "add_link", "modify_item", "delete_item",
+                             "load_diagram", "begin_update", "end_update"}) {
         aServer.RegisterTool(name, std::string("The ") + name + " tool",
                              {{"type", "object"}, {"properties", {{"id", {{"type", "integer"}}}}}},
                              [](Orvex::TORXBaseLabel&, const TJSON& aArgs) {
@@ -31,7 +31,8 @@ Orvex::TMCPHttpRequest PostOf(const TJSON& aBody) {
     Orvex::TMCPHttpRequest request;
     request.Method = "POST";
     request.Path = "/mcp";
-    request.Headers = {{"Content-Type", "application/json"}, {"Accept", "application/json, text/event-stream"}};
+    request.Headers = {{"Content-Type", "application/json"},
+                       {"Accept", "application/json, text/event-stream"}};
     request.ContentType = "application/json";
     request.HasBody = true;
     request.Body = aBody.dump();
@@ -50,10 +51,11 @@ void BM_PipelineToolsCall(benchmark::State& state) {
     Orvex::TORXMCPServer server;
     RegisterCatalogue(server);
     server.SetLabel(StandInLabel());
-    const auto request = PostOf({{"jsonrpc", "2.0"},
-                                 {"id", 7},
-                                 {"method", "tools/call"},
-                                 {"params", {{"name", "add_flow"}, {"arguments", {{"id", 42}, {"text", "Start"}}}}}});
+    const auto request =
+        PostOf({{"jsonrpc", "2.0"},
+                {"id", 7},
+                {"method", "tools/call"},
+                {"params", {{"name", "add_flow"}, {"arguments", {{"id", 42}, {"text", "Start"}}}}}});
     for (auto _ : state) benchmark::DoNotOptimize(server.DoCommandGet(request));
 }
 BENCHMARK(BM_PipelineToolsCall);

@@ -18,7 +18,9 @@ constexpr auto kAwaitSlice = std::chrono::milliseconds(5);
 
 TMainThreadQueue::TMainThreadQueue() : fOwner(std::this_thread::get_id()) {}
 
-TMainThreadQueue::~TMainThreadQueue() { Stop(); }
+TMainThreadQueue::~TMainThreadQueue() {
+    Stop();
+}
 
 void TMainThreadQueue::RunSync(const std::function<void()>& aTask) {
     if (IsMainThread()) {

@@ -15,7 +15,7 @@
 namespace Orvex {
 
 class IMainThreadRunner {
-public:
+  public:
     virtual ~IMainThreadRunner() = default;
 
     // Runs aTask on the main thread and returns when it has finished; an exception aTask throws is
@@ -30,7 +30,7 @@ public:
 
 // A FIFO of tasks for the thread that created it. Tasks run one at a time, in the order they came.
 class TMainThreadQueue final : public IMainThreadRunner {
-public:
+  public:
     TMainThreadQueue();  // the creating thread is the main thread
     ~TMainThreadQueue() override;
     TMainThreadQueue(const TMainThreadQueue&) = delete;
@@ -52,7 +52,7 @@ public:
     std::size_t PendingCount() const;  // tasks waiting to run
     bool IsMainThread() const { return std::this_thread::get_id() == fOwner; }
 
-private:
+  private:
     struct TTask;
     std::shared_ptr<TTask> TakeTask(std::unique_lock<std::mutex>& aLock, std::chrono::milliseconds aTimeout);
     static void Execute(TTask& aTask);
@@ -67,11 +67,11 @@ private:
 // Runs every task on the calling thread, one at a time: for hosts whose document tolerates any thread, and
 // for tests.
 class TInlineRunner final : public IMainThreadRunner {
-public:
+  public:
     void RunSync(const std::function<void()>& aTask) override;
     void Await(const std::function<bool()>& aDone) override;
 
-private:
+  private:
     std::mutex fMutex;
 };
 

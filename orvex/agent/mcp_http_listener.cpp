@@ -25,7 +25,7 @@ constexpr std::size_t kKeepAliveRequests = 1000;
 // A thread for each open connection, started when the connection arrives, up to a ceiling beyond which
 // connections wait for a thread to come free. Threads are kept for later connections until shutdown.
 class TConnectionThreads final : public httplib::TaskQueue {
-public:
+  public:
     void enqueue(std::function<void()> aJob) override {
         std::lock_guard lock(fMutex);
         fJobs.push_back(std::move(aJob));
@@ -45,7 +45,7 @@ public:
         fThreads.clear();
     }
 
-private:
+  private:
     void Work() {
         for (;;) {
             std::function<void()> job;
@@ -136,7 +136,9 @@ struct TMCPHttpListener::TImpl {
 
 TMCPHttpListener::TMCPHttpListener(TORXMCPServer& aServer) : fServer(aServer) {}
 
-TMCPHttpListener::~TMCPHttpListener() { Shutdown(nullptr); }
+TMCPHttpListener::~TMCPHttpListener() {
+    Shutdown(nullptr);
+}
 
 std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_t aPort) {
     auto impl = std::make_unique<TImpl>();
@@ -178,7 +180,8 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
         raw->fFinished = true;
     });
     // stop() is ignored until the loop runs, so Listen returns only once it does.
-    while (!raw->fHttp.is_running() && !raw->fFinished) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (!raw->fHttp.is_running() && !raw->fFinished)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     fImpl = std::move(impl);
     fPort = static_cast<std::uint16_t>(port);
     return fPort;

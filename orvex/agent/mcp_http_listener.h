@@ -12,7 +12,7 @@ class IMainThreadRunner;
 class TORXMCPServer;
 
 class TMCPHttpListener {
-public:
+  public:
     explicit TMCPHttpListener(TORXMCPServer& aServer);
     ~TMCPHttpListener();
     TMCPHttpListener(const TMCPHttpListener&) = delete;
@@ -26,7 +26,7 @@ public:
     void Shutdown(IMainThreadRunner* aRunner);
     std::uint16_t Port() const { return fPort; }
 
-private:
+  private:
     struct TImpl;
     TORXMCPServer& fServer;
     std::unique_ptr<TImpl> fImpl;

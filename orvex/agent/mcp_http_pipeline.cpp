@@ -70,7 +70,8 @@ bool DecodeBase64(std::string_view aText, std::string& aBytes) {
     static constexpr auto kValues = [] {
         std::array<std::int8_t, 256> values{};
         values.fill(-1);
-        constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        constexpr std::string_view kAlphabet =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
         for (std::size_t i = 0; i < kAlphabet.size(); ++i) {
             values[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::int8_t>(i);
         }
@@ -147,7 +148,8 @@ bool TORXMCPServer::IsOriginAllowed(std::string_view aOrigin) const {
 bool TORXMCPServer::IsAuthorized(std::string_view aAuthorization) const {
     if (Trim(fAuthToken).empty()) return true;
     constexpr std::string_view kScheme = "Bearer ";
-    if (aAuthorization.size() <= kScheme.size() || !StartsWithIgnoringCase(aAuthorization, kScheme)) return false;
+    if (aAuthorization.size() <= kScheme.size() || !StartsWithIgnoringCase(aAuthorization, kScheme))
+        return false;
     return ConstantTimeEquals(aAuthorization.substr(kScheme.size()), fAuthToken);
 }
 
@@ -208,7 +210,8 @@ bool TORXMCPServer::ValidateModernRequest(const TJSON& aRequest, std::string_vie
                     "Header mismatch: protocol version is required in both HTTP header and request _meta");
     }
     if (aHeaderVersion != metaVersion) {
-        return fail(MCPErrorCode::kHeaderMismatch, "Header mismatch: MCP-Protocol-Version does not match request _meta");
+        return fail(MCPErrorCode::kHeaderMismatch,
+                    "Header mismatch: MCP-Protocol-Version does not match request _meta");
     }
     if (metaVersion != kMCPModernVersion) {
         aError = MakeUnsupportedProtocolError(id, metaVersion);
@@ -220,22 +223,28 @@ bool TORXMCPServer::ValidateModernRequest(const TJSON& aRequest, std::string_vie
         return fail(MCPErrorCode::kMissingCapabilities, "Missing required client capability metadata");
     }
     const auto methodIt = aRequest.find("method");
-    const std::string method = methodIt != aRequest.end() && methodIt->is_string() ? methodIt->get<std::string>() : "";
+    const std::string method =
+        methodIt != aRequest.end() && methodIt->is_string() ? methodIt->get<std::string>() : "";
     if (aHeaderMethod.empty() || aHeaderMethod != method) {
-        return fail(MCPErrorCode::kHeaderMismatch, "Header mismatch: Mcp-Method does not match the JSON-RPC method");
+        return fail(MCPErrorCode::kHeaderMismatch,
+                    "Header mismatch: Mcp-Method does not match the JSON-RPC method");
     }
     if (SameTextIgnoringCase(method, "tools/call")) {
         const auto& params = aRequest.at("params");
         const auto nameIt = params.find("name");
-        const std::string name = nameIt != params.end() && nameIt->is_string() ? nameIt->get<std::string>() : "";
+        const std::string name =
+            nameIt != params.end() && nameIt->is_string() ? nameIt->get<std::string>() : "";
         std::string decoded;
         if (aHeaderName.empty() || !DecodeMCPHeaderValue(aHeaderName, decoded) || decoded != name) {
-            return fail(MCPErrorCode::kHeaderMismatch, "Header mismatch: Mcp-Name does not match the tool name");
+            return fail(MCPErrorCode::kHeaderMismatch,
+                        "Header mismatch: Mcp-Name does not match the tool name");
         }
     }
     const std::string accept = ToLowerAscii(aAccept);
-    if (accept.find("application/json") == std::string::npos || accept.find("text/event-stream") == std::string::npos) {
-        return fail(MCPErrorCode::kInvalidRequest, "Accept must include application/json and text/event-stream");
+    if (accept.find("application/json") == std::string::npos ||
+        accept.find("text/event-stream") == std::string::npos) {
+        return fail(MCPErrorCode::kInvalidRequest,
+                    "Accept must include application/json and text/event-stream");
     }
     return true;
 }
@@ -264,8 +273,9 @@ TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
         response.Headers.emplace_back("Vary", "Origin");
     }
     response.Headers.emplace_back("Access-Control-Allow-Methods", "POST, OPTIONS");
-    response.Headers.emplace_back("Access-Control-Allow-Headers",
-                                  "Content-Type, Authorization, Accept, MCP-Protocol-Version, Mcp-Method, Mcp-Name");
+    response.Headers.emplace_back(
+        "Access-Control-Allow-Headers",
+        "Content-Type, Authorization, Accept, MCP-Protocol-Version, Mcp-Method, Mcp-Name");
     // A browser's preflight carries no token, so it is answered before the token is checked.
     if (SameTextIgnoringCase(aRequest.Method, "OPTIONS")) {
         SendEmpty(response, 204);
@@ -298,8 +308,8 @@ TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
 }
 
 void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
-                               std::string_view aMethodHeader, std::string_view aNameHeader, std::string_view aAccept,
-                               TMCPHttpResponse& aResponse) {
+                               std::string_view aMethodHeader, std::string_view aNameHeader,
+                               std::string_view aAccept, TMCPHttpResponse& aResponse) {
     std::string_view body;
     if (aRequest.HasBody) {
         const std::uint64_t size = aRequest.BodySize.value_or(aRequest.Body.size());
@@ -310,12 +320,14 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         body = aRequest.Body;
     }
     // The count is in UTF-16 code units although the line says bytes; log readers rely on the wording.
-    Log(fLogPayloads ? ">> " + std::string(body) : fmt::format("MCP request received ({} bytes)", Utf16Length(body)));
+    Log(fLogPayloads ? ">> " + std::string(body)
+                     : fmt::format("MCP request received ({} bytes)", Utf16Length(body)));
     if (body.empty()) {
         Send(aResponse, 400, R"({"error":"Empty request body"})");
         return;
     }
-    TJSON parsed = NestingWithin(body, kMaxJsonDepth) ? TJSON::parse(body, nullptr, false) : TJSON(TJSON::value_t::discarded);
+    TJSON parsed = NestingWithin(body, kMaxJsonDepth) ? TJSON::parse(body, nullptr, false)
+                                                      : TJSON(TJSON::value_t::discarded);
     if (parsed.is_discarded()) {
         SendJson(aResponse, 400, MakeError(TJSON(), MCPErrorCode::kParseError, "Parse error"));
         return;
@@ -365,8 +377,9 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
     }
     if (modern) {
         if (!StartsWithIgnoringCase(aRequest.ContentType, kJsonType)) {
-            SendJson(aResponse, 415,
-                     MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Content-Type must be application/json"));
+            SendJson(
+                aResponse, 415,
+                MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Content-Type must be application/json"));
             return;
         }
         TJSON error;
@@ -382,7 +395,8 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
     }
     int status = 200;
     const auto error = result->find("error");
-    if (modern && error != result->end() && error->is_object() && error->value("code", 0) == MCPErrorCode::kMethodNotFound) {
+    if (modern && error != result->end() && error->is_object() &&
+        error->value("code", 0) == MCPErrorCode::kMethodNotFound) {
         status = 404;
     }
     answer(status, *result);

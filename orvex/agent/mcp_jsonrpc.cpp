@@ -45,11 +45,15 @@ TJSON MakeUnsupportedProtocolError(const TJSON& aId, std::string_view aRequested
     return response;
 }
 
-std::string DumpCompact(const TJSON& aValue) { return aValue.dump(-1, ' ', false, TJSON::error_handler_t::replace); }
+std::string DumpCompact(const TJSON& aValue) {
+    return aValue.dump(-1, ' ', false, TJSON::error_handler_t::replace);
+}
 
 namespace {
 
-TJSON ToolsCapability() { return {{"tools", {{"listChanged", false}}}}; }
+TJSON ToolsCapability() {
+    return {{"tools", {{"listChanged", false}}}};
+}
 
 std::string StringMember(const TJSON& aObject, const char* aName) {
     const auto it = aObject.find(aName);
@@ -140,7 +144,9 @@ TJSON TORXMCPServer::HandleInitialize(const TJSON& aId, const TJSON* aParams) {
     return MakeResult(aId, std::move(result));
 }
 
-TJSON TORXMCPServer::HandlePing(const TJSON& aId) { return MakeResult(aId, TJSON::object()); }
+TJSON TORXMCPServer::HandlePing(const TJSON& aId) {
+    return MakeResult(aId, TJSON::object());
+}
 
 TJSON TORXMCPServer::HandleEmptyList(const TJSON& aId, std::string_view aKey) {
     TJSON result = TJSON::object();
@@ -223,7 +229,8 @@ void TORXMCPServer::DecorateModernResult(std::string_view aMethod, TJSON& aRespo
     if (resultIt == aResponse.end() || !resultIt->is_object()) return;
     TJSON& result = *resultIt;
     if (!result.contains("resultType")) result["resultType"] = "complete";
-    result["_meta"] = {{"io.modelcontextprotocol/serverInfo", {{"name", fServerName}, {"version", fServerVersion}}}};
+    result["_meta"] = {
+        {"io.modelcontextprotocol/serverInfo", {{"name", fServerName}, {"version", fServerVersion}}}};
     if (IsListMethod(aMethod)) {
         result["ttlMs"] = fToolListCacheTTL;
         result["cacheScope"] = "private";

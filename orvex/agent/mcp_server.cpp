@@ -19,7 +19,9 @@ using Qvl::Utils::Trim;
 TORXMCPServer::TORXMCPServer()
     : fHTTPServer(std::make_unique<TMCPHttpListener>(*this)), fSessionId(GenerateSessionId()) {}
 
-TORXMCPServer::~TORXMCPServer() { Stop(); }
+TORXMCPServer::~TORXMCPServer() {
+    Stop();
+}
 
 void TORXMCPServer::SetActive(bool aValue) {
     if (aValue == fActive) return;
@@ -33,8 +35,8 @@ void TORXMCPServer::SetActive(bool aValue) {
 void TORXMCPServer::Start() {
     if (fActive) return;
     const auto address = Trim(fBindAddress);
-    const bool loopback = SameTextIgnoringCase(address, "127.0.0.1") || SameTextIgnoringCase(address, "localhost") ||
-                          SameTextIgnoringCase(address, "::1");
+    const bool loopback = SameTextIgnoringCase(address, "127.0.0.1") ||
+                          SameTextIgnoringCase(address, "localhost") || SameTextIgnoringCase(address, "::1");
     if (!loopback && Trim(fAuthToken).empty()) {
         throw std::runtime_error("AuthToken is required when the MCP server is not bound to localhost");
     }
@@ -52,9 +54,13 @@ void TORXMCPServer::Stop() {
     Log("MCP server stopped");
 }
 
-std::uint16_t TORXMCPServer::BoundPort() const { return fActive ? fHTTPServer->Port() : fPort; }
+std::uint16_t TORXMCPServer::BoundPort() const {
+    return fActive ? fHTTPServer->Port() : fPort;
+}
 
-std::uint16_t TORXMCPServer::OriginPort() const { return fPort == 0 ? BoundPort() : fPort; }
+std::uint16_t TORXMCPServer::OriginPort() const {
+    return fPort == 0 ? BoundPort() : fPort;
+}
 
 void TORXMCPServer::Notification(const TORXBaseLabel* aDestroyed) {
     TORXBaseLabel* expected = const_cast<TORXBaseLabel*>(aDestroyed);
@@ -90,8 +96,8 @@ std::string TORXMCPServer::GenerateSessionId() {
     std::uniform_int_distribution<std::uint64_t> any;
     std::uint64_t high = any(generator);
     std::uint64_t low = any(generator);
-    high = (high & ~0xF000ULL) | 0x4000ULL;                          // version 4: random
-    low = (low & ~(0xC0ULL << 56)) | (0x80ULL << 56);                // RFC 4122 variant
+    high = (high & ~0xF000ULL) | 0x4000ULL;            // version 4: random
+    low = (low & ~(0xC0ULL << 56)) | (0x80ULL << 56);  // RFC 4122 variant
     return fmt::format("{{{:08X}-{:04X}-{:04X}-{:04X}-{:012X}}}", high >> 32, (high >> 16) & 0xFFFFU,
                        high & 0xFFFFU, low >> 48, low & 0xFFFFFFFFFFFFULL);
 }

@@ -32,8 +32,8 @@ class TMCPHttpListener;
 // [SECTION] Protocol versions and provider kinds
 
 // Newest first. The first is the modern, stateless protocol; the others are initialize-based.
-inline constexpr std::array<std::string_view, 5> MCP_SUPPORTED_VERSIONS{"2026-07-28", "2025-11-25", "2025-06-18",
-                                                                      "2025-03-26", "2024-11-05"};
+inline constexpr std::array<std::string_view, 5> MCP_SUPPORTED_VERSIONS{
+    "2026-07-28", "2025-11-25", "2025-06-18", "2025-03-26", "2024-11-05"};
 inline constexpr std::string_view kMCPModernVersion = MCP_SUPPORTED_VERSIONS[0];
 
 enum class TMCPAIProvider : std::uint8_t { aiAnthropic, aiOpenAI, aiGemini, aiOpenRouter };
@@ -54,7 +54,7 @@ class TORXMCPServer;
 using TMCPLogEvent = std::function<void(TORXMCPServer& aSender, const std::string& aMessage)>;
 
 class TORXMCPServer {
-public:
+  public:
     TORXMCPServer();
     ~TORXMCPServer();
     TORXMCPServer(const TORXMCPServer&) = delete;
@@ -152,7 +152,7 @@ public:
     std::string EffectiveInstructions() const;
     TJSON BuildAIToolDefinitions();  // [{name, description, input_schema}], the provider-neutral shape
 
-private:
+  private:
     void HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
                     std::string_view aMethodHeader, std::string_view aNameHeader, std::string_view aAccept,
                     TMCPHttpResponse& aResponse);
@@ -185,7 +185,7 @@ private:
 
     IMainThreadRunner* fRunner = nullptr;
     TMCPDocumentHooks fHooks;
-    std::mutex fInlineMutex;               // serialises tools when no runner is set
+    std::mutex fInlineMutex;                // serialises tools when no runner is set
     mutable std::shared_mutex fToolsMutex;  // fTools
     mutable std::mutex fStateMutex;         // fSessionId, fProtocolVersion
     mutable std::mutex fLogMutex;           // fOnLog

@@ -30,7 +30,9 @@ bool IsReadOnlyTool(std::string_view aName) {
     return OneOf(aName, {"get_drawing_info", "list_items", "get_item", "list_layers", "render_preview"});
 }
 
-TJSON ArrayOfObjects() { return {{"type", "array"}, {"items", {{"type", "object"}}}}; }
+TJSON ArrayOfObjects() {
+    return {{"type", "array"}, {"items", {{"type", "object"}}}};
+}
 
 TJSON ObjectSchema(std::initializer_list<std::pair<const char*, TJSON>> aProperties) {
     TJSON properties = TJSON::object();
@@ -42,13 +44,19 @@ TJSON ObjectSchema(std::initializer_list<std::pair<const char*, TJSON>> aPropert
     return {{"type", "object"}, {"properties", std::move(properties)}, {"required", std::move(required)}};
 }
 
-TJSON Typed(const char* aType) { return {{"type", aType}}; }
+TJSON Typed(const char* aType) {
+    return {{"type", aType}};
+}
 
 }  // namespace
 
-void MCPSetDefaultToolsRegistration(TMCPRegisterProc aProc) { gDefaultToolsRegistration = aProc; }
+void MCPSetDefaultToolsRegistration(TMCPRegisterProc aProc) {
+    gDefaultToolsRegistration = aProc;
+}
 
-TMCPRegisterProc MCPDefaultToolsRegistration() { return gDefaultToolsRegistration; }
+TMCPRegisterProc MCPDefaultToolsRegistration() {
+    return gDefaultToolsRegistration;
+}
 
 std::string ToolTitle(std::string_view aName) {
     std::string title;
@@ -72,7 +80,8 @@ bool ToolChangesDrawing(std::string_view aName) {
     const std::string name = ToLowerAscii(aName);
     // It changes where images are looked for, not the drawing.
     if (name == "set_image_folder") return false;
-    for (const std::string_view prefix : {"add_", "set_", "modify_", "delete_", "clear_", "load_", "create_"}) {
+    for (const std::string_view prefix :
+         {"add_", "set_", "modify_", "delete_", "clear_", "load_", "create_"}) {
         if (name.starts_with(prefix)) return true;
     }
     return name == "setup_drawing";
@@ -85,8 +94,9 @@ TJSON BuildToolAnnotations(std::string_view aName) {
     annotations["readOnlyHint"] = readOnly;
     annotations["destructiveHint"] =
         OneOf(aName, {"clear_drawing", "delete_item", "load_drawing", "load_diagram", "load_gantt"});
-    annotations["idempotentHint"] = readOnly || aName.starts_with("set_") ||
-                                    OneOf(aName, {"modify_item", "modify_layer", "begin_update", "end_update"});
+    annotations["idempotentHint"] =
+        readOnly || aName.starts_with("set_") ||
+        OneOf(aName, {"modify_item", "modify_layer", "begin_update", "end_update"});
     annotations["openWorldHint"] =
         OneOf(aName, {"add_image", "load_drawing", "save_drawing", "export_document", "load_symbol_library",
                       "save_symbol_library", "create_symbol_library_from_image"});
@@ -96,8 +106,9 @@ TJSON BuildToolAnnotations(std::string_view aName) {
 TJSON BuildToolOutputSchema(std::string_view aName) {
     if (SameTextIgnoringCase(aName, "get_item")) return Typed("object");
     if (SameTextIgnoringCase(aName, "load_diagram")) {
-        return ObjectSchema(
-            {{"loaded", Typed("boolean")}, {"items_created", Typed("integer")}, {"diagnostics", ArrayOfObjects()}});
+        return ObjectSchema({{"loaded", Typed("boolean")},
+                             {"items_created", Typed("integer")},
+                             {"diagnostics", ArrayOfObjects()}});
     }
     if (SameTextIgnoringCase(aName, "list_items")) return ObjectSchema({{"items", ArrayOfObjects()}});
     if (SameTextIgnoringCase(aName, "list_layers")) return ObjectSchema({{"layers", ArrayOfObjects()}});
@@ -141,7 +152,8 @@ const std::string& DefaultInstructions() {
 void TORXMCPServer::RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema,
                                  TMCPToolCall aHandler) {
     std::unique_lock lock(fToolsMutex);
-    fTools.push_back({std::move(aName), std::move(aDescription), std::move(aInputSchema), std::move(aHandler)});
+    fTools.push_back(
+        {std::move(aName), std::move(aDescription), std::move(aInputSchema), std::move(aHandler)});
 }
 
 void TORXMCPServer::RegisterDefaultTools() {
@@ -170,9 +182,10 @@ TJSON TORXMCPServer::BuildAIToolDefinitions() {
         TJSON entry = TJSON::object();
         entry["name"] = tool.Name;
         entry["description"] = tool.Description;
-        entry["input_schema"] = tool.InputSchema.is_null()
-                                    ? TJSON{{"type", "object"}, {"properties", TJSON::object()}, {"additionalProperties", false}}
-                                    : tool.InputSchema;
+        entry["input_schema"] =
+            tool.InputSchema.is_null()
+                ? TJSON{{"type", "object"}, {"properties", TJSON::object()}, {"additionalProperties", false}}
+                : tool.InputSchema;
         definitions.push_back(std::move(entry));
     }
     return definitions;

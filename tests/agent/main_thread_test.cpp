@@ -57,7 +57,8 @@ TEST(MainThreadQueue, StopReleasesWaitingCallersAndRefusesNewOnes) {
     });
     // Stop only once the task is queued, so that it is dropped rather than refused at the door.
     const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (queue.PendingCount() == 0 && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(1ms);
+    while (queue.PendingCount() == 0 && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(1ms);
     queue.Stop();
     worker.join();
     EXPECT_FALSE(ran);
@@ -66,18 +67,6 @@ TEST(MainThreadQueue, StopReleasesWaitingCallersAndRefusesNewOnes) {
     late.join();
     EXPECT_FALSE(queue.PumpOne(1ms));
     queue.Run();  // returns at once once stopped
-}
-
-TEST(MainThreadQueue, AwaitKeepsServingTheMainThread) {
-    TMainThreadQueue queue;
-    std::atomic<bool> finished{false};
-    std::thread worker([&] {
-        for (int i = 0; i < 5; ++i) queue.RunSync([] {});
-        finished = true;
-    });
-    queue.Await([&] { return finished.load(); });
-    worker.join();
-    EXPECT_TRUE(finished);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ using namespace Orvex::Testing;
 namespace {
 
 class MCPJsonRpc : public ::testing::Test {
-protected:
+  protected:
     MCPJsonRpc() {
         fServer.SetLabel(FakeLabel());
         fServer.SetDocumentHooks({[this](TORXBaseLabel& aLabel) {
@@ -26,10 +26,11 @@ protected:
     }
 
     void AddTool(const std::string& aName, TJSON aSchema = nullptr) {
-        fServer.RegisterTool(aName, "does " + aName, std::move(aSchema), [this, aName](TORXBaseLabel&, const TJSON& aArgs) {
-            fHookCalls.push_back("run " + aName + " " + aArgs.dump());
-            return TextResult(aName);
-        });
+        fServer.RegisterTool(aName, "does " + aName, std::move(aSchema),
+                             [this, aName](TORXBaseLabel&, const TJSON& aArgs) {
+                                 fHookCalls.push_back("run " + aName + " " + aArgs.dump());
+                                 return TextResult(aName);
+                             });
     }
 
     TJSON Call(const TJSON& aRequest, bool aModern = false) {
@@ -42,8 +43,9 @@ protected:
 };
 
 TEST_F(MCPJsonRpc, EnvelopeErrors) {
-    EXPECT_EQ(Call({{"jsonrpc", "1.0"}, {"method", "ping"}}).dump(),
-              R"({"jsonrpc":"2.0","id":null,"error":{"code":-32600,"message":"Invalid or missing jsonrpc version"}})");
+    EXPECT_EQ(
+        Call({{"jsonrpc", "1.0"}, {"method", "ping"}}).dump(),
+        R"({"jsonrpc":"2.0","id":null,"error":{"code":-32600,"message":"Invalid or missing jsonrpc version"}})");
     EXPECT_EQ(Call({{"id", 3}, {"method", "ping"}})["error"]["code"], -32600);
     EXPECT_EQ(Call({{"jsonrpc", "2.0"}, {"id", {1, 2}}})["error"]["message"], "Missing method");
     EXPECT_EQ(Call({{"jsonrpc", "2.0"}, {"id", {1, 2}}})["id"], TJSON({1, 2}));
@@ -59,11 +61,16 @@ TEST_F(MCPJsonRpc, DispatchDependsOnTheProtocolGeneration) {
         const char* Outcome;  // "result", "not found" or "none"
     };
     const std::vector<TCase> cases = {
-        {"server/discover", false, "not found"}, {"server/discover", true, "result"},
-        {"initialize", false, "result"},         {"initialize", true, "not found"},
-        {"ping", false, "result"},               {"ping", true, "not found"},
-        {"tools/list", true, "result"},          {"resources/list", true, "result"},
-        {"Tools/List", false, "not found"},      {"notifications/initialized", true, "none"},
+        {"server/discover", false, "not found"},
+        {"server/discover", true, "result"},
+        {"initialize", false, "result"},
+        {"initialize", true, "not found"},
+        {"ping", false, "result"},
+        {"ping", true, "not found"},
+        {"tools/list", true, "result"},
+        {"resources/list", true, "result"},
+        {"Tools/List", false, "not found"},
+        {"notifications/initialized", true, "none"},
         {"notifications/cancelled", false, "none"},
     };
     for (const auto& c : cases) {
@@ -94,7 +101,8 @@ TEST_F(MCPJsonRpc, InitializeAgreesAnOlderVersionOnly) {
     const auto& result = older["result"];
     std::vector<std::string> keys;
     for (const auto& item : result.items()) keys.push_back(item.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"protocolVersion", "serverInfo", "capabilities", "instructions"}));
+    EXPECT_EQ(keys,
+              (std::vector<std::string>{"protocolVersion", "serverInfo", "capabilities", "instructions"}));
     EXPECT_EQ(result["serverInfo"].dump(), R"({"name":"Orvex-mcp","version":"1.0.0"})");
     EXPECT_EQ(result["capabilities"].dump(), R"({"tools":{"listChanged":false}})");
     EXPECT_EQ(result["instructions"], DefaultInstructions());
@@ -104,7 +112,8 @@ TEST_F(MCPJsonRpc, ModernResultsAreDecorated) {
     AddTool("list_items");
     const auto list = Call(Rpc("tools/list"), true)["result"];
     EXPECT_EQ(list["resultType"], "complete");
-    EXPECT_EQ(list["_meta"].dump(), R"({"io.modelcontextprotocol/serverInfo":{"name":"Orvex-mcp","version":"1.0.0"}})");
+    EXPECT_EQ(list["_meta"].dump(),
+              R"({"io.modelcontextprotocol/serverInfo":{"name":"Orvex-mcp","version":"1.0.0"}})");
     EXPECT_EQ(list["ttlMs"], 300000);
     EXPECT_EQ(list["cacheScope"], "private");
 
@@ -130,14 +139,15 @@ TEST_F(MCPJsonRpc, ToolsListDescribesEachToolInRegistrationOrder) {
     AddTool("add_flow", {{"type", "object"}, {"properties", {{"x", {{"type", "number"}}}}}});
     const auto tools = Call(Rpc("tools/list"))["result"]["tools"];
     ASSERT_EQ(tools.size(), 2u);
-    EXPECT_EQ(tools[0].dump(),
-              R"({"name":"get_drawing_info","title":"Get Drawing Info","description":"does get_drawing_info",)"
-              R"("inputSchema":{"type":"object"},"annotations":{"title":"Get Drawing Info","readOnlyHint":true,)"
-              R"("destructiveHint":false,"idempotentHint":true,"openWorldHint":false},"outputSchema":{"type":"object",)"
-              R"("properties":{"units":{"type":"string"},"editor_mode":{"type":"string"},"items_count":{"type":)"
-              R"("integer"},"layers_count":{"type":"integer"},"selection_count":{"type":"integer"},"paper":)"
-              R"({"type":"object"}},"required":["units","editor_mode","items_count","layers_count",)"
-              R"("selection_count","paper"]}})");
+    EXPECT_EQ(
+        tools[0].dump(),
+        R"({"name":"get_drawing_info","title":"Get Drawing Info","description":"does get_drawing_info",)"
+        R"("inputSchema":{"type":"object"},"annotations":{"title":"Get Drawing Info","readOnlyHint":true,)"
+        R"("destructiveHint":false,"idempotentHint":true,"openWorldHint":false},"outputSchema":{"type":"object",)"
+        R"("properties":{"units":{"type":"string"},"editor_mode":{"type":"string"},"items_count":{"type":)"
+        R"("integer"},"layers_count":{"type":"integer"},"selection_count":{"type":"integer"},"paper":)"
+        R"({"type":"object"}},"required":["units","editor_mode","items_count","layers_count",)"
+        R"("selection_count","paper"]}})");
     EXPECT_EQ(tools[1]["inputSchema"]["properties"]["x"]["type"], "number");
     EXPECT_FALSE(tools[1].contains("outputSchema"));
 }
@@ -149,8 +159,9 @@ TEST_F(MCPJsonRpc, ToolsCallFailures) {
     EXPECT_EQ(Call(Rpc("tools/call", {{"name", "nope"}}))["error"]["message"], "Unknown tool: nope");
 
     fServer.Notification(FakeLabel());
-    EXPECT_EQ(Call(Rpc("tools/call", {{"name", "nope"}}))["result"].dump(),
-              R"({"content":[{"type":"text","text":"Error: No DrawLabel assigned to MCP server"}],"isError":true})");
+    EXPECT_EQ(
+        Call(Rpc("tools/call", {{"name", "nope"}}))["result"].dump(),
+        R"({"content":[{"type":"text","text":"Error: No DrawLabel assigned to MCP server"}],"isError":true})");
 }
 
 TEST_F(MCPJsonRpc, ToolsCallRunsTheFirstMatchAndClosesTheUpdateAfterChanges) {
@@ -167,8 +178,8 @@ TEST_F(MCPJsonRpc, ToolsCallRunsTheFirstMatchAndClosesTheUpdateAfterChanges) {
 
     fHookCalls.clear();
     Call(Rpc("tools/call", {{"name", "setup_drawing"}, {"arguments", {{"mode", "flowchart"}}}}));
-    EXPECT_EQ(fHookCalls,
-              (std::vector<std::string>{R"(run setup_drawing {"mode":"flowchart"})", "EndUpdate", "Refresh"}));
+    EXPECT_EQ(fHookCalls, (std::vector<std::string>{R"(run setup_drawing {"mode":"flowchart"})", "EndUpdate",
+                                                    "Refresh"}));
 
     fHookCalls.clear();
     Call(Rpc("tools/call", {{"name", "set_image_folder"}}));
@@ -230,10 +241,11 @@ TEST(MCPToolMetadata, HintsAndChangesFollowTheCatalogue) {
 
 TEST(MCPToolMetadata, OutputSchemas) {
     EXPECT_EQ(BuildToolOutputSchema("Get_Item").dump(), R"({"type":"object"})");
-    EXPECT_EQ(BuildToolOutputSchema("load_diagram").dump(),
-              R"({"type":"object","properties":{"loaded":{"type":"boolean"},"items_created":{"type":"integer"},)"
-              R"("diagnostics":{"type":"array","items":{"type":"object"}}},"required":["loaded","items_created",)"
-              R"("diagnostics"]})");
+    EXPECT_EQ(
+        BuildToolOutputSchema("load_diagram").dump(),
+        R"({"type":"object","properties":{"loaded":{"type":"boolean"},"items_created":{"type":"integer"},)"
+        R"("diagnostics":{"type":"array","items":{"type":"object"}}},"required":["loaded","items_created",)"
+        R"("diagnostics"]})");
     EXPECT_EQ(BuildToolOutputSchema("list_layers")["required"], TJSON({"layers"}));
     EXPECT_EQ(BuildToolOutputSchema("render_preview")["required"],
               TJSON({"format", "scale", "item_count", "byte_size"}));
@@ -243,11 +255,13 @@ TEST(MCPToolMetadata, OutputSchemas) {
 
 TEST(MCPToolMetadata, InstructionsAndVersions) {
     const auto& text = DefaultInstructions();
-    EXPECT_TRUE(text.starts_with("Orvex drawing server. The canvas is a 2D drawing surface with three editor modes: "
-                                 "\"labelling\" (label/sticker design: texts, barcodes, QR, images, tables...), "));
+    EXPECT_TRUE(
+        text.starts_with("Orvex drawing server. The canvas is a 2D drawing surface with three editor modes: "
+                         "\"labelling\" (label/sticker design: texts, barcodes, QR, images, tables...), "));
     EXPECT_NE(text.find(" (e.g. 20 means 1:20). All coordinates"), std::string::npos);
-    EXPECT_NE(text.find("Colors are \"#RRGGBB\" or \"#AARRGGBB\" strings. Item indexes are zero-based; layer"),
-              std::string::npos);
+    EXPECT_NE(
+        text.find("Colors are \"#RRGGBB\" or \"#AARRGGBB\" strings. Item indexes are zero-based; layer"),
+        std::string::npos);
     EXPECT_TRUE(text.ends_with("or read/write a file unless the user request authorizes that action."));
     EXPECT_EQ(text.size(), 1367u);
 
@@ -264,7 +278,8 @@ TEST(MCPToolMetadata, InstructionsAndVersions) {
 }
 
 void RegisterTwoTools(TORXMCPServer& aServer) {
-    aServer.RegisterTool("list_items", "Lists", nullptr, [](TORXBaseLabel&, const TJSON&) { return TextResult(""); });
+    aServer.RegisterTool("list_items", "Lists", nullptr,
+                         [](TORXBaseLabel&, const TJSON&) { return TextResult(""); });
     aServer.RegisterTool("add_flow", "Adds", {{"type", "object"}, {"required", {"x"}}},
                          [](TORXBaseLabel&, const TJSON&) { return TextResult(""); });
 }
@@ -274,10 +289,11 @@ TEST(MCPToolRegistration, DefaultToolsComeFromTheHostProcedure) {
     TORXMCPServer server;
     EXPECT_EQ(server.ToolCount(), 0u);
     const auto definitions = server.BuildAIToolDefinitions();
-    EXPECT_EQ(definitions.dump(),
-              R"([{"name":"list_items","description":"Lists","input_schema":{"type":"object","properties":{},)"
-              R"("additionalProperties":false}},{"name":"add_flow","description":"Adds","input_schema":)"
-              R"({"type":"object","required":["x"]}}])");
+    EXPECT_EQ(
+        definitions.dump(),
+        R"([{"name":"list_items","description":"Lists","input_schema":{"type":"object","properties":{},)"
+        R"("additionalProperties":false}},{"name":"add_flow","description":"Adds","input_schema":)"
+        R"({"type":"object","required":["x"]}}])");
     server.BuildAIToolDefinitions();  // registers only while there is no tool
     EXPECT_EQ(server.ToolCount(), 2u);
 

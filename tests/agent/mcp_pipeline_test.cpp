@@ -14,7 +14,8 @@ using namespace Orvex::Testing;
 
 namespace {
 
-const std::string kAllowHeaders = "Content-Type, Authorization, Accept, MCP-Protocol-Version, Mcp-Method, Mcp-Name";
+const std::string kAllowHeaders =
+    "Content-Type, Authorization, Accept, MCP-Protocol-Version, Mcp-Method, Mcp-Name";
 
 std::string ErrorBody(int aCode, const std::string& aMessage, const std::string& aId = "null") {
     return R"({"jsonrpc":"2.0","id":)" + aId + R"(,"error":{"code":)" + std::to_string(aCode) +
@@ -22,7 +23,7 @@ std::string ErrorBody(int aCode, const std::string& aMessage, const std::string&
 }
 
 class MCPPipeline : public ::testing::Test {
-protected:
+  protected:
     MCPPipeline() {
         fServer.SetLabel(FakeLabel());
         fServer.SetOnLog([this](TORXMCPServer&, const std::string& aLine) { fLog.push_back(aLine); });
@@ -43,14 +44,25 @@ struct TRejectCase {
 
 TEST_F(MCPPipeline, RejectsEachBadRequestWithItsStatusAndBody) {
     const std::vector<TRejectCase> cases = {
-        {"wrong path", [](auto&, auto& r) { r.Path = "/other"; }, 404, R"({"error":"MCP endpoint not found"})", false},
-        {"foreign origin", [](auto&, auto& r) { r.Headers = {{"Origin", "http://evil.example"}}; }, 403,
-         R"({"error":"Origin not allowed"})", false},
-        {"loopback origin, other port", [](auto&, auto& r) { r.Headers = {{"Origin", "http://localhost:3002"}}; },
+        {"wrong path", [](auto&, auto& r) { r.Path = "/other"; }, 404,
+         R"({"error":"MCP endpoint not found"})", false},
+        {"foreign origin",
+         [](auto&, auto& r) {
+             r.Headers = {{"Origin", "http://evil.example"}};
+         },
          403, R"({"error":"Origin not allowed"})", false},
-        {"loopback origin, no port", [](auto&, auto& r) { r.Headers = {{"Origin", "http://localhost"}}; }, 403,
-         R"({"error":"Origin not allowed"})", false},
-        {"missing token", [](auto& s, auto&) { s.SetAuthToken("s3cret"); }, 401, R"({"error":"Unauthorized"})", true},
+        {"loopback origin, other port",
+         [](auto&, auto& r) {
+             r.Headers = {{"Origin", "http://localhost:3002"}};
+         },
+         403, R"({"error":"Origin not allowed"})", false},
+        {"loopback origin, no port",
+         [](auto&, auto& r) {
+             r.Headers = {{"Origin", "http://localhost"}};
+         },
+         403, R"({"error":"Origin not allowed"})", false},
+        {"missing token", [](auto& s, auto&) { s.SetAuthToken("s3cret"); }, 401,
+         R"({"error":"Unauthorized"})", true},
         {"two blanks before the token",
          [](auto& s, auto& r) {
              s.SetAuthToken("s3cret");
@@ -72,18 +84,23 @@ TEST_F(MCPPipeline, RejectsEachBadRequestWithItsStatusAndBody) {
         {"DELETE", [](auto&, auto& r) { r.Method = "DELETE"; }, 405,
          R"({"error":"This server does not use transport sessions"})", true},
         {"GET", [](auto&, auto& r) { r.Method = "GET"; }, 405, R"({"error":"Method not allowed"})", true},
-        {"too large", [](auto& s, auto& r) { s.SetMaxRequestBytes(static_cast<std::int32_t>(r.Body.size() - 1)); },
-         413, R"({"error":"Request body too large"})", true},
+        {"too large",
+         [](auto& s, auto& r) { s.SetMaxRequestBytes(static_cast<std::int32_t>(r.Body.size() - 1)); }, 413,
+         R"({"error":"Request body too large"})", true},
         {"declared too large, not read",
          [](auto&, auto& r) {
              r.Body.clear();
              r.BodySize = 8388609;
          },
          413, R"({"error":"Request body too large"})", true},
-        {"empty body", [](auto&, auto& r) { r.Body.clear(); }, 400, R"({"error":"Empty request body"})", true},
-        {"no body stream", [](auto&, auto& r) { r.HasBody = false; }, 400, R"({"error":"Empty request body"})", true},
-        {"not JSON", [](auto&, auto& r) { r.Body = "{\"jsonrpc\":"; }, 400, ErrorBody(-32700, "Parse error"), true},
-        {"nested beyond reason", [](auto&, auto& r) { r.Body = std::string(600, '[') + std::string(600, ']'); }, 400,
+        {"empty body", [](auto&, auto& r) { r.Body.clear(); }, 400, R"({"error":"Empty request body"})",
+         true},
+        {"no body stream", [](auto&, auto& r) { r.HasBody = false; }, 400,
+         R"({"error":"Empty request body"})", true},
+        {"not JSON", [](auto&, auto& r) { r.Body = "{\"jsonrpc\":"; }, 400, ErrorBody(-32700, "Parse error"),
+         true},
+        {"nested beyond reason",
+         [](auto&, auto& r) { r.Body = std::string(600, '[') + std::string(600, ']'); }, 400,
          ErrorBody(-32700, "Parse error"), true},
         {"scalar", [](auto&, auto& r) { r.Body = "42"; }, 400, ErrorBody(-32600, "Invalid request"), true},
         {"empty batch", [](auto&, auto& r) { r.Body = "[]"; }, 400, ErrorBody(-32600, "Empty batch"), true},
@@ -111,7 +128,8 @@ TEST_F(MCPPipeline, RejectsEachBadRequestWithItsStatusAndBody) {
         EXPECT_EQ(response.Status, c.Status);
         EXPECT_EQ(response.ContentType, "application/json");
         EXPECT_EQ(response.Body, c.Body);
-        EXPECT_EQ(FindHeader(response.Headers, "Access-Control-Allow-Headers"), c.CorsHeaders ? kAllowHeaders : "");
+        EXPECT_EQ(FindHeader(response.Headers, "Access-Control-Allow-Headers"),
+                  c.CorsHeaders ? kAllowHeaders : "");
         EXPECT_EQ(FindHeader(response.Headers, "WWW-Authenticate"), c.Status == 401 ? "Bearer" : "");
     }
 }
@@ -124,11 +142,14 @@ TEST_F(MCPPipeline, ModernHeaderChecksFailInOrderWithTheirCodes) {
         std::string Message;
     };
     const std::vector<TCase> cases = {
-        {"no _meta version", [](auto& c) { c.Body["params"]["_meta"].erase("io.modelcontextprotocol/protocolVersion"); },
-         -32020, "Header mismatch: protocol version is required in both HTTP header and request _meta"},
+        {"no _meta version",
+         [](auto& c) { c.Body["params"]["_meta"].erase("io.modelcontextprotocol/protocolVersion"); }, -32020,
+         "Header mismatch: protocol version is required in both HTTP header and request _meta"},
+        {"_meta version without the header", [](auto& c) { c.Headers.erase(c.Headers.begin()); }, -32020,
+         "Header mismatch: protocol version is required in both HTTP header and request _meta"},
         {"header and _meta differ",
-         [](auto& c) { c.Body["params"]["_meta"]["io.modelcontextprotocol/protocolVersion"] = "2025-11-25"; }, -32020,
-         "Header mismatch: MCP-Protocol-Version does not match request _meta"},
+         [](auto& c) { c.Body["params"]["_meta"]["io.modelcontextprotocol/protocolVersion"] = "2025-11-25"; },
+         -32020, "Header mismatch: MCP-Protocol-Version does not match request _meta"},
         {"older version in both",
          [](auto& c) {
              c.Body["params"]["_meta"]["io.modelcontextprotocol/protocolVersion"] = "2025-11-25";
@@ -136,8 +157,8 @@ TEST_F(MCPPipeline, ModernHeaderChecksFailInOrderWithTheirCodes) {
          },
          -32022, "Unsupported protocol version"},
         {"capabilities not an object",
-         [](auto& c) { c.Body["params"]["_meta"]["io.modelcontextprotocol/clientCapabilities"] = "all"; }, -32021,
-         "Missing required client capability metadata"},
+         [](auto& c) { c.Body["params"]["_meta"]["io.modelcontextprotocol/clientCapabilities"] = "all"; },
+         -32021, "Missing required client capability metadata"},
         {"method header of other case", [](auto& c) { c.Headers[1].second = "Tools/List"; }, -32020,
          "Header mismatch: Mcp-Method does not match the JSON-RPC method"},
         {"Accept without event stream", [](auto& c) { c.Headers[2].second = "application/json"; }, -32600,
@@ -170,7 +191,8 @@ TEST_F(MCPPipeline, ModernToolNameHeaderMayBeBase64) {
         call.Headers.back().second = header;
         const auto response = fServer.DoCommandGet(Post(call.Body.dump(), call.Headers));
         EXPECT_EQ(response.Status, 400);
-        EXPECT_EQ(ParseBody(response)["error"]["message"], "Header mismatch: Mcp-Name does not match the tool name");
+        EXPECT_EQ(ParseBody(response)["error"]["message"],
+                  "Header mismatch: Mcp-Name does not match the tool name");
     }
 }
 
@@ -178,7 +200,8 @@ TEST_F(MCPPipeline, DecodeMCPHeaderValue) {
     std::string decoded;
     EXPECT_TRUE(TORXMCPServer::DecodeMCPHeaderValue("=?base64?w6TDtsO8?=", decoded));
     EXPECT_EQ(decoded, "äöü");
-    EXPECT_TRUE(TORXMCPServer::DecodeMCPHeaderValue("=?BASE64?eA==?=", decoded));  // the marker is case-sensitive
+    EXPECT_TRUE(
+        TORXMCPServer::DecodeMCPHeaderValue("=?BASE64?eA==?=", decoded));  // the marker is case-sensitive
     EXPECT_EQ(decoded, "=?BASE64?eA==?=");
     EXPECT_FALSE(TORXMCPServer::DecodeMCPHeaderValue("=?base64?/w==?=", decoded));  // not UTF-8
 }
@@ -191,13 +214,14 @@ TEST_F(MCPPipeline, ModernMethodNotFoundIs404) {
 }
 
 TEST_F(MCPPipeline, UnsupportedVersionHeaderWithoutMetaGets32022) {
-    const auto response =
-        fServer.DoCommandGet(Post(Rpc("tools/list", nullptr, 7).dump(), {{"MCP-Protocol-Version", "2030-01-01"}}));
+    const auto response = fServer.DoCommandGet(
+        Post(Rpc("tools/list", nullptr, 7).dump(), {{"MCP-Protocol-Version", "2030-01-01"}}));
     EXPECT_EQ(response.Status, 400);
-    EXPECT_EQ(response.Body,
-              R"({"jsonrpc":"2.0","id":7,"error":{"code":-32022,"message":"Unsupported protocol version","data":)"
-              R"({"supported":["2026-07-28","2025-11-25","2025-06-18","2025-03-26","2024-11-05"],)"
-              R"("requested":"2030-01-01"}}})");
+    EXPECT_EQ(
+        response.Body,
+        R"({"jsonrpc":"2.0","id":7,"error":{"code":-32022,"message":"Unsupported protocol version","data":)"
+        R"({"supported":["2026-07-28","2025-11-25","2025-06-18","2025-03-26","2024-11-05"],)"
+        R"("requested":"2030-01-01"}}})");
 }
 
 TEST_F(MCPPipeline, PreflightNeedsNoTokenAndEchoesTheOrigin) {
@@ -224,7 +248,8 @@ TEST_F(MCPPipeline, AcceptsOriginsAndTokensAsWritten) {
         {{"Authorization", "bearer s3cret"}},
         {{"Authorization", "BEARER s3cret"}, {"Origin", "HTTPS://LOCALHOST:3001"}},
         {{"Authorization", "Bearer s3cret"}, {"Origin", "https://app.example"}},
-        {{"Authorization", "Bearer s3cret"}, {"Origin", "http://a b.example"}},  // blanks do not split entries
+        {{"Authorization", "Bearer s3cret"},
+         {"Origin", "http://a b.example"}},  // blanks do not split entries
     };
     for (const auto& headers : accepted) {
         SCOPED_TRACE(headers.back().second);
@@ -244,11 +269,14 @@ TEST_F(MCPPipeline, BodyOfExactlyTheLimitIsAccepted) {
 }
 
 TEST_F(MCPPipeline, BatchesAnswerInOrderAndSkipNotifications) {
-    const TJSON batch = TJSON::array({Rpc("ping", nullptr, "a"), 5, {{"jsonrpc", "2.0"}, {"method", "notifications/x"}},
+    const TJSON batch = TJSON::array({Rpc("ping", nullptr, "a"),
+                                      5,
+                                      {{"jsonrpc", "2.0"}, {"method", "notifications/x"}},
                                       Rpc("prompts/list", nullptr, 2)});
     const auto response = fServer.DoCommandGet(Post(batch.dump()));
     EXPECT_EQ(response.Status, 200);
-    EXPECT_EQ(response.Body, R"([{"jsonrpc":"2.0","id":"a","result":{}},)" + ErrorBody(-32600, "Invalid request") +
+    EXPECT_EQ(response.Body, R"([{"jsonrpc":"2.0","id":"a","result":{}},)" +
+                                 ErrorBody(-32600, "Invalid request") +
                                  R"(,{"jsonrpc":"2.0","id":2,"result":{"prompts":[]}}])");
 
     // Batches are always handled by the older rules: server/discover is not found in them.
@@ -264,7 +292,8 @@ TEST_F(MCPPipeline, BatchesAnswerInOrderAndSkipNotifications) {
 }
 
 TEST_F(MCPPipeline, SingleNotificationGets202) {
-    const auto response = fServer.DoCommandGet(Post(R"({"jsonrpc":"2.0","method":"notifications/whatever"})"));
+    const auto response =
+        fServer.DoCommandGet(Post(R"({"jsonrpc":"2.0","method":"notifications/whatever"})"));
     EXPECT_EQ(response.Status, 202);
     EXPECT_EQ(response.Body, "");
     EXPECT_EQ(response.ContentType, "");
@@ -303,6 +332,22 @@ TEST_F(MCPPipeline, EmptyEndpointPathServesEveryPath) {
     auto request = Post(Rpc("ping").dump());
     request.Path = "/anything/else";
     EXPECT_EQ(fServer.DoCommandGet(request).Status, 200);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(MCPPipelineModern, DiscoverIsModernEvenWithoutHeaders) {
+    TORXMCPServer server;
+    const auto response = server.DoCommandGet(Post(Rpc("server/discover").dump()));
+    EXPECT_EQ(response.Status, 400);
+    EXPECT_EQ(ParseBody(response)["error"]["code"], -32020);
+
+    const auto call = Modern("server/discover");
+    const auto answered = server.DoCommandGet(Post(call.Body.dump(), call.Headers));
+    EXPECT_EQ(answered.Status, 200);
+    EXPECT_EQ(ParseBody(answered)["result"]["cacheScope"], "private");
 }
 
 }  // namespace

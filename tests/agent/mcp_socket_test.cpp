@@ -1,6 +1,6 @@
 // The server through real loopback sockets: the adapter, the body limit, keep-alive and concurrent calls.
-#include <httplib.h>
 #include <gtest/gtest.h>
+#include <httplib.h>
 
 #include <atomic>
 #include <chrono>
@@ -33,7 +33,7 @@ std::unique_ptr<httplib::Client> Connect(const TORXMCPServer& aServer) {
 }
 
 class MCPSocket : public ::testing::Test {
-protected:
+  protected:
     MCPSocket() {
         fServer.SetPort(0);
         fServer.SetLabel(FakeLabel());
@@ -53,9 +53,7 @@ protected:
     // The log sink writes into members that die before the server, so stop while they live.
     ~MCPSocket() override { fServer.Stop(); }
 
-    std::string CallBody(int aId) const {
-        return Rpc("tools/call", {{"name", "add_count"}}, aId).dump();
-    }
+    std::string CallBody(int aId) const { return Rpc("tools/call", {{"name", "add_count"}}, aId).dump(); }
 
     TORXMCPServer fServer;
     std::atomic<int> fCount{0};
@@ -189,8 +187,9 @@ TEST_F(MCPSocket, ConcurrentToolCallsRunOnceEachOnTheMainThread) {
             for (int i = 0; i < kCalls; ++i) {
                 const int id = c * kCalls + i;
                 const auto response = client->Post("/mcp", CallBody(id), "application/json");
-                const auto json = response && response->status == 200 ? TJSON::parse(response->body, nullptr, false)
-                                                                      : TJSON(TJSON::value_t::discarded);
+                const auto json = response && response->status == 200
+                                      ? TJSON::parse(response->body, nullptr, false)
+                                      : TJSON(TJSON::value_t::discarded);
                 if (json.is_discarded() || json.value("id", -1) != id || json["result"].contains("isError")) {
                     ++malformed;
                     continue;
@@ -246,8 +245,9 @@ TEST_F(MCPSocket, StoppedQueueTurnsCallsIntoToolErrors) {
     auto client = Connect(fServer);
     const auto response = client->Post("/mcp", CallBody(1), "application/json");
     ASSERT_TRUE(response);
-    EXPECT_EQ(TJSON::parse(response->body)["result"].dump(),
-              R"({"content":[{"type":"text","text":"Error: The main thread no longer accepts work"}],"isError":true})");
+    EXPECT_EQ(
+        TJSON::parse(response->body)["result"].dump(),
+        R"({"content":[{"type":"text","text":"Error: The main thread no longer accepts work"}],"isError":true})");
     client.reset();
     fServer.Stop();
 }

@@ -52,7 +52,9 @@ inline TModernCall Modern(const std::string& aMethod, TJSON aParams = TJSON::obj
     return call;
 }
 
-inline TJSON ParseBody(const TMCPHttpResponse& aResponse) { return TJSON::parse(aResponse.Body); }
+inline TJSON ParseBody(const TMCPHttpResponse& aResponse) {
+    return TJSON::parse(aResponse.Body);
+}
 
 inline TJSON TextResult(const std::string& aText) {
     return {{"content", TJSON::array({{{"type", "text"}, {"text", aText}}})}};
