@@ -1,0 +1,194 @@
+// TORXMCPServer: exposes one drawing document to AI agents over the Model Context Protocol, in the
+// stateless form of its streamable HTTP transport (one POST per message, one JSON answer, no sessions, no
+// event streams). The server is configured while stopped; Start binds the socket and serves requests on
+// per-connection threads. Tool bodies run on the host's main thread through an IMainThreadRunner.
+//
+// [SECTION] Protocol versions and provider kinds
+// [SECTION] Document hooks
+// [SECTION] TORXMCPServer
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <shared_mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orvex/agent/mcp_http_pipeline.h"
+#include "orvex/agent/mcp_tools.h"
+#include "orvex/io/json.h"
+
+namespace Orvex {
+
+class IMainThreadRunner;
+class TMCPHttpListener;
+
+// [SECTION] Protocol versions and provider kinds
+
+// Newest first. The first is the modern, stateless protocol; the others are initialize-based.
+inline constexpr std::array<std::string_view, 5> MCP_SUPPORTED_VERSIONS{
+    "2026-07-28", "2025-11-25", "2025-06-18", "2025-03-26", "2024-11-05"};
+inline constexpr std::string_view kMCPModernVersion = MCP_SUPPORTED_VERSIONS[0];
+
+enum class TMCPAIProvider : std::uint8_t { aiAnthropic, aiOpenAI, aiGemini, aiOpenRouter };
+
+// [SECTION] Document hooks
+
+// What the server asks of the document, so that the protocol layer needs nothing but a forward
+// declaration. Both run on the main thread after a tool that changes the drawing; an unset hook is skipped.
+// EndUpdate must tolerate being called with no update open: it closes a bracket an agent left open.
+struct TMCPDocumentHooks {
+    std::function<void(TORXBaseLabel&)> EndUpdate;
+    std::function<void(TORXBaseLabel&)> Refresh;
+};
+
+// [SECTION] TORXMCPServer
+
+class TORXMCPServer;
+using TMCPLogEvent = std::function<void(TORXMCPServer& aSender, const std::string& aMessage)>;
+
+class TORXMCPServer {
+  public:
+    TORXMCPServer();
+    ~TORXMCPServer();
+    TORXMCPServer(const TORXMCPServer&) = delete;
+    TORXMCPServer& operator=(const TORXMCPServer&) = delete;
+
+    // Start throws std::runtime_error when the address is not loopback and no token is set, and when the
+    // address cannot be bound; nothing is started then. Both are no-ops in the state they lead to.
+    void Start();
+    void Stop();
+    bool Active() const { return fActive; }
+    void SetActive(bool aValue);
+    std::uint16_t BoundPort() const;  // the port listened on (Port, or the one chosen for Port 0)
+
+    // Published properties. Change them while stopped; connection threads read them without locks.
+    std::uint16_t Port() const { return fPort; }
+    void SetPort(std::uint16_t aValue) { fPort = aValue; }
+    TORXBaseLabel* DrawLabel() const { return fLabel.load(); }
+    void SetLabel(TORXBaseLabel* aLabel) { fLabel.store(aLabel); }  // not owned
+    // The document calls this when it is destroyed; the server forgets it if it was bound to it.
+    void Notification(const TORXBaseLabel* aDestroyed);
+    const std::string& ServerName() const { return fServerName; }
+    void SetServerName(std::string aValue) { fServerName = std::move(aValue); }
+    const std::string& ServerVersion() const { return fServerVersion; }
+    void SetServerVersion(std::string aValue) { fServerVersion = std::move(aValue); }
+    const std::string& BindAddress() const { return fBindAddress; }
+    void SetBindAddress(std::string aValue) { fBindAddress = std::move(aValue); }
+    const std::string& AllowedOrigins() const { return fAllowedOrigins; }  // extra origins, ";"-separated
+    void SetAllowedOrigins(std::string aValue) { fAllowedOrigins = std::move(aValue); }
+    bool LogPayloads() const { return fLogPayloads; }
+    void SetLogPayloads(bool aValue) { fLogPayloads = aValue; }
+    const std::string& EndpointPath() const { return fEndpointPath; }  // empty: every path
+    void SetEndpointPath(std::string aValue) { fEndpointPath = std::move(aValue); }
+    std::int32_t MaxRequestBytes() const { return fMaxRequestBytes; }  // 0 or less: no limit
+    void SetMaxRequestBytes(std::int32_t aValue) { fMaxRequestBytes = aValue; }
+    std::int64_t MaxAIImageBytes() const { return fMaxAIImageBytes; }
+    void SetMaxAIImageBytes(std::int64_t aValue) { fMaxAIImageBytes = aValue; }
+    std::int32_t ToolListCacheTTL() const { return fToolListCacheTTL; }  // milliseconds
+    void SetToolListCacheTTL(std::int32_t aValue) { fToolListCacheTTL = aValue; }
+    const std::string& Instructions() const { return fInstructions; }
+    void SetInstructions(std::string aValue) { fInstructions = std::move(aValue); }
+    void SetOnLog(TMCPLogEvent aValue);  // called from connection threads: the sink must be thread-safe
+    TMCPAIProvider AIProvider() const { return fAIProvider; }
+    void SetAIProvider(TMCPAIProvider aValue) { fAIProvider = aValue; }
+    const std::string& AIModel() const { return fAIModel; }
+    void SetAIModel(std::string aValue) { fAIModel = std::move(aValue); }
+    std::int32_t AIMaxTokens() const { return fAIMaxTokens; }
+    void SetAIMaxTokens(std::int32_t aValue) { fAIMaxTokens = aValue; }
+
+    // Secrets: settable from code, never streamed and never logged.
+    const std::string& AuthToken() const { return fAuthToken; }
+    void SetAuthToken(std::string aValue) { fAuthToken = std::move(aValue); }
+    const std::string& AIApiKey() const { return fAIApiKey; }
+    void SetAIApiKey(std::string aValue) { fAIApiKey = std::move(aValue); }
+
+    // Where tools run. Without a runner they run on the connection thread, one at a time.
+    void SetMainThreadRunner(IMainThreadRunner* aRunner) { fRunner = aRunner; }  // not owned
+    void SetDocumentHooks(TMCPDocumentHooks aHooks) { fHooks = std::move(aHooks); }
+
+    std::string SessionId() const;
+    std::string ProtocolVersion() const;  // the version the last initialize agreed
+    bool Initialized() const { return fInitialized; }
+    static std::string GenerateSessionId();  // a new GUID, braced
+
+    void Log(const std::string& aMessage);
+
+    // The HTTP request pipeline, free of sockets.
+    TMCPHttpResponse DoCommandGet(const TMCPHttpRequest& aRequest);
+
+    bool IsOriginAllowed(std::string_view aOrigin) const;
+    bool IsAuthorized(std::string_view aAuthorization) const;  // the token is compared in constant time
+    static bool IsProtocolVersionValid(std::string_view aVersion);
+    static std::string GetRequestProtocolVersion(const TJSON& aRequest);
+    static bool IsModernRequest(const TJSON& aRequest, std::string_view aHeaderVersion);
+    // Plain values pass through; "=?base64?...?=" is decoded. False when that Base64 or UTF-8 is invalid.
+    static bool DecodeMCPHeaderValue(std::string_view aValue, std::string& aDecoded);
+    static bool ValidateModernRequest(const TJSON& aRequest, std::string_view aHeaderVersion,
+                                      std::string_view aHeaderMethod, std::string_view aHeaderName,
+                                      std::string_view aAccept, TJSON& aError);
+
+    // The JSON-RPC layer. ProcessJsonRpc returns nullopt for a notification.
+    std::optional<TJSON> ProcessJsonRpc(const TJSON& aRequest, bool aModern);
+    TJSON HandleServerDiscover(const TJSON& aId) const;
+    TJSON HandleInitialize(const TJSON& aId, const TJSON* aParams);
+    static TJSON HandlePing(const TJSON& aId);
+    TJSON HandleToolsList(const TJSON& aId) const;
+    TJSON HandleToolsCall(const TJSON& aId, const TJSON* aParams);
+    static TJSON HandleEmptyList(const TJSON& aId, std::string_view aKey);
+    void DecorateModernResult(std::string_view aMethod, TJSON& aResponse) const;
+
+    // Tools, in registration order. RegisterTool keeps duplicates; lookups find the first.
+    void RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema, TMCPToolCall aHandler);
+    void RegisterDefaultTools();  // calls the procedure set by MCPSetDefaultToolsRegistration, if any
+    std::size_t ToolCount() const;
+    std::vector<TMCPToolDef> Tools() const;  // a snapshot
+    std::string EffectiveInstructions() const;
+    TJSON BuildAIToolDefinitions();  // [{name, description, input_schema}], the provider-neutral shape
+
+  private:
+    void HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
+                    std::string_view aMethodHeader, std::string_view aNameHeader, std::string_view aAccept,
+                    TMCPHttpResponse& aResponse);
+    std::uint16_t OriginPort() const;
+
+    std::unique_ptr<TMCPHttpListener> fHTTPServer;
+    std::atomic<TORXBaseLabel*> fLabel{nullptr};
+    std::uint16_t fPort = 3001;
+    std::atomic<bool> fActive{false};
+    std::string fServerName = "Orvex-mcp";
+    std::string fServerVersion = "1.0.0";
+    std::vector<TMCPToolDef> fTools;
+    std::string fSessionId;
+    std::string fProtocolVersion = "2025-11-25";
+    std::string fInstructions;
+    std::atomic<bool> fInitialized{false};
+    TMCPLogEvent fOnLog;
+    std::string fBindAddress = "127.0.0.1";
+    std::string fAllowedOrigins;
+    std::string fAuthToken;
+    bool fLogPayloads = false;
+    std::string fEndpointPath = "/mcp";
+    std::int32_t fMaxRequestBytes = 8388608;
+    std::int64_t fMaxAIImageBytes = 20971520;
+    std::int32_t fToolListCacheTTL = 300000;
+    TMCPAIProvider fAIProvider = TMCPAIProvider::aiAnthropic;
+    std::string fAIApiKey;
+    std::string fAIModel = "claude-sonnet-4-20250514";
+    std::int32_t fAIMaxTokens = 4096;
+
+    IMainThreadRunner* fRunner = nullptr;
+    TMCPDocumentHooks fHooks;
+    std::mutex fInlineMutex;                // serialises tools when no runner is set
+    mutable std::shared_mutex fToolsMutex;  // fTools
+    mutable std::mutex fStateMutex;         // fSessionId, fProtocolVersion
+    mutable std::mutex fLogMutex;           // fOnLog
+};
+
+}  // namespace Orvex

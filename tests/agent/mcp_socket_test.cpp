@@ -1,0 +1,255 @@
+// The server through real loopback sockets: the adapter, the body limit, keep-alive and concurrent calls.
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "orvex/agent/main_thread.h"
+#include "orvex/agent/mcp_server.h"
+#include "tests/agent/mcp_test_support.h"
+
+using namespace Orvex;
+using namespace Orvex::Testing;
+using namespace std::chrono_literals;
+
+namespace {
+
+std::unique_ptr<httplib::Client> Connect(const TORXMCPServer& aServer) {
+    auto client = std::make_unique<httplib::Client>("127.0.0.1", aServer.BoundPort());
+    client->set_connection_timeout(2);
+    client->set_read_timeout(10);
+    client->set_write_timeout(10);
+    client->set_keep_alive(true);
+    client->set_tcp_nodelay(true);
+    return client;
+}
+
+class MCPSocket : public ::testing::Test {
+  protected:
+    MCPSocket() {
+        fServer.SetPort(0);
+        fServer.SetLabel(FakeLabel());
+        fServer.SetOnLog([this](TORXMCPServer&, const std::string& aLine) {
+            std::lock_guard lock(fLogMutex);
+            fLog.push_back(aLine);
+        });
+        fServer.RegisterTool("add_count", "Counts", nullptr, [this](TORXBaseLabel&, const TJSON&) {
+            // Serialised calls never overlap; an overlap would show as a second caller inside.
+            if (fInside.exchange(true)) throw std::logic_error("two calls at once");
+            const int value = ++fCount;
+            fInside = false;
+            return TextResult(std::to_string(value));
+        });
+    }
+
+    // The log sink writes into members that die before the server, so stop while they live.
+    ~MCPSocket() override { fServer.Stop(); }
+
+    std::string CallBody(int aId) const { return Rpc("tools/call", {{"name", "add_count"}}, aId).dump(); }
+
+    TORXMCPServer fServer;
+    std::atomic<int> fCount{0};
+    std::atomic<bool> fInside{false};
+    std::mutex fLogMutex;
+    std::vector<std::string> fLog;
+};
+
+TEST_F(MCPSocket, EveryMethodReachesThePipeline) {
+    fServer.Start();
+    auto client = Connect(fServer);
+    const auto list = client->Post("/mcp", Rpc("tools/list").dump(), "application/json");
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->status, 200);
+    EXPECT_EQ(list->get_header_value("Content-Type"), "application/json");
+    EXPECT_EQ(list->get_header_value("Access-Control-Allow-Methods"), "POST, OPTIONS");
+    EXPECT_EQ(TJSON::parse(list->body)["result"]["tools"][0]["name"], "add_count");
+
+    const auto get = client->Get("/mcp");
+    ASSERT_TRUE(get);
+    EXPECT_EQ(get->status, 405);
+    EXPECT_EQ(get->body, R"({"error":"Method not allowed"})");
+    const auto put = client->Put("/mcp", "{}", "application/json");
+    ASSERT_TRUE(put);
+    EXPECT_EQ(put->body, R"({"error":"Method not allowed"})");
+    const auto del = client->Delete("/mcp");
+    ASSERT_TRUE(del);
+    EXPECT_EQ(del->body, R"({"error":"This server does not use transport sessions"})");
+    const auto options = client->Options("/mcp");
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->status, 204);
+    const auto wrongPath = client->Post("/other", "{}", "application/json");
+    ASSERT_TRUE(wrongPath);
+    EXPECT_EQ(wrongPath->status, 404);
+    const auto notification =
+        client->Post("/mcp", R"({"jsonrpc":"2.0","method":"notifications/initialized"})", "application/json");
+    ASSERT_TRUE(notification);
+    EXPECT_EQ(notification->status, 202);
+    EXPECT_EQ(notification->body, "");
+}
+
+TEST_F(MCPSocket, BodyLimitHoldsWithAndWithoutDeclaredLength) {
+    const std::string body = CallBody(1);
+    fServer.SetMaxRequestBytes(static_cast<std::int32_t>(body.size()));
+    fServer.Start();
+    auto client = Connect(fServer);
+
+    const auto exact = client->Post("/mcp", body, "application/json");
+    ASSERT_TRUE(exact);
+    EXPECT_EQ(exact->status, 200);
+    const auto oneMore = client->Post("/mcp", body + " ", "application/json");
+    ASSERT_TRUE(oneMore);
+    EXPECT_EQ(oneMore->status, 413);
+    EXPECT_EQ(oneMore->body, R"({"error":"Request body too large"})");
+    // Far beyond the limit: refused on the declared length, and the connection stays usable.
+    const auto huge = client->Post("/mcp", body + std::string(1 << 20, ' '), "application/json");
+    ASSERT_TRUE(huge);
+    EXPECT_EQ(huge->status, 413);
+
+    // Without a declared length (chunked), reading stops keeping bytes at the limit.
+    const auto chunked = [&](const std::string& aText) {
+        return client->Post(
+            "/mcp",
+            [aText](size_t aOffset, httplib::DataSink& aSink) {
+                if (aOffset < aText.size()) {
+                    aSink.write(aText.data() + aOffset, std::min<size_t>(7, aText.size() - aOffset));
+                } else {
+                    aSink.done();
+                }
+                return true;
+            },
+            "application/json");
+    };
+    const auto chunkedTooLarge = chunked(body + std::string(4096, ' '));
+    ASSERT_TRUE(chunkedTooLarge);
+    EXPECT_EQ(chunkedTooLarge->status, 413);
+    const auto chunkedFits = chunked(body);
+    ASSERT_TRUE(chunkedFits);
+    EXPECT_EQ(chunkedFits->status, 200);
+
+    const auto after = client->Post("/mcp", body, "application/json");
+    ASSERT_TRUE(after);
+    EXPECT_EQ(after->status, 200);
+    EXPECT_EQ(fCount, 3);
+}
+
+TEST_F(MCPSocket, StartRefusesAnExposedAddressWithoutToken) {
+    fServer.SetBindAddress("0.0.0.0");
+    fServer.SetAuthToken("  ");
+    try {
+        fServer.Start();
+        FAIL() << "started without a token";
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ(e.what(), "AuthToken is required when the MCP server is not bound to localhost");
+    }
+    EXPECT_FALSE(fServer.Active());
+    EXPECT_TRUE(fLog.empty());
+
+    fServer.SetBindAddress("127.0.0.1");
+    fServer.SetActive(true);
+    fServer.SetActive(true);
+    const auto port = fServer.BoundPort();
+    EXPECT_NE(port, 0);
+    fServer.SetActive(false);
+    EXPECT_EQ(fLog, (std::vector<std::string>{"MCP server started on port " + std::to_string(port),
+                                              "MCP server stopped"}));
+    EXPECT_FALSE(fServer.Initialized());
+}
+
+TEST_F(MCPSocket, ConcurrentToolCallsRunOnceEachOnTheMainThread) {
+    TMainThreadQueue mainThread;
+    const auto mainId = std::this_thread::get_id();
+    std::atomic<int> offMain{0};
+    fServer.SetMainThreadRunner(&mainThread);
+    fServer.SetDocumentHooks({[&](TORXBaseLabel&) {
+                                  if (std::this_thread::get_id() != mainId) ++offMain;
+                              },
+                              nullptr});
+    fServer.Start();
+
+    constexpr int kClients = 8;
+    constexpr int kCalls = 200;
+    std::atomic<int> finished{0};
+    std::atomic<int> malformed{0};
+    std::mutex valuesMutex;
+    std::set<int> values;
+    std::vector<std::thread> clients;
+    for (int c = 0; c < kClients; ++c) {
+        clients.emplace_back([&, c] {
+            auto client = Connect(fServer);
+            for (int i = 0; i < kCalls; ++i) {
+                const int id = c * kCalls + i;
+                const auto response = client->Post("/mcp", CallBody(id), "application/json");
+                const auto json = response && response->status == 200
+                                      ? TJSON::parse(response->body, nullptr, false)
+                                      : TJSON(TJSON::value_t::discarded);
+                if (json.is_discarded() || json.value("id", -1) != id || json["result"].contains("isError")) {
+                    ++malformed;
+                    continue;
+                }
+                std::lock_guard lock(valuesMutex);
+                values.insert(std::stoi(json["result"]["content"][0]["text"].get<std::string>()));
+            }
+            ++finished;
+        });
+    }
+    const auto deadline = std::chrono::steady_clock::now() + 120s;
+    while (finished < kClients && std::chrono::steady_clock::now() < deadline) mainThread.PumpOne(10ms);
+    for (auto& client : clients) client.join();
+    fServer.Stop();
+
+    EXPECT_EQ(malformed, 0);
+    EXPECT_EQ(fCount, kClients * kCalls);
+    EXPECT_EQ(values.size(), static_cast<size_t>(kClients * kCalls));
+    EXPECT_EQ(*values.begin(), 1);
+    EXPECT_EQ(*values.rbegin(), kClients * kCalls);
+    EXPECT_EQ(offMain, 0);
+}
+
+TEST_F(MCPSocket, StopFromTheMainThreadServesAWaitingCall) {
+    TMainThreadQueue mainThread;
+    fServer.SetMainThreadRunner(&mainThread);
+    fServer.Start();
+    std::atomic<int> status{0};
+    std::thread caller([&] {
+        auto client = Connect(fServer);
+        const auto response = client->Post("/mcp", CallBody(1), "application/json");
+        status = response ? response->status : -1;
+    });
+    const auto received = [&] {
+        std::lock_guard lock(fLogMutex);
+        return fLog.size() >= 2;  // started, request received
+    };
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (!received() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(1ms);
+    std::this_thread::sleep_for(20ms);
+    // The call now waits for the main thread; Stop keeps serving it instead of deadlocking.
+    fServer.Stop();
+    caller.join();
+    EXPECT_EQ(status, 200);
+    EXPECT_EQ(fCount, 1);
+}
+
+TEST_F(MCPSocket, StoppedQueueTurnsCallsIntoToolErrors) {
+    TMainThreadQueue mainThread;
+    mainThread.Stop();
+    fServer.SetMainThreadRunner(&mainThread);
+    fServer.Start();
+    auto client = Connect(fServer);
+    const auto response = client->Post("/mcp", CallBody(1), "application/json");
+    ASSERT_TRUE(response);
+    EXPECT_EQ(
+        TJSON::parse(response->body)["result"].dump(),
+        R"({"content":[{"type":"text","text":"Error: The main thread no longer accepts work"}],"isError":true})");
+    client.reset();
+    fServer.Stop();
+}
+
+}  // namespace
