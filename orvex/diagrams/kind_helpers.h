@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_model.h"
 #include "orvex/diagrams/diagram_text.h"
 
 namespace Orvex {
@@ -65,6 +66,24 @@ inline std::string JoinLines(const std::vector<std::string>& parts) {
         out += part;
     }
     return out;
+}
+
+// A state-diagram transition. "[*]" is the start pseudo-state as a source and the end pseudo-state as a
+// target, so one diagram's start and end each become a single node.
+inline void AddStateTransition(TORXDiagramModel& aModel, std::string from, std::string to, const std::string& caption) {
+    if (from == "[*]") {
+        from = "__start__";
+        aModel.AddNode(from, "", TQVLFlowType::ftStart, true);
+    } else {
+        aModel.AddNode(from, "", TQVLFlowType::ftProcess, false);
+    }
+    if (to == "[*]") {
+        to = "__end__";
+        aModel.AddNode(to, "", TQVLFlowType::ftEnd, true);
+    } else {
+        aModel.AddNode(to, "", TQVLFlowType::ftProcess, false);
+    }
+    aModel.AddEdge(from, to, caption, false, TQVLDiagEdgeArrow::eaArrow);
 }
 
 }  // namespace Orvex

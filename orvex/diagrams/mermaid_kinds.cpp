@@ -88,22 +88,7 @@ void TORXMermaidParser::ParseState(const TLines& aLines, TORXDiagramModel& aMode
         } else if (kState.Match(t, m)) {
             aModel.AddNode(m.Group(2), QVLCleanCaption(m.Group(1)), TQVLFlowType::ftProcess, m.Matched(1));
         } else if (kTransition.Match(t, m)) {
-            // "[*]" is the start pseudo-state as a source and the end pseudo-state as a target.
-            std::string from = Str(m.Group(1));
-            std::string to = Str(m.Group(2));
-            if (from == "[*]") {
-                from = "__start__";
-                aModel.AddNode(from, "", TQVLFlowType::ftStart, true);
-            } else {
-                aModel.AddNode(from, "", TQVLFlowType::ftProcess, false);
-            }
-            if (to == "[*]") {
-                to = "__end__";
-                aModel.AddNode(to, "", TQVLFlowType::ftEnd, true);
-            } else {
-                aModel.AddNode(to, "", TQVLFlowType::ftProcess, false);
-            }
-            aModel.AddEdge(from, to, QVLCleanCaption(m.Group(3)), false, kArrow);
+            AddStateTransition(aModel, Str(m.Group(1)), Str(m.Group(2)), QVLCleanCaption(m.Group(3)));
         } else if (kDescription.Match(t, m)) {
             aModel.AddNode(m.Group(1), QVLCleanCaption(m.Group(2)), TQVLFlowType::ftProcess, false);
         }

@@ -232,21 +232,7 @@ void TORXPlantUMLParser::ParseState(const TLines& aLines, TORXDiagramModel& aMod
             const std::string id = m.Matched(2) ? Str(m.Group(2)) : name;
             aModel.AddNode(id, name == id ? "" : name, TQVLFlowType::ftProcess, name != id);
         } else if (kTransition.Match(t, m)) {
-            std::string from = Str(m.Group(1));
-            std::string to = Str(m.Group(2));
-            if (from == "[*]") {
-                from = "__start__";
-                aModel.AddNode(from, "", TQVLFlowType::ftStart, true);
-            } else {
-                aModel.AddNode(from, "", TQVLFlowType::ftProcess, false);
-            }
-            if (to == "[*]") {
-                to = "__end__";
-                aModel.AddNode(to, "", TQVLFlowType::ftEnd, true);
-            } else {
-                aModel.AddNode(to, "", TQVLFlowType::ftProcess, false);
-            }
-            aModel.AddEdge(from, to, QVLCleanCaption(m.Group(3)), false, kArrow);
+            AddStateTransition(aModel, Str(m.Group(1)), Str(m.Group(2)), QVLCleanCaption(m.Group(3)));
         } else if (kDescription.Match(t, m)) {
             aModel.AddNode(m.Group(1), QVLCleanCaption(m.Group(2)), TQVLFlowType::ftProcess, false);
         }
