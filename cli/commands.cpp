@@ -11,6 +11,10 @@ int TCommandRegistry::Run(const CLI::App& app) const {
     return kExitUsage;
 }
 
-void RegisterCommands(CLI::App& app, TCommandRegistry& commands) { RegisterReference(app, commands); }
+void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
+    RegisterReference(app, commands);
+    RegisterConvert(app, commands);
+    RegisterInfo(app, commands);
+}
 
 }  // namespace OrvexCli

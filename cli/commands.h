@@ -29,5 +29,7 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands);
 
 // One per subcommand, in its own file.
 void RegisterReference(CLI::App& app, TCommandRegistry& commands);
+void RegisterConvert(CLI::App& app, TCommandRegistry& commands);
+void RegisterInfo(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli
