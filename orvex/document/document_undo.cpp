@@ -2,6 +2,7 @@
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
 
 namespace Orvex {
 
@@ -39,7 +40,7 @@ void TORXBaseLabel::RebindCommands(TORXBaseItem* item, bool undoStack) {
 
 TORXBaseItem* TORXBaseLabel::RecreateItem(const TJSON& obj, std::int32_t index) {
     if (!obj.is_object()) return nullptr;
-    const auto type = static_cast<TQVLItemType>(obj.value("Type", 0));
+    const auto type = static_cast<TQVLItemType>(TJSONUtils::GetInt(obj, "Type") & 0xFF);
     // The id comes from the stored form, so none is drawn; the creation is still recorded.
     const bool reading = HasState(TOrvexState::lsReading);
     AddState(TOrvexState::lsReading);
@@ -49,8 +50,8 @@ TORXBaseItem* TORXBaseLabel::RecreateItem(const TJSON& obj, std::int32_t index) 
     const TORXCmd* created = TopCommand();
     const bool recording = fOptions.Contains(TOrvexOption::loUndoRedo);
     fOptions.Exclude(TOrvexOption::loUndoRedo);
-    item->ReadJson(obj.value("Version", kDrawingVersion), obj);
-    item->CalcValues(2);
+    // Exactly the stored state: no recalculation, which could normalise what the later commands expect.
+    item->ReadJson(kDrawingVersion, obj);
     if (recording) fOptions.Include(TOrvexOption::loUndoRedo);
     // The creation command was recorded before the id was read.
     if (created != nullptr && created->Item() == item) const_cast<TORXCmd*>(created)->Rebind(item);

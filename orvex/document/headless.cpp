@@ -42,6 +42,12 @@ void TORXHeadlessBox::ReadJson(std::int32_t version, const TJSON& obj) {
     if (obj.is_object()) fKindKeys = KindKeys(obj, TORX2DItem::WriteJson());
 }
 
+void TORXHeadlessBox::UpdateBounds() {
+    if (fPoints.size() < 2) return;
+    fBoundsRect = TQVLRect(fPoints[0].X, fPoints[0].Y, fPoints[1].X, fPoints[1].Y);
+    fBoundsRect.NormalizeRect();
+}
+
 bool IsBoxKind(TQVLItemType type) {
     switch (type) {
         case TQVLItemType::itRectangle:

@@ -30,6 +30,7 @@ public:
     void Print(TORXBaseDraw& surface) override { (void)surface; }
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
+    void UpdateBounds() override;  // texts too: without text metrics the box is their extent
 
 private:
     std::string fKindKeys = "{}";

@@ -217,8 +217,7 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
         if (type < 0 || type > 255) continue;
         TORXBaseItem* item = CreateItem(static_cast<TQVLItemType>(type));
         if (item == nullptr) continue;  // a kind this family does not know
-        item->ReadJson(version, element);
-        ChangeState(TOrvexState::lsCalc, item);
+        item->ReadJson(version, element);  // kinds with derived values queue their own recalculation
     }
     EndRead(true);
 }
