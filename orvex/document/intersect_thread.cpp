@@ -1,6 +1,7 @@
 #include "orvex/document/intersect_thread.h"
 
 #include "orvex/document/document.h"
+#include "orvex/document/point_items.h"
 
 namespace Orvex {
 
@@ -47,9 +48,7 @@ TIntersectShape Outline(const TORXBaseItem& item) {
     TIntersectShape shape{item.InID(), item.BoundsRect(), {}};
     const auto& pts = item.Points();
     const auto seg = [&](TQVLPto64 a, TQVLPto64 b) { shape.Segments.push_back({a, b}); };
-    const bool box = pts.size() == 2 && item.ItemType() != TQVLItemType::itLine &&
-                     item.ItemType() != TQVLItemType::itArc;
-    if (box) {  // a box item's outline is its rectangle
+    if (dynamic_cast<const TORX2DItem*>(&item) != nullptr) {  // a box item's outline is its rectangle
         const TQVLRect& r = item.BoundsRect();
         seg({r.Left, r.Top}, {r.Right, r.Top});
         seg({r.Right, r.Top}, {r.Right, r.Bottom});
