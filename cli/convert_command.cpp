@@ -1,6 +1,6 @@
 // `orvex convert IN.json -o OUT.json`: reads a drawing and writes it back, indented.
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <memory>

@@ -1,6 +1,6 @@
 // `orvex info FILE.json`: a summary of a drawing for people: mode, units, layers, items by kind, bounds.
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <memory>
@@ -28,7 +28,8 @@ int Info(const std::string& fileName) {
     fmt::print("layers: {}\n", s.Layers);
     fmt::print("items:  {}\n", s.Items);
     for (const auto& [kind, count] : s.ItemsByKind) fmt::print("  {:<12} {}\n", kind, count);
-    if (s.Items == 0) fmt::print("bounds: none\n");
+    if (s.Items == 0)
+        fmt::print("bounds: none\n");
     else
         fmt::print("bounds: {:g}, {:g} to {:g}, {:g} {}\n", inUnit(s.Bounds.Left), inUnit(s.Bounds.Top),
                    inUnit(s.Bounds.Right), inUnit(s.Bounds.Bottom), Orvex::SymUnit(s.Units, false));

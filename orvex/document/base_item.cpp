@@ -2,8 +2,8 @@
 // bounds, moves and quarter turns. The JSON form lives in orvex/io/item_json.cpp.
 #include "orvex/document/base_item.h"
 
-#include <algorithm>
 #include <fmt/format.h>
+#include <algorithm>
 
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
@@ -16,7 +16,8 @@ namespace Orvex {
 
 TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, bool preview)
     : fItemType(type), fOwner(owner) {
-    if (!owner->HasState(TOrvexState::lsReading) && !owner->HasState(TOrvexState::lsPaste)) fInID = owner->NextID();
+    if (!owner->HasState(TOrvexState::lsReading) && !owner->HasState(TOrvexState::lsPaste))
+        fInID = owner->NextID();
     SetName();
     fFromPreview = preview;
     owner->AdoptItem(this, preview);
@@ -31,7 +32,9 @@ TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, TORXLayer* l
     fLayer = layer;
 }
 
-void TORXBaseItem::SetName() { fID = fmt::format("{}{:03d}", NameItem(fItemType), fInID); }
+void TORXBaseItem::SetName() {
+    fID = fmt::format("{}{:03d}", NameItem(fItemType), fInID);
+}
 
 // [SECTION] Common properties
 
@@ -63,9 +66,13 @@ void TORXBaseItem::SetPenWidth(std::int32_t width) {
     fOwner->ChangeState(TOrvexState::lsUpdate, this);
 }
 
-float TORXBaseItem::GetPenWidthMM() const { return GetBaseValue(fPenWidth); }
+float TORXBaseItem::GetPenWidthMM() const {
+    return GetBaseValue(fPenWidth);
+}
 
-void TORXBaseItem::SetPenWidthMM(float mm) { SetPenWidth(static_cast<std::int32_t>(SetBaseValue(mm))); }
+void TORXBaseItem::SetPenWidthMM(float mm) {
+    SetPenWidth(static_cast<std::int32_t>(SetBaseValue(mm)));
+}
 
 void TORXBaseItem::SetLayer(TORXLayer* layer) {
     if (layer == fLayer || layer == nullptr) return;
@@ -88,10 +95,18 @@ TQVLPto TORXBaseItem::GetPoint(std::int32_t index) const {
     return fPoints[static_cast<std::size_t>(index - 1)];
 }
 
-std::int64_t TORXBaseItem::GetPointX(std::int32_t index) const { return GetPoint(index).X; }
-std::int64_t TORXBaseItem::GetPointY(std::int32_t index) const { return GetPoint(index).Y; }
-float TORXBaseItem::GetPointMMX(std::int32_t index) const { return GetBaseValue(GetPointX(index)); }
-float TORXBaseItem::GetPointMMY(std::int32_t index) const { return GetBaseValue(GetPointY(index)); }
+std::int64_t TORXBaseItem::GetPointX(std::int32_t index) const {
+    return GetPoint(index).X;
+}
+std::int64_t TORXBaseItem::GetPointY(std::int32_t index) const {
+    return GetPoint(index).Y;
+}
+float TORXBaseItem::GetPointMMX(std::int32_t index) const {
+    return GetBaseValue(GetPointX(index));
+}
+float TORXBaseItem::GetPointMMY(std::int32_t index) const {
+    return GetBaseValue(GetPointY(index));
+}
 
 void TORXBaseItem::SetPoint(std::int32_t index, const TQVLPto& p) {
     if (index < 1 || index > static_cast<std::int32_t>(fPoints.size())) return;
@@ -123,7 +138,9 @@ void TORXBaseItem::SetPointY(std::int32_t index, std::int64_t y) {
     PointsChanged();
 }
 
-void TORXBaseItem::SetBase(std::int32_t index, std::int64_t x, std::int64_t y) { SetPoint(index, TQVLPto{x, y}); }
+void TORXBaseItem::SetBase(std::int32_t index, std::int64_t x, std::int64_t y) {
+    SetPoint(index, TQVLPto{x, y});
+}
 
 void TORXBaseItem::DeletePoint(std::int32_t index) {
     if (index < 1 || index > static_cast<std::int32_t>(fPoints.size())) return;
@@ -138,7 +155,8 @@ void TORXBaseItem::AssignPoints(const TQVLPto* points, std::int32_t count) {
 
 void TORXBaseItem::InsertPoint(std::int64_t x, std::int64_t y, std::int32_t index) {
     TQVLPtoA points = fPoints;
-    const auto at = static_cast<std::size_t>(std::clamp<std::int32_t>(index - 1, 0, static_cast<std::int32_t>(points.size())));
+    const auto at = static_cast<std::size_t>(
+        std::clamp<std::int32_t>(index - 1, 0, static_cast<std::int32_t>(points.size())));
     points.insert(points.begin() + static_cast<std::ptrdiff_t>(at), TQVLPto{x, y});
     SetPointsProp(points, kPropPoints);
 }
@@ -170,8 +188,8 @@ std::int64_t TORXBaseItem::GetRefY(std::int32_t index) const {
 
 namespace {
 bool IsThinKind(TQVLItemType type) {
-    return type == TQVLItemType::itLine || type == TQVLItemType::itArrowLine || type == TQVLItemType::itLink ||
-           type == TQVLItemType::itDim;
+    return type == TQVLItemType::itLine || type == TQVLItemType::itArrowLine ||
+           type == TQVLItemType::itLink || type == TQVLItemType::itDim;
 }
 }  // namespace
 
@@ -188,12 +206,14 @@ bool TORXBaseItem::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, 
 
 bool TORXBaseItem::SearchRect(const TQVLRect& rect, bool partial) const {
     const auto& b = fBoundsRect;
-    if (!partial) return rect.Left <= b.Left && rect.Top <= b.Top && b.Right <= rect.Right && b.Bottom <= rect.Bottom;
+    if (!partial)
+        return rect.Left <= b.Left && rect.Top <= b.Top && b.Right <= rect.Right && b.Bottom <= rect.Bottom;
     // A line along an axis has no area but still crosses the rectangle, so edges count here.
     return b.Left <= rect.Right && rect.Left <= b.Right && b.Top <= rect.Bottom && rect.Top <= b.Bottom;
 }
 
-bool TORXBaseItem::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBaseItem::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                              TQVLRef& ref) {
     const auto near = [&](std::int64_t px, std::int64_t py, std::int32_t index) {
         if (Distance(x, y, px, py) > tolerance) return false;
         ref = TQVLRef{this, index, px, py};
@@ -208,19 +228,22 @@ bool TORXBaseItem::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t toler
             return false;
         case TQVLSnap::snMidPoint:
             for (std::int32_t i = 1; i < count; ++i)
-                if (near((GetPointX(i) + GetPointX(i + 1)) / 2, (GetPointY(i) + GetPointY(i + 1)) / 2, i)) return true;
+                if (near((GetPointX(i) + GetPointX(i + 1)) / 2, (GetPointY(i) + GetPointY(i + 1)) / 2, i))
+                    return true;
             return false;
         case TQVLSnap::snCenter: {
             const TQVLPto64 c = CenterPoint();
             return near(c.X, c.Y, 0);
         }
         case TQVLSnap::snNone:
-        case TQVLSnap::snIntersection: return false;
+        case TQVLSnap::snIntersection:
+            return false;
     }
     return false;
 }
 
-void TORXBaseItem::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+void TORXBaseItem::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                            std::int64_t& maxY) const {
     const std::int64_t half = fPenWidth / 2;
     const auto lower = [](std::int64_t& extent, std::int64_t v) {
         if (extent == -1 || v < extent) extent = v;
@@ -288,8 +311,10 @@ TQVLPtoA Turn(const TQVLPtoA& points, const TQVLRect& bounds, TTurn turn) {
         const std::int64_t dx = p.X - cx;
         const std::int64_t dy = p.Y - cy;
         // y grows downwards, so (dx, dy) -> (-dy, dx) turns clockwise on screen.
-        if (turn == TTurn::kRight) p = TQVLPto{cx - dy, cy + dx};
-        else p = TQVLPto{cx + dy, cy - dx};
+        if (turn == TTurn::kRight)
+            p = TQVLPto{cx - dy, cy + dx};
+        else
+            p = TQVLPto{cx + dy, cy - dx};
     }
     return out;
 }
@@ -324,8 +349,8 @@ void TORXBaseItem::BoundsMove(float& dx, float& dy) const {
     if (by != oy) dy = GetValue(by, units);
 }
 
-void TORXBaseItem::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, TQVLMoveOpt option,
-                            bool flag) {
+void TORXBaseItem::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                            TQVLMoveOpt option, bool flag) {
     (void)flag;
     std::int64_t dx = x2 - x1;
     std::int64_t dy = y2 - y1;
@@ -338,9 +363,10 @@ void TORXBaseItem::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, s
             break;
         case TQVLMoveOpt::moPoint: {  // the point nearest to where the drag began
             if (points.empty()) return;
-            const auto nearest = std::min_element(points.begin(), points.end(), [&](const TQVLPto& a, const TQVLPto& b) {
-                return Distance(x1, y1, a.X, a.Y) < Distance(x1, y1, b.X, b.Y);
-            });
+            const auto nearest =
+                std::min_element(points.begin(), points.end(), [&](const TQVLPto& a, const TQVLPto& b) {
+                    return Distance(x1, y1, a.X, a.Y) < Distance(x1, y1, b.X, b.Y);
+                });
             nearest->BaseMove(dx, dy);
             break;
         }
@@ -362,7 +388,9 @@ void TORXBaseItem::Move(float dx, float dy, TQVLMoveOpt option) {
 
 void TORXBaseItem::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
     (void)set;
-    const auto add = [&](const char* name, TJSON value) { array.push_back(TJSON{{"Name", name}, {"Value", std::move(value)}}); };
+    const auto add = [&](const char* name, TJSON value) {
+        array.push_back(TJSON{{"Name", name}, {"Value", std::move(value)}});
+    };
     if (baseSet.Contains(TQVLInsTypeBase::ibID)) add("ID", fID);
     if (baseSet.Contains(TQVLInsTypeBase::ibLayer)) add("Layer", fOwner->LayerIdx(fLayer));
     if (baseSet.Contains(TQVLInsTypeBase::ibColor)) add("Color", AlphaColorToHex(fColor));
@@ -394,23 +422,36 @@ bool TORXBaseItem::GetBoolProp(std::uint16_t property) const {
     return false;
 }
 
-void TORXBaseItem::SetBoolProp(std::uint16_t property, bool value) { (void)property, (void)value; }
+void TORXBaseItem::SetBoolProp(std::uint16_t property, bool value) {
+    (void)property, (void)value;
+}
 
 std::int64_t TORXBaseItem::GetEnumProp(std::uint16_t property) const {
     switch (property) {
-        case kPropAngle: return static_cast<std::int64_t>(fAngle);
-        case kPropOptions: return static_cast<std::int64_t>(fOptions.LowBits());
-        case kPropLayer: return fOwner->LayerIdx(fLayer);
-        default: return 0;
+        case kPropAngle:
+            return static_cast<std::int64_t>(fAngle);
+        case kPropOptions:
+            return static_cast<std::int64_t>(fOptions.LowBits());
+        case kPropLayer:
+            return fOwner->LayerIdx(fLayer);
+        default:
+            return 0;
     }
 }
 
 void TORXBaseItem::SetEnumProp(std::uint16_t property, std::int64_t value) {
     switch (property) {
-        case kPropAngle: SetAngle(static_cast<TQVLAngle>(value & 3)); break;
-        case kPropOptions: SetOptions(TQVLayerOpts::FromLowBits(static_cast<std::uint64_t>(value))); break;
-        case kPropLayer: SetLayer(fOwner->GetLayer(static_cast<std::int32_t>(value) + 1)); break;
-        default: break;
+        case kPropAngle:
+            SetAngle(static_cast<TQVLAngle>(value & 3));
+            break;
+        case kPropOptions:
+            SetOptions(TQVLayerOpts::FromLowBits(static_cast<std::uint64_t>(value)));
+            break;
+        case kPropLayer:
+            SetLayer(fOwner->GetLayer(static_cast<std::int32_t>(value) + 1));
+            break;
+        default:
+            break;
     }
 }
 
@@ -427,12 +468,15 @@ double TORXBaseItem::GetFloatProp(std::uint16_t property) const {
     return 0.0;
 }
 
-void TORXBaseItem::SetFloatProp(std::uint16_t property, double value) { (void)property, (void)value; }
+void TORXBaseItem::SetFloatProp(std::uint16_t property, double value) {
+    (void)property, (void)value;
+}
 
 // [SECTION] Painting dispatch
 
 void TORXBaseItem::DrawElement(TORXBaseDraw& surface) {
-    if ((surface.fState == TQVLDrawState::dsPreview || surface.fState == TQVLDrawState::dsExport) && GetIsData())
+    if ((surface.fState == TQVLDrawState::dsPreview || surface.fState == TQVLDrawState::dsExport) &&
+        GetIsData())
         DrawPreview(surface);
     else
         Draw(surface);
@@ -441,10 +485,13 @@ void TORXBaseItem::DrawElement(TORXBaseDraw& surface) {
 void TORXBaseItem::DrawPreview(TORXBaseDraw& surface) {
     for (std::int32_t i = 0; i < fOwner->GetPreviewCount(); ++i) {
         TORXBaseItem* copy = fOwner->GetPreviewItem(i);
-        if (copy->InID() == fInID && copy->aRow == surface.aRow && copy->aCol == surface.aCol) copy->Draw(surface);
+        if (copy->InID() == fInID && copy->aRow == surface.aRow && copy->aCol == surface.aCol)
+            copy->Draw(surface);
     }
 }
 
-void TORXBaseItem::PrintElement(TORXBaseDraw& surface) { Print(surface); }
+void TORXBaseItem::PrintElement(TORXBaseDraw& surface) {
+    Print(surface);
+}
 
 }  // namespace Orvex

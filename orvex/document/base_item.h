@@ -100,11 +100,13 @@ public:
     virtual std::int64_t GetRefY(std::int32_t index) const;
     virtual bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const;
     virtual bool SearchRect(const TQVLRect& rect, bool partial) const;
-    virtual bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref);
+    virtual bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                            TQVLRef& ref);
     virtual TJSON WriteJson() const;  // a new object with the common keys; kinds append theirs
     virtual bool GetIsData() const { return false; }
     // Extends the running extents by every point widened by half the pen; -1 marks an extent not yet set.
-    virtual void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const;
+    virtual void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                          std::int64_t& maxY) const;
     virtual void ReadJson(std::int32_t version, const TJSON& obj);
     virtual void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                           float factor, bool flag) const = 0;
@@ -115,15 +117,17 @@ public:
     virtual void RotateLeft();   // a quarter turn counter-clockwise on screen about the bounds' centre
     virtual void RotateRight();  // a quarter turn clockwise on screen
     virtual void FillData(bool flag) { (void)flag; }
-    virtual void BoundsMove(float& dx, float& dy) const;  // in the document's unit; keeps the item at x, y >= 0
+    virtual void BoundsMove(float& dx,
+                            float& dy) const;  // in the document's unit; keeps the item at x, y >= 0
     virtual void CheckBaseBoundsMove(std::int64_t& dx, std::int64_t& dy, TQVLMoveOpt option) const;
-    virtual void BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, TQVLMoveOpt option,
-                          bool flag);
+    virtual void BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                          TQVLMoveOpt option, bool flag);
     virtual void Draw(TORXBaseDraw& surface) = 0;
     virtual void Print(TORXBaseDraw& surface) = 0;
     virtual void CalcValues(std::int16_t value) { (void)value; }
     virtual std::int16_t NumPoints() const { return static_cast<std::int16_t>(fPoints.size()); }
-    virtual void InsertPoint(std::int64_t x, std::int64_t y, std::int32_t index);  // before index; past the end appends
+    virtual void InsertPoint(std::int64_t x, std::int64_t y,
+                             std::int32_t index);  // before index; past the end appends
     virtual TQVLPto64 CenterPoint() const = 0;
     virtual void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const = 0;
     virtual void Move(float dx, float dy, TQVLMoveOpt option);  // dx, dy in the document's unit
@@ -144,13 +148,13 @@ public:
     virtual void SetFloatProp(std::uint16_t property, double value);
 
     // [SECTION] Painting dispatch.
-    void DrawElement(TORXBaseDraw& surface);   // preview copies for data-bound items in preview and export
-    void DrawPreview(TORXBaseDraw& surface);   // the preview copies of this item at the surface's cell
+    void DrawElement(TORXBaseDraw& surface);  // preview copies for data-bound items in preview and export
+    void DrawPreview(TORXBaseDraw& surface);  // the preview copies of this item at the surface's cell
     void PrintElement(TORXBaseDraw& surface);
 
 protected:
     friend class TORXBaseLabel;  // moves items to the base layer when layers are cleared
-    void PointsChanged();  // bounds and the document's repaint mark after the points moved
+    void PointsChanged();        // bounds and the document's repaint mark after the points moved
 
     std::string fID;
     TQVLItemType fItemType;

@@ -10,9 +10,13 @@ void TORXData::CheckJson() {
     if (parsed.is_discarded() || !(parsed.is_array() || parsed.is_object())) fDataJson.clear();
 }
 
-void TORXBaseLibSymbol::ReadJson(const TJSON& obj) { fJsonText = obj.is_object() ? obj.dump() : "{}"; }
+void TORXBaseLibSymbol::ReadJson(const TJSON& obj) {
+    fJsonText = obj.is_object() ? obj.dump() : "{}";
+}
 
-TJSON TORXBaseLibSymbol::WriteJson() const { return TJSON::parse(fJsonText, nullptr, false); }
+TJSON TORXBaseLibSymbol::WriteJson() const {
+    return TJSON::parse(fJsonText, nullptr, false);
+}
 
 std::string TORXBaseLibSymbol::Name() const {
     const TJSON obj = WriteJson();

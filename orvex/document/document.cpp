@@ -159,7 +159,9 @@ TORXBaseItem* TORXBaseLabel::SearchItem(std::int32_t index, bool select) {
     return item;
 }
 
-TORXBaseItem* TORXBaseLabel::SearchItem(const std::string& name, bool select) { return ElementByID(name, select); }
+TORXBaseItem* TORXBaseLabel::SearchItem(const std::string& name, bool select) {
+    return ElementByID(name, select);
+}
 
 TORXBaseItem* TORXBaseLabel::ElementByID(const std::string& name, bool select) {
     const auto it = std::find_if(fItems.begin(), fItems.end(),
@@ -182,7 +184,9 @@ bool TORXBaseLabel::RepeatID(const std::string& name, const TORXBaseItem* except
     });
 }
 
-std::int32_t TORXBaseLabel::NextID() { return fNextID++; }
+std::int32_t TORXBaseLabel::NextID() {
+    return fNextID++;
+}
 
 void TORXBaseLabel::RaiseNextID(std::int32_t id) {
     if (fNextID <= id) fNextID = id + 1;
@@ -205,8 +209,8 @@ void TORXBaseLabel::ClearSelection(bool notify) {
 
 void TORXBaseLabel::FillSelPoints() {
     // Tools that pick whole items show no handles.
-    if (fAction == TQVLEdAction::eaTrim || fAction == TQVLEdAction::eaJoin || fAction == TQVLEdAction::eaExtend ||
-        fAction == TQVLEdAction::eaEquidist)
+    if (fAction == TQVLEdAction::eaTrim || fAction == TQVLEdAction::eaJoin ||
+        fAction == TQVLEdAction::eaExtend || fAction == TQVLEdAction::eaEquidist)
         return;
     fSelPoints.clear();
     for (const TORXBaseItem* item : fSelection)
@@ -286,7 +290,8 @@ void TORXBaseLabel::CheckBackLayer() {
     fBackImageLayer = -1;
     for (std::int32_t i = GetLayersCount(); i >= 1; --i) {
         const TQVLayerOpts& o = GetLayer(i)->fOptions;
-        if (o.Contains(TQVLayerOp::lopVisible) && (o.Contains(TQVLayerOp::lopImage) || o.Contains(TQVLayerOp::lopMap))) {
+        if (o.Contains(TQVLayerOp::lopVisible) &&
+            (o.Contains(TQVLayerOp::lopImage) || o.Contains(TQVLayerOp::lopMap))) {
             fBackImageLayer = i;
             fBackLayer = true;
             return;
@@ -337,7 +342,8 @@ bool TORXBaseLabel::SetActiveDimStyle(const std::string& name) {
 bool TORXBaseLabel::DeleteActiveDimStyle() {
     if (GetDimStylesCount() < 2) return false;
     fDimStyles.erase(fDimStyles.begin() + fActiveDimStyle);
-    if (fActiveDimStyle >= GetDimStylesCount()) fActiveDimStyle = static_cast<std::int16_t>(GetDimStylesCount() - 1);
+    if (fActiveDimStyle >= GetDimStylesCount())
+        fActiveDimStyle = static_cast<std::int16_t>(GetDimStylesCount() - 1);
     ChangeState(TOrvexState::lsUpdate);
     return true;
 }

@@ -61,15 +61,16 @@ public:
     virtual TORXBaseItem* CreateItem(TQVLItemType type) = 0;
     // Binds items that refer to others by id; a family with links or symbols overrides it.
     virtual void AssignSymbolAndFlowLinks() {}
-    virtual void ComposeImage(const TQVLRect& area, std::int32_t zoom);  // throws: hosts that compose maps override
+    virtual void ComposeImage(const TQVLRect& area,
+                              std::int32_t zoom);  // throws: hosts that compose maps override
 
     // [SECTION] Items and selection. Item indexes are zero-based, in paint order.
     TORXBaseItem* GetItem(std::int32_t index) const;  // null outside the list
     std::int32_t GetItemsCount() const { return static_cast<std::int32_t>(fItems.size()); }
     std::int32_t ItemIndex(const TORXBaseItem* item) const;  // -1 when not in the list
-    void DeleteItem(TORXBaseItem* item, bool record);  // record: a delete command keeps it for undo
-    void DeleteSelection();                            // one undo step
-    void CopySelection();                              // the selected items' JSON into the clipboard text
+    void DeleteItem(TORXBaseItem* item, bool record);        // record: a delete command keeps it for undo
+    void DeleteSelection();                                  // one undo step
+    void CopySelection();  // the selected items' JSON into the clipboard text
     const std::string& Clipboard() const { return fClipboard; }
     TORXBaseItem* SearchItem(std::int32_t index, bool select);
     TORXBaseItem* SearchItem(const std::string& name, bool select);
@@ -86,17 +87,17 @@ public:
     std::int32_t GetPreviewCount() const { return static_cast<std::int32_t>(fPreviewItems.size()); }
     TORXBaseItem* GetPreviewItem(std::int32_t index) const;
     void AdoptItem(TORXBaseItem* item, bool preview);  // the item constructor hands itself over here
-    TQVLRect ItemsBounds() const;  // union of the items' bounds; empty without items
+    TQVLRect ItemsBounds() const;                      // union of the items' bounds; empty without items
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
-    TORXLayer* AddLayer();  // named with the catalogue's new-layer text
+    TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
     bool DeleteLayer(std::int32_t index);  // its items go too; the last layer stays
     bool ExchangeLayers(std::int32_t a, std::int32_t b);
     TORXLayer* GetLayer(std::int32_t index) const;  // null outside 1..count
     std::int32_t GetLayersCount() const { return static_cast<std::int32_t>(fLayers.size()); }
     void GetLayersNames(std::vector<std::string>& names) const;
     std::int32_t LayerIdx(const TORXLayer* layer) const;  // -1 when not a layer of this document
-    bool SetActiveLayer(std::int32_t index);  // false when out of range or already active
+    bool SetActiveLayer(std::int32_t index);              // false when out of range or already active
     TORXLayer* GetActiveLayer() const { return GetLayer(fActiveLayer + 1); }
     void CheckBackLayer();
     std::int32_t BackImageLayer() const { return fBackImageLayer; }  // one-based, -1 for none
@@ -113,8 +114,8 @@ public:
     bool SetActiveDimStyle(std::int32_t index);
     bool SetActiveDimStyle(const std::string& name);  // ignoring case
     TORXDimStyle* GetActiveDimStyle() const { return GetDimStyle(fActiveDimStyle + 1); }
-    bool DeleteActiveDimStyle();  // the last style stays
-    void ResetDimStyles();        // back to the one default style
+    bool DeleteActiveDimStyle();                           // the last style stays
+    void ResetDimStyles();                                 // back to the one default style
     std::int32_t DimIdx(const TORXDimStyle* style) const;  // zero-based, -1 when absent
     TORXCounter* AddCounter();
     TORXCounter* GetCounter(std::int32_t index) const;  // one-based
@@ -165,8 +166,8 @@ public:
     // [SECTION] Observers and events. Observers are not owned; detach before destroying one.
     void Attach(IQVObserver* observer);
     void Detach(IQVObserver* observer);
-    void ChangeValue(TQVChange change);          // tells every observer now
-    bool GetChangedValue(TQVChange change) const;  // during a notification: is this the change told
+    void ChangeValue(TQVChange change);                // tells every observer now
+    bool GetChangedValue(TQVChange change) const;      // during a notification: is this the change told
     bool IsUndoNotify() const { return fUndoNotify; }  // during a notification sent by Undo or Redo
     void FireInfoEvent(bool onlyWhenFlagged);
     void SetInfoFlag(bool flag) { fInfoFlag = flag; }
@@ -190,9 +191,9 @@ public:
     // [SECTION] Arrangement of the selection; each is one undo step.
     void SendToBack();
     void BringToFront();
-    void SortItemsZLayer();  // stable: the layers' order is the paint order
+    void SortItemsZLayer();                    // stable: the layers' order is the paint order
     void AlignObjects(TQVLObjectAlign align);  // against the first selected item
-    void SameWidth();   // box items take the first selected item's width
+    void SameWidth();                          // box items take the first selected item's width
     void SameHeight();
     void CenterHorizontal();  // on the label
     void CenterVertical();
@@ -204,7 +205,7 @@ public:
     void MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWidth, std::int64_t dHeight);  // base units
 
     // [SECTION] Persistence: defined in orvex/io/drawing_json.cpp and orvex/io/drawing_svg.cpp.
-    TJSON GetJson() const;  // a new object; the caller owns it
+    TJSON GetJson() const;                             // a new object; the caller owns it
     std::string GetJsonString(int indent = -1) const;  // compact with -1
     void ReadJson(const TJSON& obj);
     std::string SVG(TQVLExportSVG kind, float scale, bool flag) const;
@@ -228,13 +229,13 @@ public:
     TORXBaseItem* RecreateItem(const TJSON& obj, std::int32_t index);
     // Commands recorded while one lives share a group; inside a batch or an undo it changes nothing.
     class TUndoGroup {
-    public:
+      public:
         explicit TUndoGroup(TORXBaseLabel& document);
         ~TUndoGroup();
         TUndoGroup(const TUndoGroup&) = delete;
         TUndoGroup& operator=(const TUndoGroup&) = delete;
 
-    private:
+      private:
         TORXBaseLabel& fDocument;
         bool fOpened;
     };
@@ -303,7 +304,7 @@ private:
     bool fEditable = true;
     bool fInfoFlag = false;
     bool fUndoNotify = false;
-    bool fUndoRecordingSaved = false;  // loUndoRedo was on when the read began
+    bool fUndoRecordingSaved = false;     // loUndoRedo was on when the read began
     const TQVChange* fTelling = nullptr;  // the change being told, during a notification
     TQVLEditorMode fEditorMode = TQVLEditorMode::emLabelling;
     TQVLAngle fAngle = TQVLAngle::ag0;

@@ -31,8 +31,9 @@ void TORXBaseLabel::BringToFront() {
 
 void TORXBaseLabel::SortItemsZLayer() {
     if (!fLayerZOrder) return;
-    std::stable_sort(fItems.begin(), fItems.end(),
-                     [this](const auto& a, const auto& b) { return LayerIdx(a->Layer()) < LayerIdx(b->Layer()); });
+    std::stable_sort(fItems.begin(), fItems.end(), [this](const auto& a, const auto& b) {
+        return LayerIdx(a->Layer()) < LayerIdx(b->Layer());
+    });
 }
 
 // [SECTION] Arrangement
@@ -50,12 +51,24 @@ void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
         std::int64_t dx = 0;
         std::int64_t dy = 0;
         switch (align) {
-            case TQVLObjectAlign::oaLeft: dx = ref.Left - b.Left; break;
-            case TQVLObjectAlign::oaRight: dx = ref.Right - b.Right; break;
-            case TQVLObjectAlign::oaTop: dy = ref.Top - b.Top; break;
-            case TQVLObjectAlign::oaBottom: dy = ref.Bottom - b.Bottom; break;
-            case TQVLObjectAlign::oaCenterH: dx = (ref.Left + ref.Right) / 2 - (b.Left + b.Right) / 2; break;
-            case TQVLObjectAlign::oaCenterV: dy = (ref.Top + ref.Bottom) / 2 - (b.Top + b.Bottom) / 2; break;
+            case TQVLObjectAlign::oaLeft:
+                dx = ref.Left - b.Left;
+                break;
+            case TQVLObjectAlign::oaRight:
+                dx = ref.Right - b.Right;
+                break;
+            case TQVLObjectAlign::oaTop:
+                dy = ref.Top - b.Top;
+                break;
+            case TQVLObjectAlign::oaBottom:
+                dy = ref.Bottom - b.Bottom;
+                break;
+            case TQVLObjectAlign::oaCenterH:
+                dx = (ref.Left + ref.Right) / 2 - (b.Left + b.Right) / 2;
+                break;
+            case TQVLObjectAlign::oaCenterV:
+                dy = (ref.Top + ref.Bottom) / 2 - (b.Top + b.Bottom) / 2;
+                break;
         }
         MoveItemBy(fSelection[i], dx, dy);
     }
@@ -67,7 +80,8 @@ void TORXBaseLabel::SameWidth() {
     const std::int64_t width = fSelection.front()->BoundsRect().GetWidth();
     BeginUpdate(true);
     for (std::size_t i = 1; i < fSelection.size(); ++i)
-        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i])) box->SetPointX(2, box->GetPointX(1) + width);
+        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
+            box->SetPointX(2, box->GetPointX(1) + width);
     EndUpdate();
 }
 
@@ -76,7 +90,8 @@ void TORXBaseLabel::SameHeight() {
     const std::int64_t height = fSelection.front()->BoundsRect().GetHeight();
     BeginUpdate(true);
     for (std::size_t i = 1; i < fSelection.size(); ++i)
-        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i])) box->SetPointY(2, box->GetPointY(1) + height);
+        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
+            box->SetPointY(2, box->GetPointY(1) + height);
     EndUpdate();
 }
 
@@ -103,8 +118,9 @@ void TORXBaseLabel::CenterVertical() {
 void TORXBaseLabel::SpaceHorizontal(std::int64_t gap) {
     if (fSelection.size() < 2) return;
     std::vector<TORXBaseItem*> order = fSelection;
-    std::stable_sort(order.begin(), order.end(),
-                     [](const auto* a, const auto* b) { return a->BoundsRect().Left < b->BoundsRect().Left; });
+    std::stable_sort(order.begin(), order.end(), [](const auto* a, const auto* b) {
+        return a->BoundsRect().Left < b->BoundsRect().Left;
+    });
     BeginUpdate(true);
     std::int64_t next = order.front()->BoundsRect().Right + gap;
     for (std::size_t i = 1; i < order.size(); ++i) {

@@ -25,16 +25,22 @@ bool TORXBaseLabel::HasState(TOrvexState state) const {
 
 void TORXBaseLabel::ChangeState(TOrvexState state, TORXBaseItem* item) {
     switch (state) {
-        case TOrvexState::lsModified: AddState(TOrvexState::lsModified); break;
+        case TOrvexState::lsModified:
+            AddState(TOrvexState::lsModified);
+            break;
         case TOrvexState::lsUpdate:
             AddState(TOrvexState::lsModified);
-            if (!fNotifyNow) AddState(TOrvexState::lsUpdate);
-            else ChangeValue(TQVChange::chPaint);
+            if (!fNotifyNow)
+                AddState(TOrvexState::lsUpdate);
+            else
+                ChangeValue(TQVChange::chPaint);
             break;
         case TOrvexState::lsUpdateMeasure:
             AddState(TOrvexState::lsModified);
-            if (!fNotifyNow) AddState(TOrvexState::lsUpdateMeasure);
-            else ChangeValue(TQVChange::chMeasure);
+            if (!fNotifyNow)
+                AddState(TOrvexState::lsUpdateMeasure);
+            else
+                ChangeValue(TQVChange::chMeasure);
             break;
         case TOrvexState::lsCalc:
             AddState(TOrvexState::lsModified);
@@ -54,7 +60,8 @@ void TORXBaseLabel::ChangeState(TOrvexState state, TORXBaseItem* item) {
             AddState(TOrvexState::lsModified);
             if (item != nullptr) item->CalcValues(2);
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -86,8 +93,10 @@ void TORXBaseLabel::EndUpdate() {
 
 void TORXBaseLabel::Flush() {
     fNotifyNow = true;
-    if (HasState(TOrvexState::lsUpdateMeasure)) ChangeValue(TQVChange::chMeasure);
-    else if (HasState(TOrvexState::lsUpdate) && !HasState(TOrvexState::lsNoPaint)) ChangeValue(TQVChange::chPaint);
+    if (HasState(TOrvexState::lsUpdateMeasure))
+        ChangeValue(TQVChange::chMeasure);
+    else if (HasState(TOrvexState::lsUpdate) && !HasState(TOrvexState::lsNoPaint))
+        ChangeValue(TQVChange::chPaint);
     fNotifyNow = false;
     RemoveState(TOrvexState::lsNoPaint);
     RemoveState(TOrvexState::lsUpdate);
@@ -134,7 +143,9 @@ void TORXBaseLabel::Attach(IQVObserver* observer) {
         fObservers.push_back(observer);
 }
 
-void TORXBaseLabel::Detach(IQVObserver* observer) { std::erase(fObservers, observer); }
+void TORXBaseLabel::Detach(IQVObserver* observer) {
+    std::erase(fObservers, observer);
+}
 
 void TORXBaseLabel::ChangeValue(TQVChange change) {
     const TQVChange* outer = fTelling;
@@ -145,7 +156,9 @@ void TORXBaseLabel::ChangeValue(TQVChange change) {
     fTelling = outer;
 }
 
-bool TORXBaseLabel::GetChangedValue(TQVChange change) const { return fTelling != nullptr && *fTelling == change; }
+bool TORXBaseLabel::GetChangedValue(TQVChange change) const {
+    return fTelling != nullptr && *fTelling == change;
+}
 
 void TORXBaseLabel::FireInfoEvent(bool onlyWhenFlagged) {
     if (onlyWhenFlagged && !fInfoFlag) return;
@@ -163,7 +176,9 @@ void TORXBaseLabel::SetAction(TQVLEdAction action) {
     FireInfoEvent(true);
 }
 
-void TORXBaseLabel::ResetAction() { SetAction(TQVLEdAction::eaSelection); }
+void TORXBaseLabel::ResetAction() {
+    SetAction(TQVLEdAction::eaSelection);
+}
 
 void TORXBaseLabel::FlowAction(TQVLFlowType type) {
     fFlowType = type;

@@ -13,36 +13,138 @@ using TOrvexOptions = TSet<TOrvexOption>;
 
 // Value n is bit n of the document's 16-bit state word.
 enum class TOrvexState : std::uint8_t {
-    lsModified, lsUpdate, lsUpdateMeasure, lsCalc, lsCalcNoUpdate, lsReading, lsUpdating, lsNoPaint, lsPaste, lsPrint
+    lsModified,
+    lsUpdate,
+    lsUpdateMeasure,
+    lsCalc,
+    lsCalcNoUpdate,
+    lsReading,
+    lsUpdating,
+    lsNoPaint,
+    lsPaste,
+    lsPrint
 };
 
 enum class TQVLEditorMode : std::uint8_t { emLabelling, emFlowChart, emDrawing, emInteractive };
 
 enum class TQVLClear : std::uint8_t {
-    cleAll, cleItems, cleSelection, cleLayers, cleBaseLayer, cleCounters, cleSymbols, cleAskList, cleValList,
-    cleUndoRedo, clePreview, cleDimStyles, cleBaseStyle
+    cleAll,
+    cleItems,
+    cleSelection,
+    cleLayers,
+    cleBaseLayer,
+    cleCounters,
+    cleSymbols,
+    cleAskList,
+    cleValList,
+    cleUndoRedo,
+    clePreview,
+    cleDimStyles,
+    cleBaseStyle
 };
 using TQVLClears = TSet<TQVLClear>;
 
 enum class TQVChange : std::uint8_t {
-    chLabelDef, chBackSurf, chAligns, chMeasure, chPropItem, chUnits, chPaint, chDraw, chSelect, chScrollSelect,
-    chClearSelect, chCursor, chSelCur, chInspect, chEditInspect, chEndInspect, chInspectPoint, chText, chChText,
-    chPickSel, chSelSymbol
+    chLabelDef,
+    chBackSurf,
+    chAligns,
+    chMeasure,
+    chPropItem,
+    chUnits,
+    chPaint,
+    chDraw,
+    chSelect,
+    chScrollSelect,
+    chClearSelect,
+    chCursor,
+    chSelCur,
+    chInspect,
+    chEditInspect,
+    chEndInspect,
+    chInspectPoint,
+    chText,
+    chChText,
+    chPickSel,
+    chSelSymbol
 };
 
 enum class TQVLEdAction : std::uint8_t {
-    eaNone, eaSelection, eaMove, eaPoint, eaLine, eaArrowLine, eaRectangle, eaPolyline, eaArc, eaPolygon, eaBezier,
-    eaCirclePR, eaCircle2P, eaCircle3P, eaEllipse, eaText, eaEdText, eaMoveText, eaParagraph, eaRichText, eaTrim,
-    eaJoin, eaExtend, eaEquidist, eaBarcode, eaPDF417, eaDataMatrix, eaQRCode, eaImage, eaFlow, eaLink, eaPolyLink,
-    eaTable, eaPolyText, eaRank, eaNutriScore, eaLevel, eaSymbol, eaDim, eaDimRad1, eaDimRad2, eaDimDia1, eaDimDia2,
-    eaSectorPR, eaSector2P, eaSector3P, eaPackage, eaDimAng
+    eaNone,
+    eaSelection,
+    eaMove,
+    eaPoint,
+    eaLine,
+    eaArrowLine,
+    eaRectangle,
+    eaPolyline,
+    eaArc,
+    eaPolygon,
+    eaBezier,
+    eaCirclePR,
+    eaCircle2P,
+    eaCircle3P,
+    eaEllipse,
+    eaText,
+    eaEdText,
+    eaMoveText,
+    eaParagraph,
+    eaRichText,
+    eaTrim,
+    eaJoin,
+    eaExtend,
+    eaEquidist,
+    eaBarcode,
+    eaPDF417,
+    eaDataMatrix,
+    eaQRCode,
+    eaImage,
+    eaFlow,
+    eaLink,
+    eaPolyLink,
+    eaTable,
+    eaPolyText,
+    eaRank,
+    eaNutriScore,
+    eaLevel,
+    eaSymbol,
+    eaDim,
+    eaDimRad1,
+    eaDimRad2,
+    eaDimDia1,
+    eaDimDia2,
+    eaSectorPR,
+    eaSector2P,
+    eaSector3P,
+    eaPackage,
+    eaDimAng
 };
 inline constexpr int kEdActionCount = 48;
 
 enum class TQVLEdState : std::uint8_t {
-    edPickPoint, edSelectDrag, edPickFirst, edPickSecond, edPickThird, edPickNext, edPickRadio, edPickCenter,
-    edPickRadioX, edPickRadioY, edEnd, edEditing, edPickRef, edPickNextRef, edFirstRef, edSecondRef,
-    edPick1Distance, edPick2Distance, edTrim, edExtend, edEquidist, edPackage, edPickSide, edPickCircle
+    edPickPoint,
+    edSelectDrag,
+    edPickFirst,
+    edPickSecond,
+    edPickThird,
+    edPickNext,
+    edPickRadio,
+    edPickCenter,
+    edPickRadioX,
+    edPickRadioY,
+    edEnd,
+    edEditing,
+    edPickRef,
+    edPickNextRef,
+    edFirstRef,
+    edSecondRef,
+    edPick1Distance,
+    edPick2Distance,
+    edTrim,
+    edExtend,
+    edEquidist,
+    edPackage,
+    edPickSide,
+    edPickCircle
 };
 
 enum class TQVLReadType : std::uint8_t { rdNormal, rdPaste, rdPreview };

@@ -111,7 +111,8 @@ void TORXBaseLabel::Redo() {
     if (OnUndoRedo) OnUndoRedo(*this, IsUndoEmpty(), IsRedoEmpty());
 }
 
-TORXBaseLabel::TUndoGroup::TUndoGroup(TORXBaseLabel& document) : fDocument(document), fOpened(document.fGroupMark) {
+TORXBaseLabel::TUndoGroup::TUndoGroup(TORXBaseLabel& document)
+    : fDocument(document), fOpened(document.fGroupMark) {
     fDocument.fGroupMark = false;
 }
 

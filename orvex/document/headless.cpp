@@ -67,8 +67,10 @@ bool IsBoxKind(TQVLItemType type) {
         case TQVLItemType::itLevel:
         case TQVLItemType::itSector:
         case TQVLItemType::itPackage:
-        case TQVLItemType::itRichText: return true;
-        default: return false;
+        case TQVLItemType::itRichText:
+            return true;
+        default:
+            return false;
     }
 }
 

@@ -26,13 +26,14 @@ void TIntersectThread::Execute() {
             const TIntersectShape& a = fShapes[i];
             const TIntersectShape& b = fShapes[j];
             // Touching boxes still count: an outline may lie on the box edge.
-            if (a.Bounds.Right < b.Bounds.Left || b.Bounds.Right < a.Bounds.Left || a.Bounds.Bottom < b.Bounds.Top ||
-                b.Bounds.Bottom < a.Bounds.Top)
+            if (a.Bounds.Right < b.Bounds.Left || b.Bounds.Right < a.Bounds.Left ||
+                a.Bounds.Bottom < b.Bounds.Top || b.Bounds.Bottom < a.Bounds.Top)
                 continue;
             std::vector<TIntSecPoint> found;
             for (const auto& s : a.Segments)
                 for (const auto& t : b.Segments)
-                    if (const auto p = Detail::SegmentIntersection(s, t)) found.push_back({p->X, p->Y, a.ID, b.ID});
+                    if (const auto p = Detail::SegmentIntersection(s, t))
+                        found.push_back({p->X, p->Y, a.ID, b.ID});
             if (found.empty()) continue;
             std::scoped_lock guard(fLock);
             fOut.insert(fOut.end(), found.begin(), found.end());
@@ -77,7 +78,9 @@ void TORXBaseLabel::ComputeIntersections() {
                                                           [this] { ThreadFinished(); });
 }
 
-void TORXBaseLabel::ThreadFinished() { fIntersectRunning = false; }
+void TORXBaseLabel::ThreadFinished() {
+    fIntersectRunning = false;
+}
 
 void TORXBaseLabel::TerminarThread() {
     if (fIntersectThread) fIntersectThread.reset();  // terminates and joins

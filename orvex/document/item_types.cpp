@@ -11,11 +11,12 @@ struct TKindInfo {
 };
 
 constexpr std::array<TKindInfo, kItemTypeCount> kKinds{{
-    {"Undefined", 1}, {"Point", 1},       {"Line", 2},        {"ArrowLine", 4}, {"Polyline", 0},   {"Arc", 2},
-    {"Rectangle", 2}, {"Polygon", 0},     {"Circle", 2},      {"Ellipse", 2},   {"Text", 2},       {"Paragraph", 2},
-    {"Barcode", 2},   {"PDF417", 2},      {"DataMatrix", 2},  {"QRCode", 2},    {"Image", 2},      {"FlowDiagram", 2},
-    {"Link", 1},      {"Table", 2},       {"Polytext", 2},    {"Rank", 2},      {"NutriScore", 2}, {"Level", 2},
-    {"Symbol", 3},    {"Bezier", 0},      {"Dimension", 10},  {"Sector", 2},    {"Package", 2},    {"RichText", 2},
+    {"Undefined", 1}, {"Point", 1},      {"Line", 2},        {"ArrowLine", 4}, {"Polyline", 0},
+    {"Arc", 2},       {"Rectangle", 2},  {"Polygon", 0},     {"Circle", 2},    {"Ellipse", 2},
+    {"Text", 2},      {"Paragraph", 2},  {"Barcode", 2},     {"PDF417", 2},    {"DataMatrix", 2},
+    {"QRCode", 2},    {"Image", 2},      {"FlowDiagram", 2}, {"Link", 1},      {"Table", 2},
+    {"Polytext", 2},  {"Rank", 2},       {"NutriScore", 2},  {"Level", 2},     {"Symbol", 3},
+    {"Bezier", 0},    {"Dimension", 10}, {"Sector", 2},      {"Package", 2},   {"RichText", 2},
 }};
 
 }  // namespace
@@ -31,7 +32,8 @@ std::int32_t NumPointsItem(TQVLItemType type) {
 }
 
 bool IsPointListKind(TQVLItemType type) {
-    return type == TQVLItemType::itPolyLine || type == TQVLItemType::itPolygon || type == TQVLItemType::itBezier;
+    return type == TQVLItemType::itPolyLine || type == TQVLItemType::itPolygon ||
+           type == TQVLItemType::itBezier;
 }
 
 }  // namespace Orvex

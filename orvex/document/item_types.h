@@ -13,19 +13,54 @@ class TORXBaseItem;
 
 // Ordinals are stored in drawing files: never reorder.
 enum class TQVLItemType : std::uint8_t {
-    itUndefined, itPoint, itLine, itArrowLine, itPolyLine, itArc, itRectangle, itPolygon, itCircle, itEllipse,
-    itText, itPara, itBarcode, itPDF417, itDataMatrix, itQRCode, itImage, itFlow, itLink, itTable, itPolyText,
-    itRank, itNutriScore, itLevel, itSymbol, itBezier, itDim, itSector, itPackage, itRichText
+    itUndefined,
+    itPoint,
+    itLine,
+    itArrowLine,
+    itPolyLine,
+    itArc,
+    itRectangle,
+    itPolygon,
+    itCircle,
+    itEllipse,
+    itText,
+    itPara,
+    itBarcode,
+    itPDF417,
+    itDataMatrix,
+    itQRCode,
+    itImage,
+    itFlow,
+    itLink,
+    itTable,
+    itPolyText,
+    itRank,
+    itNutriScore,
+    itLevel,
+    itSymbol,
+    itBezier,
+    itDim,
+    itSector,
+    itPackage,
+    itRichText
 };
 inline constexpr int kItemTypeCount = 30;
 
-std::string_view NameItem(TQVLItemType type);     // "None" for a value outside the kinds
-std::int32_t NumPointsItem(TQVLItemType type);    // points a new item starts with; 1 outside the kinds
-bool IsPointListKind(TQVLItemType type);          // polyline, polygon, Bézier: the point count is free
+std::string_view NameItem(TQVLItemType type);   // "None" for a value outside the kinds
+std::int32_t NumPointsItem(TQVLItemType type);  // points a new item starts with; 1 outside the kinds
+bool IsPointListKind(TQVLItemType type);        // polyline, polygon, Bézier: the point count is free
 
 // Flags of layers and of items: the same set serves both.
 enum class TQVLayerOp : std::uint8_t {
-    lopVisible, lopPrint, lopSelectable, lopExport, lopBox, lopImage, lopMap, lopPrintBack, lopExportBack
+    lopVisible,
+    lopPrint,
+    lopSelectable,
+    lopExport,
+    lopBox,
+    lopImage,
+    lopMap,
+    lopPrintBack,
+    lopExportBack
 };
 using TQVLayerOpts = TSet<TQVLayerOp>;
 inline constexpr TQVLayerOpts kDefaultItemOptions{TQVLayerOp::lopVisible, TQVLayerOp::lopPrint,
@@ -60,8 +95,24 @@ struct TQVLink {
 enum class TQVLExportSVG : std::uint8_t { esFile, esEmbedded };
 
 // The property groups an inspector shows: those every item has, and the kind-specific ones.
-enum class TQVLInsTypeBase : std::uint8_t { ibID, ibLayer, ibColor, ibPenWidth, ibAngle, ibOptions, ibPoints };
-enum class TQVLInsType : std::uint8_t { inFill, inBackColor, inLineType, inFont, inText, inTerminators, inData };
+enum class TQVLInsTypeBase : std::uint8_t {
+    ibID,
+    ibLayer,
+    ibColor,
+    ibPenWidth,
+    ibAngle,
+    ibOptions,
+    ibPoints
+};
+enum class TQVLInsType : std::uint8_t {
+    inFill,
+    inBackColor,
+    inLineType,
+    inFont,
+    inText,
+    inTerminators,
+    inData
+};
 using TQVLInsTypeBases = TSet<TQVLInsTypeBase>;
 using TQVLInsTypes = TSet<TQVLInsType>;
 

@@ -12,11 +12,16 @@ TQVLPto64 TORXBasePoint::LinkPoint(std::int16_t position) const {
     const std::int64_t cx = (r.Left + r.Right) / 2;
     const std::int64_t cy = (r.Top + r.Bottom) / 2;
     switch (position) {
-        case 0: return {cx, r.Top};
-        case 1: return {r.Right, cy};
-        case 2: return {cx, r.Bottom};
-        case 3: return {r.Left, cy};
-        default: return {cx, cy};
+        case 0:
+            return {cx, r.Top};
+        case 1:
+            return {r.Right, cy};
+        case 2:
+            return {cx, r.Bottom};
+        case 3:
+            return {r.Left, cy};
+        default:
+            return {cx, cy};
     }
 }
 
@@ -31,8 +36,8 @@ bool TORXBasePoint::CheckLink(std::int64_t x, std::int64_t y, TQVLink& link) con
     return false;
 }
 
-void TORXBasePoint::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                             float factor, bool flag) const {
+void TORXBasePoint::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                             TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)body, (void)mode, (void)factor, (void)flag;
 }
 
@@ -41,9 +46,9 @@ TQVLPto64 TORXBasePoint::CenterPoint() const {
 }
 
 void TORXBasePoint::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
-    baseSet = baseSet & TQVLInsTypeBases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibLayer, TQVLInsTypeBase::ibColor,
-                                         TQVLInsTypeBase::ibPenWidth, TQVLInsTypeBase::ibOptions,
-                                         TQVLInsTypeBase::ibPoints};
+    baseSet = baseSet & TQVLInsTypeBases{TQVLInsTypeBase::ibID,      TQVLInsTypeBase::ibLayer,
+                                         TQVLInsTypeBase::ibColor,   TQVLInsTypeBase::ibPenWidth,
+                                         TQVLInsTypeBase::ibOptions, TQVLInsTypeBase::ibPoints};
     set.Clear();
 }
 
@@ -63,10 +68,18 @@ void TORX2DItem::SetFilled(bool filled) {
     fOwner->ChangeState(TOrvexState::lsUpdate, this);
 }
 
-std::int64_t TORX2DItem::Width() const { return GetPointX(2) - GetPointX(1); }
-std::int64_t TORX2DItem::Height() const { return GetPointY(2) - GetPointY(1); }
-std::int64_t TORX2DItem::BaseScaleWidth() const { return Width() * fOwner->Measure().fDrawScale; }
-std::int64_t TORX2DItem::BaseScaleHeight() const { return Height() * fOwner->Measure().fDrawScale; }
+std::int64_t TORX2DItem::Width() const {
+    return GetPointX(2) - GetPointX(1);
+}
+std::int64_t TORX2DItem::Height() const {
+    return GetPointY(2) - GetPointY(1);
+}
+std::int64_t TORX2DItem::BaseScaleWidth() const {
+    return Width() * fOwner->Measure().fDrawScale;
+}
+std::int64_t TORX2DItem::BaseScaleHeight() const {
+    return Height() * fOwner->Measure().fDrawScale;
+}
 
 float TORX2DItem::WidthPx(std::int32_t dpi) const {
     return static_cast<float>(static_cast<double>(Width()) * dpi / 25400.0);
@@ -101,8 +114,10 @@ TAlphaColor TORX2DItem::GetColorProp(std::uint16_t property) const {
 }
 
 void TORX2DItem::SetColorProp(std::uint16_t property, TAlphaColor value) {
-    if (property == kPropBackColor) SetBackColor(value);
-    else TORXBaseItem::SetColorProp(property, value);
+    if (property == kPropBackColor)
+        SetBackColor(value);
+    else
+        TORXBaseItem::SetColorProp(property, value);
 }
 
 bool TORX2DItem::GetBoolProp(std::uint16_t property) const {
@@ -110,8 +125,10 @@ bool TORX2DItem::GetBoolProp(std::uint16_t property) const {
 }
 
 void TORX2DItem::SetBoolProp(std::uint16_t property, bool value) {
-    if (property == kPropFilled) SetFilled(value);
-    else TORXBaseItem::SetBoolProp(property, value);
+    if (property == kPropFilled)
+        SetFilled(value);
+    else
+        TORXBaseItem::SetBoolProp(property, value);
 }
 
 }  // namespace Orvex

@@ -20,8 +20,8 @@ public:
     virtual bool CheckLink(std::int64_t x, std::int64_t y, TQVLink& link) const;
     static constexpr std::int64_t kLinkTolerance = 1000;  // base units: 1 mm around a link point
 
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     TQVLPto64 CenterPoint() const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
 };
@@ -34,9 +34,9 @@ public:
     void SetBackColor(TAlphaColor color);
     bool Filled() const { return fFill; }
     void SetFilled(bool filled);
-    std::int64_t Width() const;   // base units, from point 1 to point 2
+    std::int64_t Width() const;  // base units, from point 1 to point 2
     std::int64_t Height() const;
-    std::int64_t BaseScaleWidth() const;   // the real-world size at the document's drawing scale
+    std::int64_t BaseScaleWidth() const;  // the real-world size at the document's drawing scale
     std::int64_t BaseScaleHeight() const;
     float WidthPx(std::int32_t dpi) const;
     float HeightPx(std::int32_t dpi) const;
@@ -44,8 +44,8 @@ public:
     TJSON WriteJson() const override;  // the common keys, then "BackColor" and "Filled"
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void CalcValues(std::int16_t value) override;  // corners to top-left and bottom-right, then bounds
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     TQVLPto64 CenterPoint() const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
 

@@ -59,22 +59,34 @@ void TORXValueCmd<T, K>::AddCommand(TORXBaseItem* item, std::uint16_t property) 
 
 template <class T, std::int32_t K>
 void TORXValueCmd<T, K>::StoreState() {
-    if constexpr (K == kCmdColor) fValue = fItem->GetColorProp(fProperty);
-    else if constexpr (K == kCmdBaseValue) fValue = fItem->GetBaseValueProp(fProperty);
-    else if constexpr (K == kCmdBool) fValue = fItem->GetBoolProp(fProperty);
-    else if constexpr (K == kCmdEnumValue) fValue = fItem->GetEnumProp(fProperty);
-    else if constexpr (K == kCmdTxt) fValue = fItem->GetTextProp(fProperty);
-    else fValue = fItem->GetFloatProp(fProperty);
+    if constexpr (K == kCmdColor)
+        fValue = fItem->GetColorProp(fProperty);
+    else if constexpr (K == kCmdBaseValue)
+        fValue = fItem->GetBaseValueProp(fProperty);
+    else if constexpr (K == kCmdBool)
+        fValue = fItem->GetBoolProp(fProperty);
+    else if constexpr (K == kCmdEnumValue)
+        fValue = fItem->GetEnumProp(fProperty);
+    else if constexpr (K == kCmdTxt)
+        fValue = fItem->GetTextProp(fProperty);
+    else
+        fValue = fItem->GetFloatProp(fProperty);
 }
 
 template <class T, std::int32_t K>
 void TORXValueCmd<T, K>::RestoreState() {
-    if constexpr (K == kCmdColor) fItem->SetColorProp(fProperty, fValue);
-    else if constexpr (K == kCmdBaseValue) fItem->SetBaseValueProp(fProperty, fValue);
-    else if constexpr (K == kCmdBool) fItem->SetBoolProp(fProperty, fValue);
-    else if constexpr (K == kCmdEnumValue) fItem->SetEnumProp(fProperty, fValue);
-    else if constexpr (K == kCmdTxt) fItem->SetTextProp(fProperty, fValue);
-    else fItem->SetFloatProp(fProperty, fValue);
+    if constexpr (K == kCmdColor)
+        fItem->SetColorProp(fProperty, fValue);
+    else if constexpr (K == kCmdBaseValue)
+        fItem->SetBaseValueProp(fProperty, fValue);
+    else if constexpr (K == kCmdBool)
+        fItem->SetBoolProp(fProperty, fValue);
+    else if constexpr (K == kCmdEnumValue)
+        fItem->SetEnumProp(fProperty, fValue);
+    else if constexpr (K == kCmdTxt)
+        fItem->SetTextProp(fProperty, fValue);
+    else
+        fItem->SetFloatProp(fProperty, fValue);
 }
 
 template class TORXValueCmd<TAlphaColor, kCmdColor>;
@@ -89,7 +101,8 @@ template class TORXValueCmd<double, kCmdFloat>;
 namespace {
 // Runs on different points or coordinates must not merge, so the point and the coordinate form the property.
 std::uint16_t PosProperty(std::int32_t index, TQVLPosType posType) {
-    return static_cast<std::uint16_t>((static_cast<std::uint32_t>(index) << 3U) | static_cast<std::uint32_t>(posType));
+    return static_cast<std::uint16_t>((static_cast<std::uint32_t>(index) << 3U) |
+                                      static_cast<std::uint32_t>(posType));
 }
 }  // namespace
 
@@ -103,18 +116,27 @@ void TORXPosCmd::AddCommand(TORXBaseItem* item, std::int32_t index, TQVLPosType 
 
 void TORXPosCmd::StoreState() {
     fPoint = fItem->GetPoint(fIndex);
-    if (fPosType == TQVLPosType::ptRadio || fPosType == TQVLPosType::ptWidth || fPosType == TQVLPosType::ptHeight)
+    if (fPosType == TQVLPosType::ptRadio || fPosType == TQVLPosType::ptWidth ||
+        fPosType == TQVLPosType::ptHeight)
         fPoints = fItem->Points();
 }
 
 void TORXPosCmd::RestoreState() {
     switch (fPosType) {
-        case TQVLPosType::ptX: fItem->SetPointX(fIndex, fPoint.X); break;
-        case TQVLPosType::ptY: fItem->SetPointY(fIndex, fPoint.Y); break;
-        case TQVLPosType::ptXY: fItem->SetPoint(fIndex, fPoint); break;
+        case TQVLPosType::ptX:
+            fItem->SetPointX(fIndex, fPoint.X);
+            break;
+        case TQVLPosType::ptY:
+            fItem->SetPointY(fIndex, fPoint.Y);
+            break;
+        case TQVLPosType::ptXY:
+            fItem->SetPoint(fIndex, fPoint);
+            break;
         case TQVLPosType::ptRadio:
         case TQVLPosType::ptWidth:
-        case TQVLPosType::ptHeight: fItem->SetPointsProp(fPoints, fProperty); break;
+        case TQVLPosType::ptHeight:
+            fItem->SetPointsProp(fPoints, fProperty);
+            break;
     }
 }
 
@@ -126,18 +148,26 @@ void TORXBasePosCmd::AddCommand(TORXBaseItem* item, std::int32_t index, std::uin
     Push(std::make_unique<TORXBasePosCmd>(item, index, property));
 }
 
-void TORXBasePosCmd::StoreState() { fPoint = fItem->GetPoint(fIndex); }
+void TORXBasePosCmd::StoreState() {
+    fPoint = fItem->GetPoint(fIndex);
+}
 
-void TORXBasePosCmd::RestoreState() { fItem->SetPoint(fIndex, fPoint); }
+void TORXBasePosCmd::RestoreState() {
+    fItem->SetPoint(fIndex, fPoint);
+}
 
 void TORXElePosCmd::AddCommand(TORXBaseItem* item, std::uint16_t property) {
     if (!CanRecord(kCmdElePos, item, property)) return;
     Push(std::make_unique<TORXElePosCmd>(item, property));
 }
 
-void TORXElePosCmd::StoreState() { fPoints = fItem->Points(); }
+void TORXElePosCmd::StoreState() {
+    fPoints = fItem->Points();
+}
 
-void TORXElePosCmd::RestoreState() { fItem->SetPointsProp(fPoints, fProperty); }
+void TORXElePosCmd::RestoreState() {
+    fItem->SetPointsProp(fPoints, fProperty);
+}
 
 // [SECTION] Create and delete
 
@@ -146,7 +176,9 @@ void TORXCreateCmd::AddCommand(TORXBaseItem* item) {
     Push(std::make_unique<TORXCreateCmd>(item));
 }
 
-void TORXCreateCmd::RestoreState() { fDocument->DeleteItem(fItem, true); }
+void TORXCreateCmd::RestoreState() {
+    fDocument->DeleteItem(fItem, true);
+}
 
 TORXDeleteCmd::TORXDeleteCmd(TORXBaseItem* item) : TORXCmd(kCmdDelete, item, kPropNone) {}
 

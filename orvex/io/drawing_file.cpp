@@ -43,17 +43,22 @@ TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document) {
     s.Units = document.Units();
     s.Layers = document.GetLayersCount();
     s.Items = document.GetItemsCount();
-    for (std::int32_t i = 0; i < s.Items; ++i) ++s.ItemsByKind[std::string(NameItem(document.GetItem(i)->ItemType()))];
+    for (std::int32_t i = 0; i < s.Items; ++i)
+        ++s.ItemsByKind[std::string(NameItem(document.GetItem(i)->ItemType()))];
     s.Bounds = document.ItemsBounds();
     return s;
 }
 
 std::string_view EditorModeName(TQVLEditorMode mode) {
     switch (mode) {
-        case TQVLEditorMode::emLabelling: return "labelling";
-        case TQVLEditorMode::emFlowChart: return "flowchart";
-        case TQVLEditorMode::emDrawing: return "drawing";
-        case TQVLEditorMode::emInteractive: return "interactive";
+        case TQVLEditorMode::emLabelling:
+            return "labelling";
+        case TQVLEditorMode::emFlowChart:
+            return "flowchart";
+        case TQVLEditorMode::emDrawing:
+            return "drawing";
+        case TQVLEditorMode::emInteractive:
+            return "interactive";
     }
     return "unknown";
 }

@@ -33,7 +33,7 @@ struct TQVLDrawingSummary {
     std::int32_t Layers = 0;
     std::int32_t Items = 0;
     std::map<std::string, std::int32_t> ItemsByKind;  // kind name -> count
-    TQVLRect Bounds;                                   // base units; empty without items
+    TQVLRect Bounds;                                  // base units; empty without items
 };
 
 TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document);

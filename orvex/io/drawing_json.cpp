@@ -109,7 +109,9 @@ void ReadSettings(const TJSON& o, TORXSettings& s) {
 }
 
 TJSON WritePrintInfo(const TORXBasePrintInfo& p) {
-    return TJSON{{"NumLabels", p.fNumLabels}, {"Repetition", p.fRepetition}, {"PrinterOrientation", p.fPrinterOrientation}};
+    return TJSON{{"NumLabels", p.fNumLabels},
+                 {"Repetition", p.fRepetition},
+                 {"PrinterOrientation", p.fPrinterOrientation}};
 }
 
 TJSON WriteData(const TORXData& d) {
@@ -176,20 +178,25 @@ TJSON TORXBaseLabel::GetJson() const {
     return obj;
 }
 
-std::string TORXBaseLabel::GetJsonString(int indent) const { return GetJson().dump(indent); }
+std::string TORXBaseLabel::GetJsonString(int indent) const {
+    return GetJson().dump(indent);
+}
 
 void TORXBaseLabel::ReadJson(const TJSON& obj) {
     BeginRead(false);
-    Clear(TQVLClears{TQVLClear::cleItems, TQVLClear::cleLayers, TQVLClear::cleBaseLayer, TQVLClear::cleCounters,
-                     TQVLClear::cleSymbols, TQVLClear::cleUndoRedo, TQVLClear::cleDimStyles},
-          true);
+    Clear(
+        TQVLClears{TQVLClear::cleItems, TQVLClear::cleLayers, TQVLClear::cleBaseLayer, TQVLClear::cleCounters,
+                   TQVLClear::cleSymbols, TQVLClear::cleUndoRedo, TQVLClear::cleDimStyles},
+        true);
     const auto version = static_cast<std::int32_t>(U::GetInt(obj, "Version"));
     fEditorMode = static_cast<TQVLEditorMode>(std::clamp<std::int64_t>(U::GetInt(obj, "EditorMode"), 0, 3));
     const bool dimStyles = HasDimStyles(fEditorMode);
     if (dimStyles) Clear(TQVLClears{TQVLClear::cleDimStyles, TQVLClear::cleBaseStyle}, true);
-    fMeasure.fUnits = static_cast<TQVLUnits>(std::clamp<std::int64_t>(U::GetInt(obj, "Units"), 0, kUnitCount - 1));
-    fAngle = version >= kAngleVersion ? static_cast<TQVLAngle>(std::clamp<std::int64_t>(U::GetInt(obj, "Angle"), 0, 3))
-                                      : TQVLAngle::ag0;
+    fMeasure.fUnits =
+        static_cast<TQVLUnits>(std::clamp<std::int64_t>(U::GetInt(obj, "Units"), 0, kUnitCount - 1));
+    fAngle = version >= kAngleVersion
+                 ? static_cast<TQVLAngle>(std::clamp<std::int64_t>(U::GetInt(obj, "Angle"), 0, 3))
+                 : TQVLAngle::ag0;
     const TQVLUnits units = fMeasure.fUnits;
     ReadMeasures(U::GetObject(obj, "Measures"), fMeasure);
     fMeasure.fUnits = units;
@@ -202,7 +209,8 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
         fLayers.back()->ReadJson(version, element);
     }
     // Items need a layer to stand on.
-    if (fLayers.empty()) fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
+    if (fLayers.empty())
+        fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
     if (dimStyles) {
         for (const auto& element : U::GetArray(obj, "DimStyles")) {
             TORXDimStyle* style = AddDimStyle(std::string{});
@@ -216,7 +224,7 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
         const std::int64_t type = U::GetInt(element, "Type");
         if (type < 0 || type > 255) continue;
         TORXBaseItem* item = CreateItem(static_cast<TQVLItemType>(type));
-        if (item == nullptr) continue;  // a kind this family does not know
+        if (item == nullptr) continue;     // a kind this family does not know
         item->ReadJson(version, element);  // kinds with derived values queue their own recalculation
     }
     EndRead(true);

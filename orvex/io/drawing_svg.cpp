@@ -16,7 +16,10 @@ std::string TORXBaseLabel::SVG(TQVLExportSVG kind, float scale, bool flag) const
     const double h = static_cast<double>(fMeasure.fLabelHeight) / 1000.0;
     std::string out;
     if (kind == TQVLExportSVG::esFile) out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    out += fmt::format("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}mm\" height=\"{1}mm\" viewBox=\"0 0 {0} {1}\">\n", w, h);
+    out += fmt::format(
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}mm\" height=\"{1}mm\" viewBox=\"0 0 {0} "
+        "{1}\">\n",
+        w, h);
     if (!defs.empty()) {
         out += "<defs>\n";
         for (const auto& d : defs) out += d + "\n";

@@ -28,7 +28,8 @@ TJSON TORXBaseItem::WriteJson() const {
                            {"Export", fOptions.Contains(TQVLayerOp::lopExport)}};
     const TQVLUnits units = fOwner->Units();
     TJSON points = TJSON::array();
-    for (const auto& p : fPoints) points.push_back(TJSON{{"X", U::BaseToUnit(p.X, units)}, {"Y", U::BaseToUnit(p.Y, units)}});
+    for (const auto& p : fPoints)
+        points.push_back(TJSON{{"X", U::BaseToUnit(p.X, units)}, {"Y", U::BaseToUnit(p.Y, units)}});
     obj["Points"] = std::move(points);
     return obj;
 }
@@ -40,8 +41,9 @@ void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     fID = U::GetString(obj, "ID");
     fOwner->RaiseNextID(fInID);
     const std::int64_t layer = U::GetInt(obj, "Layer");
-    fLayer = (layer >= 0 && layer < fOwner->GetLayersCount()) ? fOwner->GetLayer(static_cast<std::int32_t>(layer) + 1)
-                                                              : fOwner->GetLayer(1);
+    fLayer = (layer >= 0 && layer < fOwner->GetLayersCount())
+                 ? fOwner->GetLayer(static_cast<std::int32_t>(layer) + 1)
+                 : fOwner->GetLayer(1);
     if (fItemType != TQVLItemType::itSymbol) {
         fAngle = static_cast<TQVLAngle>(std::clamp<std::int64_t>(U::GetInt(obj, "Angle"), 0, 3));
         fColor = U::GetColor(obj, "Color");

@@ -35,7 +35,9 @@ std::int64_t TJSONUtils::GetInt(const TJSON& obj, std::string_view key) {
     if (v->is_number_integer()) return v->get<std::int64_t>();
     if (v->is_number_unsigned()) {
         const auto u = v->get<std::uint64_t>();
-        return u > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) ? 0 : static_cast<std::int64_t>(u);
+        return u > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())
+                   ? 0
+                   : static_cast<std::int64_t>(u);
     }
     if (v->is_number_float()) {
         const double d = v->get<double>();
@@ -73,13 +75,21 @@ const TJSON& TJSONUtils::GetArray(const TJSON& obj, std::string_view key) {
     return v != nullptr && v->is_array() ? *v : kEmpty;
 }
 
-TAlphaColor TJSONUtils::GetColor(const TJSON& obj, std::string_view key) { return GetAlphaColor(GetObject(obj, key)); }
+TAlphaColor TJSONUtils::GetColor(const TJSON& obj, std::string_view key) {
+    return GetAlphaColor(GetObject(obj, key));
+}
 
-double TJSONUtils::Round(double value) { return RoundTo3Decimals(value); }
+double TJSONUtils::Round(double value) {
+    return RoundTo3Decimals(value);
+}
 
-double TJSONUtils::BaseToMM(std::int64_t value) { return Round(static_cast<double>(value) / 1000.0); }
+double TJSONUtils::BaseToMM(std::int64_t value) {
+    return Round(static_cast<double>(value) / 1000.0);
+}
 
-std::int64_t TJSONUtils::MMToBase(double mm) { return RoundHalfEven(mm * 1000.0); }
+std::int64_t TJSONUtils::MMToBase(double mm) {
+    return RoundHalfEven(mm * 1000.0);
+}
 
 double TJSONUtils::BaseToUnit(std::int64_t value, TQVLUnits unit) {
     return Round(static_cast<double>(value) / static_cast<double>(UnitFactor(unit)));
@@ -103,9 +113,12 @@ std::vector<std::string> TJSONUtils::GetStrings(const TJSON& obj, std::string_vi
 }
 
 TJSON TJSONUtils::SetFont(const TQVLFont& font) {
-    return TJSON{{"Name", font.Name},           {"Bold", font.Bold},
-                 {"Italic", font.Italic},       {"Underline", font.Underline},
-                 {"Strikeout", font.Strikeout}, {"FontHeight", Round(font.FontHeight)},
+    return TJSON{{"Name", font.Name},
+                 {"Bold", font.Bold},
+                 {"Italic", font.Italic},
+                 {"Underline", font.Underline},
+                 {"Strikeout", font.Strikeout},
+                 {"FontHeight", Round(font.FontHeight)},
                  {"FontColor", SetAlphaColor(font.FontColor)}};
 }
 

@@ -27,9 +27,10 @@ public:
     static double GetFloat(const TJSON& obj, std::string_view key);
     static bool GetBool(const TJSON& obj, std::string_view key);
     static std::string GetString(const TJSON& obj, std::string_view key);
-    static const TJSON& GetObject(const TJSON& obj, std::string_view key);  // a shared empty object when absent
-    static const TJSON& GetArray(const TJSON& obj, std::string_view key);   // a shared empty array when absent
-    static TAlphaColor GetColor(const TJSON& obj, std::string_view key);    // the colour object under key
+    static const TJSON& GetObject(const TJSON& obj,
+                                  std::string_view key);  // a shared empty object when absent
+    static const TJSON& GetArray(const TJSON& obj, std::string_view key);  // a shared empty array when absent
+    static TAlphaColor GetColor(const TJSON& obj, std::string_view key);   // the colour object under key
 
     static double Round(double value);  // 3 decimals: every number a drawing file holds
     // Base units as a rounded number of millimetres (or of unit), and back with half to even.
@@ -39,7 +40,8 @@ public:
     static std::int64_t UnitToBase(double value, TQVLUnits unit);
 
     static TJSON SetStrings(const std::vector<std::string>& list);
-    static std::vector<std::string> GetStrings(const TJSON& obj, std::string_view key);  // non-strings skipped
+    static std::vector<std::string> GetStrings(const TJSON& obj,
+                                               std::string_view key);  // non-strings skipped
 
     static TJSON SetFont(const TQVLFont& font);
     static TQVLFont GetFont(const TJSON& obj);

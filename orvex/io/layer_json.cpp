@@ -47,10 +47,14 @@ TJSON TORXLayer::WriteJson() const {
     obj["BackColor"] = U::SetAlphaColor(fBackColor);
     obj["Fill"] = fFill;
     obj["ZPos"] = fZPos;
-    obj["Options"] = TJSON{{"Visible", has(TQVLayerOp::lopVisible)},       {"Print", has(TQVLayerOp::lopPrint)},
-                           {"Selectable", has(TQVLayerOp::lopSelectable)}, {"Export", has(TQVLayerOp::lopExport)},
-                           {"Box", has(TQVLayerOp::lopBox)},               {"Image", has(TQVLayerOp::lopImage)},
-                           {"Map", has(TQVLayerOp::lopMap)},               {"PrintBack", has(TQVLayerOp::lopPrintBack)},
+    obj["Options"] = TJSON{{"Visible", has(TQVLayerOp::lopVisible)},
+                           {"Print", has(TQVLayerOp::lopPrint)},
+                           {"Selectable", has(TQVLayerOp::lopSelectable)},
+                           {"Export", has(TQVLayerOp::lopExport)},
+                           {"Box", has(TQVLayerOp::lopBox)},
+                           {"Image", has(TQVLayerOp::lopImage)},
+                           {"Map", has(TQVLayerOp::lopMap)},
+                           {"PrintBack", has(TQVLayerOp::lopPrintBack)},
                            {"ExportBack", has(TQVLayerOp::lopExportBack)}};
     TJSON image{{"File", fImage.File},
                 {"ImageType", fImage.ImageType},
@@ -84,12 +88,15 @@ void TORXLayer::ReadJson(std::int32_t version, const TJSON& obj) {
     fZPos = static_cast<std::int32_t>(U::GetInt(obj, "ZPos"));
     const TJSON& o = U::GetObject(obj, "Options");
     fOptions.Clear();
-    const std::pair<const char*, TQVLayerOp> flags[] = {
-        {"Visible", TQVLayerOp::lopVisible}, {"Print", TQVLayerOp::lopPrint},
-        {"Selectable", TQVLayerOp::lopSelectable}, {"Export", TQVLayerOp::lopExport},
-        {"Box", TQVLayerOp::lopBox},         {"Image", TQVLayerOp::lopImage},
-        {"Map", TQVLayerOp::lopMap},         {"PrintBack", TQVLayerOp::lopPrintBack},
-        {"ExportBack", TQVLayerOp::lopExportBack}};
+    const std::pair<const char*, TQVLayerOp> flags[] = {{"Visible", TQVLayerOp::lopVisible},
+                                                        {"Print", TQVLayerOp::lopPrint},
+                                                        {"Selectable", TQVLayerOp::lopSelectable},
+                                                        {"Export", TQVLayerOp::lopExport},
+                                                        {"Box", TQVLayerOp::lopBox},
+                                                        {"Image", TQVLayerOp::lopImage},
+                                                        {"Map", TQVLayerOp::lopMap},
+                                                        {"PrintBack", TQVLayerOp::lopPrintBack},
+                                                        {"ExportBack", TQVLayerOp::lopExportBack}};
     for (const auto& [key, op] : flags)
         if (U::GetBool(o, key)) fOptions.Include(op);
     ReadImageFields(U::GetObject(obj, "Image"), fImage);
@@ -163,8 +170,8 @@ void TORXDimStyle::ReadJson(std::int32_t version, const TJSON& obj) {
 }
 
 TJSON TORXCounter::WriteJson() const {
-    return TJSON{{"Name", fName}, {"NumFrom", fNumFrom}, {"NumTo", fNumTo},   {"Step", fStep},
-                 {"Repeat", fRepeat}, {"Format", fFormat}, {"Before", fBefore}, {"After", fAfter}};
+    return TJSON{{"Name", fName},     {"NumFrom", fNumFrom}, {"NumTo", fNumTo},   {"Step", fStep},
+                 {"Repeat", fRepeat}, {"Format", fFormat},   {"Before", fBefore}, {"After", fAfter}};
 }
 
 void TORXCounter::ReadJson(std::int32_t version, const TJSON& obj) {

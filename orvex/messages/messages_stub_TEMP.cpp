@@ -11,6 +11,8 @@ std::string TORXMsg::GetInfoValue(std::string_view name) {
     return name == "NewLayer" ? "New Layer" : "not found";
 }
 
-void TORXMsg::LoadResources(const std::string& fileName) { (void)fileName; }
+void TORXMsg::LoadResources(const std::string& fileName) {
+    (void)fileName;
+}
 
 }  // namespace Orvex

@@ -19,7 +19,9 @@ struct TRecorder : IQVObserver {
     }
 };
 
-TORXBaseItem* NewItem(TORXBaseLabel& doc, TQVLItemType type) { return doc.CreateItem(type); }
+TORXBaseItem* NewItem(TORXBaseLabel& doc, TQVLItemType type) {
+    return doc.CreateItem(type);
+}
 
 TEST(DocumentTest, NewDocumentHasOneDefaultLayerAndStyle) {
     TORXHeadlessLabel doc;

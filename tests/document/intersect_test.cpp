@@ -12,7 +12,8 @@ namespace Orvex {
 namespace {
 
 void WaitForWorker(const TORXBaseLabel& doc) {
-    for (int i = 0; i < 2000 && doc.IntersectionsRunning(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    for (int i = 0; i < 2000 && doc.IntersectionsRunning(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
 TEST(IntersectTest, SegmentCrossings) {
@@ -32,7 +33,10 @@ TEST(IntersectTest, SegmentCrossings) {
         {"parallel", {{0, 0}, {10, 0}}, {{0, 1}, {10, 1}}, false, {}},
         {"collinear", {{0, 0}, {10, 0}}, {{5, 0}, {15, 0}}, false, {}},
         {"apart", {{0, 0}, {1, 1}}, {{5, 0}, {6, -1}}, false, {}},
-        {"large", {{0, 0}, {4000000000, 4000000000}}, {{0, 4000000000}, {4000000000, 0}}, true,
+        {"large",
+         {{0, 0}, {4000000000, 4000000000}},
+         {{0, 4000000000}, {4000000000, 0}},
+         true,
          {2000000000, 2000000000}},
     };
     for (const auto& c : cases) {

@@ -51,9 +51,10 @@ TEST(ItemTest, NameAndPointCountPerKind) {
         const char* Name;
         int Points;
     };
-    const TCase cases[] = {{0, "Undefined", 1}, {3, "ArrowLine", 4}, {4, "Polyline", 0}, {17, "FlowDiagram", 2},
-                           {18, "Link", 1},     {24, "Symbol", 3},   {26, "Dimension", 10}, {29, "RichText", 2},
-                           {30, "None", 1},     {255, "None", 1}};
+    const TCase cases[] = {{0, "Undefined", 1},    {3, "ArrowLine", 4}, {4, "Polyline", 0},
+                           {17, "FlowDiagram", 2}, {18, "Link", 1},     {24, "Symbol", 3},
+                           {26, "Dimension", 10},  {29, "RichText", 2}, {30, "None", 1},
+                           {255, "None", 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Type);
         EXPECT_EQ(NameItem(static_cast<TQVLItemType>(c.Type)), c.Name);

@@ -20,7 +20,9 @@ struct TCounter : IQVObserver {
     }
 };
 
-std::string Json(const TORXBaseLabel& doc) { return doc.GetJsonString(); }
+std::string Json(const TORXBaseLabel& doc) {
+    return doc.GetJsonString();
+}
 
 TEST(UndoTest, NothingIsRecordedWithoutTheOption) {
     TORXHeadlessLabel doc;
@@ -168,16 +170,36 @@ TEST(UndoTest, UndoAllAndRedoAllRestoreTheJsonOfStartAndEnd) {
             for (int k = 0; k < (batch ? 3 : 1); ++k) {
                 TORXBaseItem* item = doc.GetItem(pick(std::max(1, doc.GetItemsCount())));
                 switch (item == nullptr ? 0 : pick(10)) {
-                    case 0: doc.CreateItem(pick(2) ? TQVLItemType::itPolyLine : TQVLItemType::itEllipse); break;
-                    case 1: item->SetColor(0xFF000000u | static_cast<TAlphaColor>(rng() % 0xFFFFFFu)); break;
-                    case 2: item->SetPenWidth(pick(1000)); break;
-                    case 3: item->SetBase(1 + pick(2), pick(20000), pick(20000)); break;
-                    case 4: item->Move(static_cast<float>(pick(10)), 1.0f, TQVLMoveOpt::moMove); break;
-                    case 5: item->InsertPoint(pick(9000), pick(9000), 1 + pick(3)); break;
-                    case 6: item->SetLayer(doc.GetLayer(1 + pick(2))); break;
-                    case 7: pick(2) ? item->RotateRight() : item->RotateLeft(); break;
-                    case 8: doc.DeleteItem(item, true); break;
-                    default: item->SetID("Item" + std::to_string(pick(50))); break;
+                    case 0:
+                        doc.CreateItem(pick(2) ? TQVLItemType::itPolyLine : TQVLItemType::itEllipse);
+                        break;
+                    case 1:
+                        item->SetColor(0xFF000000u | static_cast<TAlphaColor>(rng() % 0xFFFFFFu));
+                        break;
+                    case 2:
+                        item->SetPenWidth(pick(1000));
+                        break;
+                    case 3:
+                        item->SetBase(1 + pick(2), pick(20000), pick(20000));
+                        break;
+                    case 4:
+                        item->Move(static_cast<float>(pick(10)), 1.0f, TQVLMoveOpt::moMove);
+                        break;
+                    case 5:
+                        item->InsertPoint(pick(9000), pick(9000), 1 + pick(3));
+                        break;
+                    case 6:
+                        item->SetLayer(doc.GetLayer(1 + pick(2)));
+                        break;
+                    case 7:
+                        pick(2) ? item->RotateRight() : item->RotateLeft();
+                        break;
+                    case 8:
+                        doc.DeleteItem(item, true);
+                        break;
+                    default:
+                        item->SetID("Item" + std::to_string(pick(50)));
+                        break;
                 }
             }
             if (batch) doc.EndUpdate();

@@ -55,7 +55,8 @@ TEST_F(CliConvertTest, ConvertRoundTripsTheExampleByteForByte) {
 
 TEST_F(CliConvertTest, CompactInputComesOutIndentedAndStable) {
     const auto in = fDir / "in.json";
-    std::ofstream(in) << R"({"Version":3200,"Items":[{"Type":7,"Points":[{"X":1,"Y":2},{"X":3.14159,"Y":4}]}]})";
+    std::ofstream(in)
+        << R"({"Version":3200,"Items":[{"Type":7,"Points":[{"X":1,"Y":2},{"X":3.14159,"Y":4}]}]})";
     const auto once = fDir / "once.json";
     const auto twice = fDir / "twice.json";
     ASSERT_EQ(RunCli("convert " + in.string() + " -o " + once.string()).Status, 0);
@@ -78,7 +79,8 @@ TEST_F(CliConvertTest, BadInputExitsOneWithOneLineAndWritesNothing) {
         const auto in = fDir / (std::string(c.Name) + ".json");
         const auto out = fDir / (std::string(c.Name) + "_out.json");
         std::ofstream(in) << c.Text;
-        for (const std::string& command : {"convert " + in.string() + " -o " + out.string(), "info " + in.string()}) {
+        for (const std::string& command :
+             {"convert " + in.string() + " -o " + out.string(), "info " + in.string()}) {
             const TRun run = RunCli(command);
             EXPECT_EQ(run.Status, 1);
             EXPECT_EQ(run.Out, "orvex: " + in.string() + ": " + c.Problem + "\n");

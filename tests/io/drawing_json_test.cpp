@@ -20,7 +20,10 @@ std::vector<std::string> Keys(const TJSON& obj) {
 }
 
 TJSON Envelope(int mode, TJSON items) {
-    return TJSON{{"Version", 3200}, {"EditorMode", mode}, {"Units", 0}, {"Angle", 0},
+    return TJSON{{"Version", 3200},
+                 {"EditorMode", mode},
+                 {"Units", 0},
+                 {"Angle", 0},
                  {"Layers", TJSON::array({TJSON{{"Name", "A"}}, TJSON{{"Name", "B"}}, TJSON{{"Name", "C"}}})},
                  {"Items", std::move(items)}};
 }
@@ -37,17 +40,20 @@ TEST(DrawingJsonTest, EnvelopeAndCommonKeysComeInTheirOrder) {
     doc.CreateItem(TQVLItemType::itLine);
     doc.AddCounter()->fName = "N";
     const TJSON obj = doc.GetJson();
-    EXPECT_EQ(Keys(obj), (std::vector<std::string>{"Version", "EditorMode", "Units", "Angle", "Measures", "BackSurface",
-                                                   "Settings", "PrintInfo", "Data", "Symbols", "Layers", "DimStyles",
-                                                   "Counters", "Items"}));
+    EXPECT_EQ(Keys(obj), (std::vector<std::string>{"Version", "EditorMode", "Units", "Angle", "Measures",
+                                                   "BackSurface", "Settings", "PrintInfo", "Data", "Symbols",
+                                                   "Layers", "DimStyles", "Counters", "Items"}));
     EXPECT_EQ(obj["Version"], 3200);
-    EXPECT_EQ(Keys(obj["Items"][0]), (std::vector<std::string>{"Type", "TypeName", "InID", "ID", "Layer", "Angle",
-                                                               "Color", "PenWidth", "Options", "Points"}));
+    EXPECT_EQ(Keys(obj["Items"][0]),
+              (std::vector<std::string>{"Type", "TypeName", "InID", "ID", "Layer", "Angle", "Color",
+                                        "PenWidth", "Options", "Points"}));
     EXPECT_EQ(Keys(obj["Items"][0]["Color"]), (std::vector<std::string>{"R", "G", "B", "A"}));
-    EXPECT_EQ(Keys(obj["Settings"]), (std::vector<std::string>{"TermColor", "FillTermColor", "TermSize", "LinkGap"}));
-    EXPECT_EQ(Keys(obj["PrintInfo"]), (std::vector<std::string>{"NumLabels", "Repetition", "PrinterOrientation"}));
-    EXPECT_EQ(Keys(obj["Counters"][0]), (std::vector<std::string>{"Name", "NumFrom", "NumTo", "Step", "Repeat",
-                                                                  "Format", "Before", "After"}));
+    EXPECT_EQ(Keys(obj["Settings"]),
+              (std::vector<std::string>{"TermColor", "FillTermColor", "TermSize", "LinkGap"}));
+    EXPECT_EQ(Keys(obj["PrintInfo"]),
+              (std::vector<std::string>{"NumLabels", "Repetition", "PrinterOrientation"}));
+    EXPECT_EQ(Keys(obj["Counters"][0]), (std::vector<std::string>{"Name", "NumFrom", "NumTo", "Step",
+                                                                  "Repeat", "Format", "Before", "After"}));
     EXPECT_EQ(Keys(obj["Layers"][0]).size(), 11u);
     EXPECT_EQ(Keys(obj["DimStyles"][0]).size(), 24u);
     EXPECT_EQ(Keys(obj["Measures"]).size(), 26u);
@@ -58,7 +64,8 @@ TEST(DrawingJsonTest, LabellingModeWritesAndReadsNoDimStyles) {
     TORXHeadlessLabel doc;
     EXPECT_FALSE(doc.GetJson().contains("DimStyles"));
     TJSON file = Envelope(0, TJSON::array());
-    file["DimStyles"] = TJSON::array({TJSON{{"ID", 4}, {"Name", "Mine"}}, TJSON{{"ID", 5}, {"Name", "Other"}}});
+    file["DimStyles"] =
+        TJSON::array({TJSON{{"ID", 4}, {"Name", "Mine"}}, TJSON{{"ID", 5}, {"Name", "Other"}}});
     doc.ReadJson(file);
     ASSERT_EQ(doc.GetDimStylesCount(), 1);
     EXPECT_EQ(doc.GetDimStyle(1)->fName, "Default");
@@ -98,8 +105,9 @@ TEST(DrawingJsonTest, PointListsTakeTheirLengthFixedKindsKeepTheirs) {
 
 TEST(DrawingJsonTest, LayerIndexOutOfRangeFallsBackToLayerOne) {
     TORXHeadlessLabel doc;
-    doc.ReadJson(Envelope(0, TJSON::array({TJSON{{"Type", 2}, {"Layer", 7}}, TJSON{{"Type", 2}, {"Layer", -1}},
-                                           TJSON{{"Type", 2}, {"Layer", 2}}, TJSON{{"Type", 2}}})));
+    doc.ReadJson(
+        Envelope(0, TJSON::array({TJSON{{"Type", 2}, {"Layer", 7}}, TJSON{{"Type", 2}, {"Layer", -1}},
+                                  TJSON{{"Type", 2}, {"Layer", 2}}, TJSON{{"Type", 2}}})));
     ASSERT_EQ(doc.GetLayersCount(), 3);
     EXPECT_EQ(doc.GetItem(0)->Layer(), doc.GetLayer(1));
     EXPECT_EQ(doc.GetItem(1)->Layer(), doc.GetLayer(1));
@@ -145,9 +153,12 @@ TEST(DrawingJsonTest, ColourComponentsDefaultToZeroAlphaIncluded) {
 
 TEST(DrawingJsonTest, ReadingIsTolerantOfMissingAndMistypedKeys) {
     TORXHeadlessLabel doc;
-    TJSON file{{"Version", "new"}, {"Units", "mm"}, {"Layers", 5}, {"Measures", TJSON::array()},
-               {"Items", TJSON::array({TJSON{{"Type", 2}, {"Points", "none"}, {"Options", 1}}, TJSON{{"Type", 99}},
-                                       TJSON{{"Type", "Line"}}, 17})}};
+    TJSON file{{"Version", "new"},
+               {"Units", "mm"},
+               {"Layers", 5},
+               {"Measures", TJSON::array()},
+               {"Items", TJSON::array({TJSON{{"Type", 2}, {"Points", "none"}, {"Options", 1}},
+                                       TJSON{{"Type", 99}}, TJSON{{"Type", "Line"}}, 17})}};
     doc.ReadJson(file);
     EXPECT_EQ(doc.GetLayersCount(), 1);  // items need a layer: one is made
     EXPECT_EQ(doc.Units(), TQVLUnits::unMM);
