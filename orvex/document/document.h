@@ -229,13 +229,13 @@ public:
     TORXBaseItem* RecreateItem(const TJSON& obj, std::int32_t index);
     // Commands recorded while one lives share a group; inside a batch or an undo it changes nothing.
     class TUndoGroup {
-      public:
+    public:
         explicit TUndoGroup(TORXBaseLabel& document);
         ~TUndoGroup();
         TUndoGroup(const TUndoGroup&) = delete;
         TUndoGroup& operator=(const TUndoGroup&) = delete;
 
-      private:
+    private:
         TORXBaseLabel& fDocument;
         bool fOpened;
     };
