@@ -221,6 +221,20 @@ TEST(DocumentTest, ComposeImageIsLeftToHosts) {
     }
 }
 
+TEST(DocumentTest, InfoEventFiresWhenAskedOrWhenFlagged) {
+    TORXHeadlessLabel doc;
+    std::vector<TQVLEdAction> told;
+    doc.OnInfo = [&](const TQVLActionInfo& info) { told.push_back(info.Action); };
+    doc.SetAction(TQVLEdAction::eaLine);  // the info flag is clear at construction
+    EXPECT_TRUE(told.empty());
+    doc.FireInfoEvent(false);
+    doc.SetInfoFlag(true);
+    doc.FlowAction(TQVLFlowType::ftDecision);
+    EXPECT_EQ(told, (std::vector<TQVLEdAction>{TQVLEdAction::eaLine, TQVLEdAction::eaFlow}));
+    EXPECT_EQ(doc.LastAction(), TQVLEdAction::eaLine);
+    EXPECT_EQ(doc.ActionFlowType(), TQVLFlowType::ftDecision);
+}
+
 TEST(DocumentTest, DeleteLayerTakesItsItemsAndKeepsTheLast) {
     TORXHeadlessLabel doc;
     TORXLayer* second = doc.AddLayer();

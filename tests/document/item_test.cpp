@@ -179,6 +179,21 @@ TEST(ItemTest, MoveIsInTheDocumentUnitAndStaysOnThePage) {
     EXPECT_EQ(line->GetPointX(1), 0);
 }
 
+TEST(ItemTest, LinkPointsAreTheMiddlesOfTheBoundsSides) {
+    TORXHeadlessLabel doc;
+    auto& poly = dynamic_cast<TORXBasePoint&>(*doc.CreateItem(TQVLItemType::itPolygon));
+    poly.InsertPoint(0, 0, 1);
+    poly.InsertPoint(10000, 4000, 2);
+    EXPECT_EQ(poly.LinkPoint(0), (TQVLPto64{5000, 0}));
+    EXPECT_EQ(poly.LinkPoint(1), (TQVLPto64{10000, 2000}));
+    EXPECT_EQ(poly.LinkPoint(9), (TQVLPto64{5000, 2000}));
+    TQVLink link;
+    EXPECT_TRUE(poly.CheckLink(400, 2300, link));
+    EXPECT_EQ(link.ID, poly.InID());
+    EXPECT_EQ(link.Index, 3);
+    EXPECT_FALSE(poly.CheckLink(5000, 2000, link));
+}
+
 TEST(ItemTest, DrawElementUsesPreviewCopiesForDataItemsInPreviewAndExport) {
     TORXHeadlessLabel doc;
     auto* item = new TCountingItem(&doc, false, true);
