@@ -15,6 +15,8 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterReference(app, commands);
     RegisterAnimate(app, commands);
     RegisterParse(app, commands);
+    RegisterConvert(app, commands);
+    RegisterInfo(app, commands);
 }
 
 }  // namespace OrvexCli

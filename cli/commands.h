@@ -31,5 +31,7 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands);
 void RegisterReference(CLI::App& app, TCommandRegistry& commands);
 void RegisterAnimate(CLI::App& app, TCommandRegistry& commands);
 void RegisterParse(CLI::App& app, TCommandRegistry& commands);
+void RegisterConvert(CLI::App& app, TCommandRegistry& commands);
+void RegisterInfo(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli

@@ -1,0 +1,403 @@
+// The document's lifecycle and content: construction, Clear, items and selection, layers, dimension
+// styles, counters, symbols, editor mode and units.
+#include "orvex/document/document.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "orvex/core/text.h"
+#include "orvex/document/intersect_thread.h"
+#include "orvex/document/undo_commands.h"
+#include "orvex/io/json.h"
+#include "orvex/messages/messages.h"
+
+namespace Orvex {
+
+// [SECTION] Lifecycle
+
+TORXBaseLabel::TORXBaseLabel() {
+    fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
+    AddDimStyle(TORXMsg::GetPropValue("Default"));
+}
+
+TORXBaseLabel::~TORXBaseLabel() {
+    TerminarThread();
+    // Commands hold raw item pointers; drop them before the items.
+    fUndoStack.clear();
+    fRedoStack.clear();
+}
+
+void TORXBaseLabel::New() {
+    Clear(TQVLClears{TQVLClear::cleAll}, true);
+    fMeasure.Reset();
+}
+
+void TORXBaseLabel::Clear(TQVLClears what, bool notify) {
+    const bool all = what.Contains(TQVLClear::cleAll);
+    const auto has = [&](TQVLClear c) { return all || what.Contains(c); };
+    if (has(TQVLClear::cleItems)) {
+        TerminarThread();
+        ClearUndoRedo();
+        ClearItems();
+        std::scoped_lock lock(fIntersectLock);
+        fIntersections.clear();
+    }
+    if (has(TQVLClear::cleSelection)) {
+        fSelection.clear();
+        fSelection2.clear();
+        fSelPoints.clear();
+    }
+    if (has(TQVLClear::clePreview)) fPreviewItems.clear();
+    if (has(TQVLClear::cleUndoRedo)) ClearUndoRedo();
+    if (has(TQVLClear::cleCounters)) fCounters.clear();
+    if (has(TQVLClear::cleSymbols)) fSymbols.clear();
+    if (has(TQVLClear::cleAskList)) fData.fListAsk.clear();
+    if (has(TQVLClear::cleValList)) fData.fValList.clear();
+    if (all) {  // as new: one default layer and one default style
+        fLayers.clear();
+        fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
+    } else if (what.Contains(TQVLClear::cleLayers)) {
+        fLayers.resize(fLayers.empty() || what.Contains(TQVLClear::cleBaseLayer) ? 0 : 1);
+        // Items must stay on a layer of this document: the ones left move to the base layer.
+        for (auto& item : fItems) item->fLayer = GetLayer(1);
+    }
+    if (all || what.Contains(TQVLClear::cleLayers)) {
+        fActiveLayer = 0;
+        fBackImageLayer = -1;
+        fBackLayer = false;
+    }
+    if (all) {
+        ResetDimStyles();
+    } else if (what.Contains(TQVLClear::cleDimStyles)) {
+        fDimStyles.resize(fDimStyles.empty() || what.Contains(TQVLClear::cleBaseStyle) ? 0 : 1);
+        fActiveDimStyle = 0;
+    }
+    if (notify) ChangeState(TOrvexState::lsUpdate);
+}
+
+void TORXBaseLabel::ClearItems() {
+    fSelection.clear();
+    fSelection2.clear();
+    fSelPoints.clear();
+    fPendingCalc.clear();
+    fPreviewItems.clear();
+    fItems.clear();
+}
+
+void TORXBaseLabel::Loaded() {
+    if (!fLanguageFile.empty()) TORXMsg::LoadResources(fLanguageFile);
+    fActionInfo = TQVLActionInfo{fAction, fEdState};
+    FireInfoEvent(true);
+    fData.CheckJson();
+}
+
+void TORXBaseLabel::ComposeImage(const TQVLRect& area, std::int32_t zoom) {
+    (void)area, (void)zoom;
+    throw std::logic_error("Map composition is not implemented by this Orvex class");
+}
+
+// [SECTION] Items and selection
+
+TORXBaseItem* TORXBaseLabel::GetItem(std::int32_t index) const {
+    if (index < 0 || index >= GetItemsCount()) return nullptr;
+    return fItems[static_cast<std::size_t>(index)].get();
+}
+
+std::int32_t TORXBaseLabel::ItemIndex(const TORXBaseItem* item) const {
+    for (std::size_t i = 0; i < fItems.size(); ++i)
+        if (fItems[i].get() == item) return static_cast<std::int32_t>(i);
+    return -1;
+}
+
+TORXBaseItem* TORXBaseLabel::GetPreviewItem(std::int32_t index) const {
+    if (index < 0 || index >= GetPreviewCount()) return nullptr;
+    return fPreviewItems[static_cast<std::size_t>(index)].get();
+}
+
+void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
+    (preview ? fPreviewItems : fItems).emplace_back(item);
+    if (!preview) AddState(TOrvexState::lsModified);
+}
+
+void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
+    const auto drop = [item](std::vector<TORXBaseItem*>& list) { std::erase(list, item); };
+    drop(fSelection);
+    drop(fSelection2);
+    drop(fPendingCalc);
+}
+
+void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
+    const std::int32_t index = ItemIndex(item);
+    if (index < 0) return;
+    if (record) TORXDeleteCmd::AddCommand(item);
+    RemoveFromLists(item);
+    fItems.erase(fItems.begin() + index);
+    ChangeState(TOrvexState::lsUpdate);
+}
+
+void TORXBaseLabel::DeleteSelection() {
+    if (fSelection.empty()) return;
+    const TUndoGroup group(*this);
+    const std::vector<TORXBaseItem*> selected = fSelection;
+    for (TORXBaseItem* item : selected) DeleteItem(item, true);
+    fSelPoints.clear();
+    ChangeState(TOrvexState::lsUpdate);
+}
+
+void TORXBaseLabel::CopySelection() {
+    TJSON items = TJSON::array();
+    for (const TORXBaseItem* item : fSelection) items.push_back(item->WriteJson());
+    fClipboard = items.dump();
+}
+
+TORXBaseItem* TORXBaseLabel::SearchItem(std::int32_t index, bool select) {
+    TORXBaseItem* item = GetItem(index);
+    if (item != nullptr && select) {
+        ClearSelection(false);
+        SelectItem(item, true);
+    }
+    return item;
+}
+
+TORXBaseItem* TORXBaseLabel::SearchItem(const std::string& name, bool select) {
+    return ElementByID(name, select);
+}
+
+TORXBaseItem* TORXBaseLabel::ElementByID(const std::string& name, bool select) {
+    const auto it = std::find_if(fItems.begin(), fItems.end(),
+                                 [&](const auto& item) { return SameTextIgnoringCase(item->ID(), name); });
+    if (it == fItems.end()) return nullptr;
+    TORXBaseItem* item = it->get();
+    if (!select) return item;
+    ClearSelection(false);
+    item->SetState(TQVLItemState::isSelected);
+    fSelection.push_back(item);
+    if (OnSelectItem) OnSelectItem(item);
+    FillSelPoints();
+    ChangeValue(TQVChange::chSelect);
+    return item;
+}
+
+bool TORXBaseLabel::RepeatID(const std::string& name, const TORXBaseItem* except) const {
+    return std::any_of(fItems.begin(), fItems.end(), [&](const auto& item) {
+        return item.get() != except && SameTextIgnoringCase(item->ID(), name);
+    });
+}
+
+std::int32_t TORXBaseLabel::NextID() {
+    return fNextID++;
+}
+
+void TORXBaseLabel::RaiseNextID(std::int32_t id) {
+    if (fNextID <= id) fNextID = id + 1;
+}
+
+void TORXBaseLabel::SelectItem(TORXBaseItem* item, bool notify) {
+    if (item == nullptr || ItemIndex(item) < 0) return;
+    if (std::find(fSelection.begin(), fSelection.end(), item) == fSelection.end()) fSelection.push_back(item);
+    item->SetState(TQVLItemState::isSelected);
+    FillSelPoints();
+    if (notify) ChangeValue(TQVChange::chSelect);
+}
+
+void TORXBaseLabel::ClearSelection(bool notify) {
+    for (TORXBaseItem* item : fSelection) item->SetState(TQVLItemState::isNormal);
+    fSelection.clear();
+    fSelPoints.clear();
+    if (notify) ChangeValue(TQVChange::chClearSelect);
+}
+
+void TORXBaseLabel::FillSelPoints() {
+    // Tools that pick whole items show no handles.
+    if (fAction == TQVLEdAction::eaTrim || fAction == TQVLEdAction::eaJoin ||
+        fAction == TQVLEdAction::eaExtend || fAction == TQVLEdAction::eaEquidist)
+        return;
+    fSelPoints.clear();
+    for (const TORXBaseItem* item : fSelection)
+        for (const auto& p : item->Points()) fSelPoints.emplace_back(p.X, p.Y);
+}
+
+TQVLRect TORXBaseLabel::ItemsBounds() const {
+    if (fItems.empty()) return {};
+    TQVLRect r = fItems.front()->BoundsRect();
+    for (const auto& item : fItems) {
+        const TQVLRect& b = item->BoundsRect();
+        r.Left = std::min(r.Left, b.Left), r.Top = std::min(r.Top, b.Top);
+        r.Right = std::max(r.Right, b.Right), r.Bottom = std::max(r.Bottom, b.Bottom);
+    }
+    return r;
+}
+
+// [SECTION] Layers
+
+TORXLayer* TORXBaseLabel::AddLayer() {
+    fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetInfoValue("NewLayer")));
+    ChangeState(TOrvexState::lsModified);
+    return fLayers.back().get();
+}
+
+bool TORXBaseLabel::DeleteLayer(std::int32_t index) {
+    TORXLayer* layer = GetLayer(index);
+    if (layer == nullptr || GetLayersCount() < 2) return false;
+    BeginUpdate(true);
+    std::vector<TORXBaseItem*> doomed;
+    for (const auto& item : fItems)
+        if (item->Layer() == layer) doomed.push_back(item.get());
+    for (TORXBaseItem* item : doomed) DeleteItem(item, true);
+    // Undo commands name layers by index; after this the indexes above shift, so history cannot cross it.
+    ClearUndoRedo();
+    fLayers.erase(fLayers.begin() + (index - 1));
+    if (fActiveLayer >= GetLayersCount()) fActiveLayer = static_cast<std::int16_t>(GetLayersCount() - 1);
+    CheckBackLayer();
+    ChangeState(TOrvexState::lsUpdate);
+    EndUpdate();
+    return true;
+}
+
+bool TORXBaseLabel::ExchangeLayers(std::int32_t a, std::int32_t b) {
+    if (GetLayer(a) == nullptr || GetLayer(b) == nullptr || a == b) return false;
+    std::swap(fLayers[static_cast<std::size_t>(a - 1)], fLayers[static_cast<std::size_t>(b - 1)]);
+    ClearUndoRedo();  // layer commands hold indexes
+    if (fLayerZOrder) SortItemsZLayer();
+    CheckBackLayer();
+    ChangeState(TOrvexState::lsUpdate);
+    return true;
+}
+
+TORXLayer* TORXBaseLabel::GetLayer(std::int32_t index) const {
+    if (index < 1 || index > GetLayersCount()) return nullptr;
+    return fLayers[static_cast<std::size_t>(index - 1)].get();
+}
+
+void TORXBaseLabel::GetLayersNames(std::vector<std::string>& names) const {
+    names.clear();
+    for (const auto& layer : fLayers) names.push_back(layer->fName);
+}
+
+std::int32_t TORXBaseLabel::LayerIdx(const TORXLayer* layer) const {
+    for (std::size_t i = 0; i < fLayers.size(); ++i)
+        if (fLayers[i].get() == layer) return static_cast<std::int32_t>(i);
+    return -1;
+}
+
+bool TORXBaseLabel::SetActiveLayer(std::int32_t index) {
+    if (index < 1 || index > GetLayersCount() || index - 1 == fActiveLayer) return false;
+    fActiveLayer = static_cast<std::int16_t>(index - 1);
+    return true;
+}
+
+void TORXBaseLabel::CheckBackLayer() {
+    fBackImageLayer = -1;
+    for (std::int32_t i = GetLayersCount(); i >= 1; --i) {
+        const TQVLayerOpts& o = GetLayer(i)->fOptions;
+        if (o.Contains(TQVLayerOp::lopVisible) &&
+            (o.Contains(TQVLayerOp::lopImage) || o.Contains(TQVLayerOp::lopMap))) {
+            fBackImageLayer = i;
+            fBackLayer = true;
+            return;
+        }
+    }
+}
+
+void TORXBaseLabel::SetLayerZOrder(bool byLayer) {
+    fLayerZOrder = byLayer;
+    if (byLayer) SortItemsZLayer();
+}
+
+// [SECTION] Dimension styles, counters, symbols
+
+TORXDimStyle* TORXBaseLabel::AddDimStyle(const std::string& name) {
+    fDimStyles.push_back(std::make_unique<TORXDimStyle>(fNextDimStyleID++, name));
+    return fDimStyles.back().get();
+}
+
+TORXDimStyle* TORXBaseLabel::GetDimStyle(std::int32_t index) const {
+    if (index < 1 || index > GetDimStylesCount()) return nullptr;
+    return fDimStyles[static_cast<std::size_t>(index - 1)].get();
+}
+
+TORXDimStyle* TORXBaseLabel::GetDimStyleById(std::int32_t id) const {
+    for (const auto& style : fDimStyles)
+        if (style->fID == id) return style.get();
+    return nullptr;
+}
+
+void TORXBaseLabel::GetDimStylesNames(std::vector<std::string>& names) const {
+    names.clear();
+    for (const auto& style : fDimStyles) names.push_back(style->fName);
+}
+
+bool TORXBaseLabel::SetActiveDimStyle(std::int32_t index) {
+    if (index < 1 || index > GetDimStylesCount() || index - 1 == fActiveDimStyle) return false;
+    fActiveDimStyle = static_cast<std::int16_t>(index - 1);
+    return true;
+}
+
+bool TORXBaseLabel::SetActiveDimStyle(const std::string& name) {
+    for (std::int32_t i = 1; i <= GetDimStylesCount(); ++i)
+        if (SameTextIgnoringCase(GetDimStyle(i)->fName, name)) return SetActiveDimStyle(i);
+    return false;
+}
+
+bool TORXBaseLabel::DeleteActiveDimStyle() {
+    if (GetDimStylesCount() < 2) return false;
+    fDimStyles.erase(fDimStyles.begin() + fActiveDimStyle);
+    if (fActiveDimStyle >= GetDimStylesCount())
+        fActiveDimStyle = static_cast<std::int16_t>(GetDimStylesCount() - 1);
+    ChangeState(TOrvexState::lsUpdate);
+    return true;
+}
+
+void TORXBaseLabel::ResetDimStyles() {
+    fDimStyles.clear();
+    fActiveDimStyle = 0;
+    AddDimStyle(TORXMsg::GetPropValue("Default"));
+}
+
+std::int32_t TORXBaseLabel::DimIdx(const TORXDimStyle* style) const {
+    for (std::size_t i = 0; i < fDimStyles.size(); ++i)
+        if (fDimStyles[i].get() == style) return static_cast<std::int32_t>(i);
+    return -1;
+}
+
+TORXCounter* TORXBaseLabel::AddCounter() {
+    fCounters.push_back(std::make_unique<TORXCounter>());
+    return fCounters.back().get();
+}
+
+TORXCounter* TORXBaseLabel::GetCounter(std::int32_t index) const {
+    if (index < 1 || index > GetCountersCount()) return nullptr;
+    return fCounters[static_cast<std::size_t>(index - 1)].get();
+}
+
+TORXBaseLibSymbol* TORXBaseLabel::AddSymbol() {
+    fSymbols.push_back(std::make_unique<TORXBaseLibSymbol>());
+    return fSymbols.back().get();
+}
+
+TORXBaseLibSymbol* TORXBaseLabel::GetSymbol(std::int32_t index) const {
+    if (index < 1 || index > GetSymbolsCount()) return nullptr;
+    return fSymbols[static_cast<std::size_t>(index - 1)].get();
+}
+
+// [SECTION] Mode and units
+
+void TORXBaseLabel::SetEditorMode(TQVLEditorMode mode) {
+    if (mode == fEditorMode) return;
+    fEditorMode = mode;
+    ChangeState(TOrvexState::lsUpdateMeasure);
+}
+
+void TORXBaseLabel::SetUnits(TQVLUnits units) {
+    if (units == fMeasure.fUnits) return;
+    fMeasure.fUnits = units;
+    ChangeState(TOrvexState::lsUpdateMeasure);
+}
+
+void TORXBaseLabel::SetAngle(TQVLAngle angle) {
+    if (angle == fAngle) return;
+    fAngle = angle;
+    ChangeState(TOrvexState::lsUpdate);
+}
+
+}  // namespace Orvex

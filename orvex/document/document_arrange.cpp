@@ -1,0 +1,178 @@
+// Paint order and the arrangement of the selection. Each operation is one batch, so one undo step and one
+// notification.
+#include <algorithm>
+
+#include "orvex/document/document.h"
+#include "orvex/document/point_items.h"
+
+namespace Orvex {
+
+// [SECTION] Paint order
+
+void TORXBaseLabel::SendToBack() {
+    if (fSelection.empty() || fItems.size() < 2) return;
+    const std::int32_t at = ItemIndex(fSelection.front());
+    if (at <= 0) return;
+    BeginUpdate(true);
+    std::rotate(fItems.begin(), fItems.begin() + at, fItems.begin() + at + 1);
+    ChangeState(TOrvexState::lsUpdate);
+    EndUpdate();
+}
+
+void TORXBaseLabel::BringToFront() {
+    if (fSelection.empty() || fItems.size() < 2) return;
+    const std::int32_t at = ItemIndex(fSelection.front());
+    if (at < 0 || at == GetItemsCount() - 1) return;
+    BeginUpdate(true);
+    std::rotate(fItems.begin() + at, fItems.begin() + at + 1, fItems.end());
+    ChangeState(TOrvexState::lsUpdate);
+    EndUpdate();
+}
+
+void TORXBaseLabel::SortItemsZLayer() {
+    if (!fLayerZOrder) return;
+    std::stable_sort(fItems.begin(), fItems.end(), [this](const auto& a, const auto& b) {
+        return LayerIdx(a->Layer()) < LayerIdx(b->Layer());
+    });
+}
+
+// [SECTION] Arrangement
+
+void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy) {
+    item->BaseMove(0, 0, dx, dy, TQVLMoveOpt::moMove, false);
+}
+
+void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
+    if (fSelection.size() < 2) return;
+    const TQVLRect ref = fSelection.front()->BoundsRect();
+    BeginUpdate(true);
+    for (std::size_t i = 1; i < fSelection.size(); ++i) {
+        const TQVLRect b = fSelection[i]->BoundsRect();
+        std::int64_t dx = 0;
+        std::int64_t dy = 0;
+        switch (align) {
+            case TQVLObjectAlign::oaLeft:
+                dx = ref.Left - b.Left;
+                break;
+            case TQVLObjectAlign::oaRight:
+                dx = ref.Right - b.Right;
+                break;
+            case TQVLObjectAlign::oaTop:
+                dy = ref.Top - b.Top;
+                break;
+            case TQVLObjectAlign::oaBottom:
+                dy = ref.Bottom - b.Bottom;
+                break;
+            case TQVLObjectAlign::oaCenterH:
+                dx = (ref.Left + ref.Right) / 2 - (b.Left + b.Right) / 2;
+                break;
+            case TQVLObjectAlign::oaCenterV:
+                dy = (ref.Top + ref.Bottom) / 2 - (b.Top + b.Bottom) / 2;
+                break;
+        }
+        MoveItemBy(fSelection[i], dx, dy);
+    }
+    EndUpdate();
+}
+
+void TORXBaseLabel::SameWidth() {
+    if (fSelection.size() < 2) return;
+    const std::int64_t width = fSelection.front()->BoundsRect().GetWidth();
+    BeginUpdate(true);
+    for (std::size_t i = 1; i < fSelection.size(); ++i)
+        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
+            box->SetPointX(2, box->GetPointX(1) + width);
+    EndUpdate();
+}
+
+void TORXBaseLabel::SameHeight() {
+    if (fSelection.size() < 2) return;
+    const std::int64_t height = fSelection.front()->BoundsRect().GetHeight();
+    BeginUpdate(true);
+    for (std::size_t i = 1; i < fSelection.size(); ++i)
+        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
+            box->SetPointY(2, box->GetPointY(1) + height);
+    EndUpdate();
+}
+
+void TORXBaseLabel::CenterHorizontal() {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) {
+        const TQVLRect b = item->BoundsRect();
+        MoveItemBy(item, (fMeasure.fLabelWidth - b.GetWidth()) / 2 - b.Left, 0);
+    }
+    EndUpdate();
+}
+
+void TORXBaseLabel::CenterVertical() {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) {
+        const TQVLRect b = item->BoundsRect();
+        MoveItemBy(item, 0, (fMeasure.fLabelHeight - b.GetHeight()) / 2 - b.Top);
+    }
+    EndUpdate();
+}
+
+void TORXBaseLabel::SpaceHorizontal(std::int64_t gap) {
+    if (fSelection.size() < 2) return;
+    std::vector<TORXBaseItem*> order = fSelection;
+    std::stable_sort(order.begin(), order.end(), [](const auto* a, const auto* b) {
+        return a->BoundsRect().Left < b->BoundsRect().Left;
+    });
+    BeginUpdate(true);
+    std::int64_t next = order.front()->BoundsRect().Right + gap;
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        MoveItemBy(order[i], next - order[i]->BoundsRect().Left, 0);
+        next = order[i]->BoundsRect().Right + gap;
+    }
+    EndUpdate();
+}
+
+void TORXBaseLabel::SpaceVertical(std::int64_t gap) {
+    if (fSelection.size() < 2) return;
+    std::vector<TORXBaseItem*> order = fSelection;
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto* a, const auto* b) { return a->BoundsRect().Top < b->BoundsRect().Top; });
+    BeginUpdate(true);
+    std::int64_t next = order.front()->BoundsRect().Bottom + gap;
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        MoveItemBy(order[i], 0, next - order[i]->BoundsRect().Top);
+        next = order[i]->BoundsRect().Bottom + gap;
+    }
+    EndUpdate();
+}
+
+void TORXBaseLabel::RotateLeft() {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) item->RotateLeft();
+    EndUpdate();
+}
+
+void TORXBaseLabel::RotateRight() {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) item->RotateRight();
+    EndUpdate();
+}
+
+void TORXBaseLabel::MoveSelection(float dx, float dy) {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) item->Move(dx, dy, TQVLMoveOpt::moMove);
+    EndUpdate();
+}
+
+void TORXBaseLabel::MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWidth, std::int64_t dHeight) {
+    if (fSelection.empty()) return;
+    BeginUpdate(true);
+    for (TORXBaseItem* item : fSelection) {
+        MoveItemBy(item, dx, dy);
+        if (dWidth != 0 || dHeight != 0) item->BaseMove(0, 0, dWidth, dHeight, TQVLMoveOpt::moResize, false);
+    }
+    EndUpdate();
+}
+
+}  // namespace Orvex

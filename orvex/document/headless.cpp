@@ -1,0 +1,83 @@
+#include "orvex/document/headless.h"
+
+#include "orvex/io/json.h"
+
+namespace Orvex {
+
+namespace {
+// What obj holds beyond the keys the item itself writes.
+std::string KindKeys(const TJSON& obj, const TJSON& written) {
+    TJSON extra = TJSON::object();
+    for (const auto& [key, value] : obj.items())
+        if (!written.contains(key)) extra[key] = value;
+    return extra.dump();
+}
+
+void AppendKindKeys(TJSON& obj, const std::string& text) {
+    const TJSON extra = TJSON::parse(text, nullptr, false);
+    if (!extra.is_object()) return;
+    for (const auto& [key, value] : extra.items()) obj[key] = value;
+}
+}  // namespace
+
+TJSON TORXHeadlessPoint::WriteJson() const {
+    TJSON obj = TORXBasePoint::WriteJson();
+    AppendKindKeys(obj, fKindKeys);
+    return obj;
+}
+
+void TORXHeadlessPoint::ReadJson(std::int32_t version, const TJSON& obj) {
+    TORXBasePoint::ReadJson(version, obj);
+    if (obj.is_object()) fKindKeys = KindKeys(obj, TORXBasePoint::WriteJson());
+}
+
+TJSON TORXHeadlessBox::WriteJson() const {
+    TJSON obj = TORX2DItem::WriteJson();
+    AppendKindKeys(obj, fKindKeys);
+    return obj;
+}
+
+void TORXHeadlessBox::ReadJson(std::int32_t version, const TJSON& obj) {
+    TORX2DItem::ReadJson(version, obj);
+    if (obj.is_object()) fKindKeys = KindKeys(obj, TORX2DItem::WriteJson());
+}
+
+void TORXHeadlessBox::UpdateBounds() {
+    if (fPoints.size() < 2) return;
+    fBoundsRect = TQVLRect(fPoints[0].X, fPoints[0].Y, fPoints[1].X, fPoints[1].Y);
+    fBoundsRect.NormalizeRect();
+}
+
+bool IsBoxKind(TQVLItemType type) {
+    switch (type) {
+        case TQVLItemType::itRectangle:
+        case TQVLItemType::itCircle:
+        case TQVLItemType::itEllipse:
+        case TQVLItemType::itText:
+        case TQVLItemType::itPara:
+        case TQVLItemType::itBarcode:
+        case TQVLItemType::itPDF417:
+        case TQVLItemType::itDataMatrix:
+        case TQVLItemType::itQRCode:
+        case TQVLItemType::itImage:
+        case TQVLItemType::itFlow:
+        case TQVLItemType::itTable:
+        case TQVLItemType::itRank:
+        case TQVLItemType::itNutriScore:
+        case TQVLItemType::itLevel:
+        case TQVLItemType::itSector:
+        case TQVLItemType::itPackage:
+        case TQVLItemType::itRichText:
+            return true;
+        default:
+            return false;
+    }
+}
+
+TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
+    if (static_cast<int>(type) >= kItemTypeCount) return nullptr;
+    if (IsBoxKind(type)) return new TORXHeadlessBox(this, type);  // the document owns it
+    return new TORXHeadlessPoint(this, type);
+}
+
+}  // namespace Orvex

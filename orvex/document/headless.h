@@ -1,0 +1,47 @@
+// The headless family: a document and items that paint nothing, for the command line, servers without a
+// screen and tests. Until the concrete item kinds take their place, every known kind is a generic point
+// or box item that keeps the keys it does not understand and writes them back unchanged, so a drawing
+// passes through without loss.
+#pragma once
+
+#include <string>
+
+#include "orvex/document/document.h"
+#include "orvex/document/point_items.h"
+
+namespace Orvex {
+
+class TORXHeadlessPoint final : public TORXBasePoint {
+public:
+    TORXHeadlessPoint(TORXBaseLabel* owner, TQVLItemType type) : TORXBasePoint(owner, type, false) {}
+    void Draw(TORXBaseDraw& surface) override { (void)surface; }
+    void Print(TORXBaseDraw& surface) override { (void)surface; }
+    TJSON WriteJson() const override;
+    void ReadJson(std::int32_t version, const TJSON& obj) override;
+
+private:
+    std::string fKindKeys = "{}";  // the kind's own keys as read, compact JSON text
+};
+
+class TORXHeadlessBox final : public TORX2DItem {
+public:
+    TORXHeadlessBox(TORXBaseLabel* owner, TQVLItemType type) : TORX2DItem(owner, type, false) {}
+    void Draw(TORXBaseDraw& surface) override { (void)surface; }
+    void Print(TORXBaseDraw& surface) override { (void)surface; }
+    TJSON WriteJson() const override;
+    void ReadJson(std::int32_t version, const TJSON& obj) override;
+    void UpdateBounds() override;  // texts too: without text metrics the box is their extent
+
+private:
+    std::string fKindKeys = "{}";
+};
+
+bool IsBoxKind(TQVLItemType type);  // kinds spanned by two corners
+
+class TORXHeadlessLabel : public TORXBaseLabel {
+public:
+    TORXHeadlessLabel() = default;
+    TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds
+};
+
+}  // namespace Orvex

@@ -1,0 +1,42 @@
+// Drawing files on disk, for hosts and the command line: load, save and a short summary. Failures are
+// values with one line of text, never exceptions.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "orvex/core/types.h"
+#include "orvex/document/document_types.h"
+
+namespace Orvex {
+
+class TORXBaseLabel;
+
+enum class TQVLFileError : std::uint8_t { feNone, feRead, feNotJson, feNotObject, feWrite };
+
+struct TQVLFileResult {
+    TQVLFileError Error = TQVLFileError::feNone;
+    std::string Message;  // names the file and the problem; empty on success
+    explicit operator bool() const { return Error == TQVLFileError::feNone; }
+};
+
+// Reads the drawing into document; on any failure the document is left as it was.
+TQVLFileResult LoadDrawingFile(const std::string& fileName, TORXBaseLabel& document);
+TQVLFileResult LoadDrawingText(const std::string& text, const std::string& name, TORXBaseLabel& document);
+// Indented text with a final newline (indent < 0: compact).
+TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel& document, int indent = 2);
+
+struct TQVLDrawingSummary {
+    TQVLEditorMode Mode = TQVLEditorMode::emLabelling;
+    TQVLUnits Units = TQVLUnits::unMM;
+    std::int32_t Layers = 0;
+    std::int32_t Items = 0;
+    std::map<std::string, std::int32_t> ItemsByKind;  // kind name -> count
+    TQVLRect Bounds;                                  // base units; empty without items
+};
+
+TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document);
+std::string_view EditorModeName(TQVLEditorMode mode);  // "labelling", "flowchart", "drawing", "interactive"
+
+}  // namespace Orvex

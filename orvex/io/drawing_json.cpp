@@ -1,0 +1,233 @@
+// The drawing file: the envelope, the document-level objects and the arrays of symbols, layers,
+// dimension styles, counters and items. Lengths in the sub-objects are millimetres; points are in the
+// document's unit.
+#include <algorithm>
+
+#include "orvex/document/document.h"
+#include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
+#include "orvex/messages/messages.h"
+
+namespace Orvex {
+
+namespace {
+using U = TJSONUtils;
+
+constexpr std::int32_t kAngleVersion = 3100;  // files before it stored no document angle
+
+bool HasDimStyles(TQVLEditorMode mode) {
+    return mode == TQVLEditorMode::emDrawing || mode == TQVLEditorMode::emInteractive;
+}
+
+TJSON WriteMeasures(const TORXMeasure& m) {
+    return TJSON{{"LabelName", m.fLabelName},
+                 {"Author", m.fAuthor},
+                 {"Note", m.fNote},
+                 {"LabelWidth", U::BaseToMM(m.fLabelWidth)},
+                 {"LabelHeight", U::BaseToMM(m.fLabelHeight)},
+                 {"MarginLeft", U::BaseToMM(m.fMarginLeft)},
+                 {"MarginTop", U::BaseToMM(m.fMarginTop)},
+                 {"Rows", m.fRows},
+                 {"Columns", m.fColumns},
+                 {"RowGap", U::BaseToMM(m.fRowGap)},
+                 {"ColumnGap", U::BaseToMM(m.fColumnGap)},
+                 {"PaperWidth", U::BaseToMM(m.fPaperWidth)},
+                 {"PaperHeight", U::BaseToMM(m.fPaperHeight)},
+                 {"PaperSize", m.fPaperSize},
+                 {"PaperName", m.fPaperName},
+                 {"DrawScale", m.fDrawScale},
+                 {"ContinousPaper", m.fContinousPaper},
+                 {"LabelType", m.fLabelType},
+                 {"InnerCircle", U::BaseToMM(m.fInnerCircle)},
+                 {"Format", m.fFormat},
+                 {"IncludeUnit", m.fIncludeUnit},
+                 {"Promoter", m.fPromoter},
+                 {"Project", m.fProject},
+                 {"Title", m.fTitle},
+                 {"Date", m.fDate},
+                 {"PlanNumber", m.fPlanNumber}};
+}
+
+void ReadMeasures(const TJSON& o, TORXMeasure& m) {
+    m.fLabelName = U::GetString(o, "LabelName");
+    m.fAuthor = U::GetString(o, "Author");
+    m.fNote = U::GetString(o, "Note");
+    m.fLabelWidth = U::MMToBase(U::GetFloat(o, "LabelWidth"));
+    m.fLabelHeight = U::MMToBase(U::GetFloat(o, "LabelHeight"));
+    m.fMarginLeft = U::MMToBase(U::GetFloat(o, "MarginLeft"));
+    m.fMarginTop = U::MMToBase(U::GetFloat(o, "MarginTop"));
+    m.fRows = static_cast<std::int32_t>(U::GetInt(o, "Rows"));
+    m.fColumns = static_cast<std::int32_t>(U::GetInt(o, "Columns"));
+    m.fRowGap = U::MMToBase(U::GetFloat(o, "RowGap"));
+    m.fColumnGap = U::MMToBase(U::GetFloat(o, "ColumnGap"));
+    m.fPaperWidth = U::MMToBase(U::GetFloat(o, "PaperWidth"));
+    m.fPaperHeight = U::MMToBase(U::GetFloat(o, "PaperHeight"));
+    m.fPaperSize = static_cast<std::int32_t>(U::GetInt(o, "PaperSize"));
+    m.fPaperName = U::GetString(o, "PaperName");
+    // A scale of 0 would divide by zero wherever real sizes are shown; 1:1 is the neutral reading.
+    m.fDrawScale = std::max<std::int64_t>(1, U::GetInt(o, "DrawScale"));
+    m.fContinousPaper = U::GetBool(o, "ContinousPaper");
+    m.fLabelType = static_cast<std::int32_t>(U::GetInt(o, "LabelType"));
+    m.fInnerCircle = U::MMToBase(U::GetFloat(o, "InnerCircle"));
+    m.fFormat = U::GetString(o, "Format");
+    m.fIncludeUnit = U::GetBool(o, "IncludeUnit");
+    m.fPromoter = U::GetString(o, "Promoter");
+    m.fProject = U::GetString(o, "Project");
+    m.fTitle = U::GetString(o, "Title");
+    m.fDate = U::GetString(o, "Date");
+    m.fPlanNumber = U::GetString(o, "PlanNumber");
+}
+
+TJSON WriteBackSurf(const TORXBackSurf& b) {
+    return TJSON{{"Color", U::SetAlphaColor(b.fColor)},
+                 {"ToColor", U::SetAlphaColor(b.fToColor)},
+                 {"Print", b.fPrint},
+                 {"FileNameImg", b.fFileNameImg},
+                 {"Style", b.fStyle}};
+}
+
+void ReadBackSurf(const TJSON& o, TORXBackSurf& b) {
+    b.fColor = U::GetColor(o, "Color");
+    b.fToColor = U::GetColor(o, "ToColor");
+    b.fPrint = U::GetBool(o, "Print");
+    b.fFileNameImg = U::GetString(o, "FileNameImg");
+    b.fStyle = static_cast<std::int32_t>(U::GetInt(o, "Style"));
+}
+
+TJSON WriteSettings(const TORXSettings& s) {
+    return TJSON{{"TermColor", U::SetAlphaColor(s.fTermColor)},
+                 {"FillTermColor", U::SetAlphaColor(s.fFillTermColor)},
+                 {"TermSize", U::Round(s.fTermSize)},
+                 {"LinkGap", U::Round(s.fLinkGap)}};
+}
+
+void ReadSettings(const TJSON& o, TORXSettings& s) {
+    s.fTermColor = U::GetColor(o, "TermColor");
+    s.fFillTermColor = U::GetColor(o, "FillTermColor");
+    s.fTermSize = static_cast<float>(U::GetFloat(o, "TermSize"));
+    s.fLinkGap = static_cast<float>(U::GetFloat(o, "LinkGap"));
+}
+
+TJSON WritePrintInfo(const TORXBasePrintInfo& p) {
+    return TJSON{{"NumLabels", p.fNumLabels},
+                 {"Repetition", p.fRepetition},
+                 {"PrinterOrientation", p.fPrinterOrientation}};
+}
+
+TJSON WriteData(const TORXData& d) {
+    return TJSON{{"DataType", d.fDataType},
+                 {"LinkData", d.fLinkData},
+                 {"DataSource", d.fDataSource},
+                 {"FieldRepeat", d.fFieldRepeat},
+                 {"SaveJson", d.fSaveJson},
+                 {"DataJson", d.fDataJson},
+                 {"CsvFileName", d.fCsvFileName},
+                 {"CsvHeader", d.fCsvHeader},
+                 {"CsvSeparator", d.fCsvSeparator},
+                 {"CsvQuote", d.fCsvQuote},
+                 {"CsvFields", U::SetStrings(d.fCsvFields)},
+                 {"ValList", U::SetStrings(d.fValList)},
+                 {"ListAsk", U::SetStrings(d.fListAsk)}};
+}
+
+void ReadData(const TJSON& o, TORXData& d) {
+    d.fDataType = static_cast<std::int32_t>(U::GetInt(o, "DataType"));
+    d.fLinkData = U::GetBool(o, "LinkData");
+    d.fDataSource = U::GetString(o, "DataSource");
+    d.fFieldRepeat = U::GetString(o, "FieldRepeat");
+    d.fSaveJson = U::GetBool(o, "SaveJson");
+    d.fDataJson = U::GetString(o, "DataJson");
+    d.fCsvFileName = U::GetString(o, "CsvFileName");
+    d.fCsvHeader = U::GetBool(o, "CsvHeader");
+    d.fCsvSeparator = U::GetString(o, "CsvSeparator");
+    d.fCsvQuote = U::GetString(o, "CsvQuote");
+    d.fCsvFields = U::GetStrings(o, "CsvFields");
+    d.fValList = U::GetStrings(o, "ValList");
+    d.fListAsk = U::GetStrings(o, "ListAsk");
+}
+}  // namespace
+
+TJSON TORXBaseLabel::GetJson() const {
+    TJSON obj = TJSON::object();
+    obj["Version"] = kDrawingVersion;
+    obj["EditorMode"] = static_cast<int>(fEditorMode);
+    obj["Units"] = static_cast<int>(fMeasure.fUnits);
+    obj["Angle"] = static_cast<int>(fAngle);
+    obj["Measures"] = WriteMeasures(fMeasure);
+    obj["BackSurface"] = WriteBackSurf(fBackSurf);
+    obj["Settings"] = WriteSettings(fSettings);
+    obj["PrintInfo"] = WritePrintInfo(fPrintInfo);
+    obj["Data"] = WriteData(fData);
+    TJSON symbols = TJSON::array();
+    for (const auto& symbol : fSymbols) symbols.push_back(symbol->WriteJson());
+    obj["Symbols"] = std::move(symbols);
+    TJSON layers = TJSON::array();
+    for (const auto& layer : fLayers) layers.push_back(layer->WriteJson());
+    obj["Layers"] = std::move(layers);
+    if (HasDimStyles(fEditorMode)) {
+        TJSON styles = TJSON::array();
+        for (const auto& style : fDimStyles) styles.push_back(style->WriteJson());
+        obj["DimStyles"] = std::move(styles);
+    }
+    TJSON counters = TJSON::array();
+    for (const auto& counter : fCounters) counters.push_back(counter->WriteJson());
+    obj["Counters"] = std::move(counters);
+    TJSON items = TJSON::array();
+    for (const auto& item : fItems) items.push_back(item->WriteJson());
+    obj["Items"] = std::move(items);
+    return obj;
+}
+
+std::string TORXBaseLabel::GetJsonString(int indent) const {
+    return GetJson().dump(indent);
+}
+
+void TORXBaseLabel::ReadJson(const TJSON& obj) {
+    BeginRead(false);
+    Clear(
+        TQVLClears{TQVLClear::cleItems, TQVLClear::cleLayers, TQVLClear::cleBaseLayer, TQVLClear::cleCounters,
+                   TQVLClear::cleSymbols, TQVLClear::cleUndoRedo, TQVLClear::cleDimStyles},
+        true);
+    const auto version = static_cast<std::int32_t>(U::GetInt(obj, "Version"));
+    fEditorMode = static_cast<TQVLEditorMode>(std::clamp<std::int64_t>(U::GetInt(obj, "EditorMode"), 0, 3));
+    const bool dimStyles = HasDimStyles(fEditorMode);
+    if (dimStyles) Clear(TQVLClears{TQVLClear::cleDimStyles, TQVLClear::cleBaseStyle}, true);
+    fMeasure.fUnits =
+        static_cast<TQVLUnits>(std::clamp<std::int64_t>(U::GetInt(obj, "Units"), 0, kUnitCount - 1));
+    fAngle = version >= kAngleVersion
+                 ? static_cast<TQVLAngle>(std::clamp<std::int64_t>(U::GetInt(obj, "Angle"), 0, 3))
+                 : TQVLAngle::ag0;
+    const TQVLUnits units = fMeasure.fUnits;
+    ReadMeasures(U::GetObject(obj, "Measures"), fMeasure);
+    fMeasure.fUnits = units;
+    ReadBackSurf(U::GetObject(obj, "BackSurface"), fBackSurf);
+    ReadSettings(U::GetObject(obj, "Settings"), fSettings);
+    ReadData(U::GetObject(obj, "Data"), fData);
+    for (const auto& element : U::GetArray(obj, "Symbols")) AddSymbol()->ReadJson(element);
+    for (const auto& element : U::GetArray(obj, "Layers")) {
+        fLayers.push_back(std::make_unique<TORXLayer>(this, std::string{}));
+        fLayers.back()->ReadJson(version, element);
+    }
+    // Items need a layer to stand on.
+    if (fLayers.empty())
+        fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
+    if (dimStyles) {
+        for (const auto& element : U::GetArray(obj, "DimStyles")) {
+            TORXDimStyle* style = AddDimStyle(std::string{});
+            style->ReadJson(version, element);
+            fNextDimStyleID = std::max(fNextDimStyleID, style->fID + 1);
+        }
+    }
+    if (fDimStyles.empty()) ResetDimStyles();
+    for (const auto& element : U::GetArray(obj, "Counters")) AddCounter()->ReadJson(version, element);
+    for (const auto& element : U::GetArray(obj, "Items")) {
+        const std::int64_t type = U::GetInt(element, "Type");
+        if (type < 0 || type > 255) continue;
+        TORXBaseItem* item = CreateItem(static_cast<TQVLItemType>(type));
+        if (item == nullptr) continue;     // a kind this family does not know
+        item->ReadJson(version, element);  // kinds with derived values queue their own recalculation
+    }
+    EndRead(true);
+}
+
+}  // namespace Orvex

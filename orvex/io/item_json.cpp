@@ -1,0 +1,83 @@
+// The common item keys of drawing files: written by every item before its kind's own keys, read tolerantly.
+#include <algorithm>
+
+#include "orvex/document/document.h"
+#include "orvex/document/point_items.h"
+#include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
+
+namespace Orvex {
+
+TJSON TORXBaseItem::WriteJson() const {
+    using U = TJSONUtils;
+    TJSON obj = TJSON::object();
+    obj["Type"] = static_cast<int>(fItemType);
+    obj["TypeName"] = std::string(NameItem(fItemType));
+    obj["InID"] = fInID;
+    obj["ID"] = fID;
+    obj["Layer"] = fOwner->LayerIdx(fLayer);
+    // A symbol takes its look from the library entry it shows.
+    if (fItemType != TQVLItemType::itSymbol) {
+        obj["Angle"] = static_cast<int>(fAngle);
+        obj["Color"] = U::SetAlphaColor(fColor);
+        obj["PenWidth"] = U::BaseToMM(fPenWidth);
+    }
+    obj["Options"] = TJSON{{"Visible", fOptions.Contains(TQVLayerOp::lopVisible)},
+                           {"Print", fOptions.Contains(TQVLayerOp::lopPrint)},
+                           {"Selectable", fOptions.Contains(TQVLayerOp::lopSelectable)},
+                           {"Export", fOptions.Contains(TQVLayerOp::lopExport)}};
+    const TQVLUnits units = fOwner->Units();
+    TJSON points = TJSON::array();
+    for (const auto& p : fPoints)
+        points.push_back(TJSON{{"X", U::BaseToUnit(p.X, units)}, {"Y", U::BaseToUnit(p.Y, units)}});
+    obj["Points"] = std::move(points);
+    return obj;
+}
+
+void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
+    (void)version;
+    using U = TJSONUtils;
+    fInID = static_cast<std::int32_t>(U::GetInt(obj, "InID"));
+    fID = U::GetString(obj, "ID");
+    fOwner->RaiseNextID(fInID);
+    const std::int64_t layer = U::GetInt(obj, "Layer");
+    fLayer = (layer >= 0 && layer < fOwner->GetLayersCount())
+                 ? fOwner->GetLayer(static_cast<std::int32_t>(layer) + 1)
+                 : fOwner->GetLayer(1);
+    if (fItemType != TQVLItemType::itSymbol) {
+        fAngle = static_cast<TQVLAngle>(std::clamp<std::int64_t>(U::GetInt(obj, "Angle"), 0, 3));
+        fColor = U::GetColor(obj, "Color");
+        fPenWidth = static_cast<std::int32_t>(U::MMToBase(U::GetFloat(obj, "PenWidth")));
+    }
+    const TJSON& options = U::GetObject(obj, "Options");
+    fOptions.Clear();
+    if (U::GetBool(options, "Visible")) fOptions.Include(TQVLayerOp::lopVisible);
+    if (U::GetBool(options, "Print")) fOptions.Include(TQVLayerOp::lopPrint);
+    if (U::GetBool(options, "Selectable")) fOptions.Include(TQVLayerOp::lopSelectable);
+    if (U::GetBool(options, "Export")) fOptions.Include(TQVLayerOp::lopExport);
+    const TJSON& points = U::GetArray(obj, "Points");
+    if (IsPointListKind(fItemType)) fPoints.resize(points.size());
+    const TQVLUnits units = fOwner->Units();
+    std::int32_t index = 1;
+    for (const auto& p : points) {
+        SetPointX(index, U::UnitToBase(U::GetFloat(p, "X"), units));
+        SetPointY(index, U::UnitToBase(U::GetFloat(p, "Y"), units));
+        ++index;
+    }
+    UpdateBounds();
+}
+
+TJSON TORX2DItem::WriteJson() const {
+    TJSON obj = TORXBaseItem::WriteJson();
+    obj["BackColor"] = TJSONUtils::SetAlphaColor(fBackColor);
+    obj["Filled"] = fFill;
+    return obj;
+}
+
+void TORX2DItem::ReadJson(std::int32_t version, const TJSON& obj) {
+    TORXBaseItem::ReadJson(version, obj);
+    fBackColor = TJSONUtils::GetColor(obj, "BackColor");
+    fFill = TJSONUtils::GetBool(obj, "Filled");
+}
+
+}  // namespace Orvex
