@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "orvex/core/types.h"
@@ -30,6 +31,7 @@ namespace Orvex {
 
 class TORXCmd;
 class TIntersectThread;
+enum class TQVLDiagramFormat : std::uint8_t;  // orvex/diagrams/diagram_model.h
 
 // One crossing of two items' outlines, in base units.
 struct TIntSecPoint {
@@ -63,6 +65,10 @@ public:
     virtual void AssignSymbolAndFlowLinks() {}
     virtual void ComposeImage(const TQVLRect& area,
                               std::int32_t zoom);  // throws: hosts that compose maps override
+    // Diagram import through the loader the host registered (QVLSetDiagramLoader): false without one, and
+    // for a file that does not exist. Defined beside the diagram parsers.
+    bool LoadFromDiagramText(std::string_view text, TQVLDiagramFormat format);
+    bool LoadFromDiagram(const std::string& fileName, TQVLDiagramFormat format);
 
     // [SECTION] Items and selection. Item indexes are zero-based, in paint order.
     TORXBaseItem* GetItem(std::int32_t index) const;  // null outside the list

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "orvex/diagrams/diagram_parse.h"
+#include "orvex/document/headless.h"
 #include "orvex/diagrams/diagram_text.h"
 
 using namespace Orvex;
@@ -198,4 +199,26 @@ TEST(DiagramFile, LoaderHookIsReplacedAndRemoved) {
     EXPECT_EQ(QVLGetDiagramLoader(), &FakeLoader);
     QVLSetDiagramLoader(nullptr);
     EXPECT_EQ(QVLGetDiagramLoader(), nullptr);
+}
+
+TEST(DiagramFile, DocumentLoadsGoThroughTheRegisteredLoader) {
+    TORXHeadlessLabel doc;
+    EXPECT_FALSE(doc.LoadFromDiagramText("graph TD\nA-->B", TQVLDiagramFormat::dgAuto));  // no loader yet
+
+    QVLSetDiagramLoader(&FakeLoader);
+    EXPECT_TRUE(doc.LoadFromDiagramText("graph TD\nA-->B", TQVLDiagramFormat::dgAuto));
+    EXPECT_EQ(gLoaderText, "graph TD\nA-->B");
+    EXPECT_EQ(gLoaderFormat, TQVLDiagramFormat::dgAuto);  // passed on unchanged: the loader detects
+
+    const std::string path = testing::TempDir() + "document_load.puml";
+    {
+        std::ofstream out(path, std::ios::binary);
+        out << "\xEF\xBB\xBF@startuml\nA -> B\n@enduml\n";
+    }
+    EXPECT_TRUE(doc.LoadFromDiagram(path, TQVLDiagramFormat::dgAuto));
+    EXPECT_EQ(gLoaderText, "@startuml\nA -> B\n@enduml\n");      // the byte-order mark is gone
+    EXPECT_EQ(gLoaderFormat, TQVLDiagramFormat::dgPlantUML);  // from the extension
+    EXPECT_FALSE(doc.LoadFromDiagram(path + ".missing", TQVLDiagramFormat::dgAuto));
+    QVLSetDiagramLoader(nullptr);
+    std::remove(path.c_str());
 }
