@@ -38,6 +38,16 @@ private:
 
 bool IsBoxKind(TQVLItemType type);  // kinds spanned by two corners
 
+// A concrete item of any kind that paints nothing: THeadlessItem<TORXBaseLine> and so on. The factory
+// below creates these for every kind the library implements.
+template <class TKind>
+class THeadlessItem final : public TKind {
+public:
+    using TKind::TKind;
+    void Draw(TORXBaseDraw& surface) override { (void)surface; }
+    void Print(TORXBaseDraw& surface) override { (void)surface; }
+};
+
 class TORXHeadlessLabel : public TORXBaseLabel {
 public:
     TORXHeadlessLabel() = default;
