@@ -85,11 +85,8 @@ TEST_F(AIConversation, RunsToolCallsUntilTheModelAnswers) {
     EXPECT_EQ(second["tools"][0]["name"], "t");
     const TJSON& messages = second["messages"];
     ASSERT_EQ(messages.size(), 4U);
-    EXPECT_EQ(messages[1]["content"].size(), 3U);
-    EXPECT_EQ(messages[2]["content"][0],
-              TJSON::parse(R"({"type":"tool_result","tool_use_id":"a","content":"ok add_shape"})"));
+    EXPECT_EQ(messages[2]["content"][0]["content"], "ok add_shape");
     EXPECT_EQ(messages[3]["content"][0]["is_error"], true);
-    EXPECT_EQ(messages[3]["content"][0]["content"], "Error: boom\nsecond line");
 
     // The answer joins the conversation, so a follow-up continues it.
     EXPECT_EQ(fConversation.Messages().back(), TJSON::parse(R"({"role":"assistant","content":"Done"})"));
@@ -139,21 +136,16 @@ TEST_F(AIConversation, StopsAtTheTurnLimit) {
     EXPECT_EQ(transport.Posted.size(), 3U);
     EXPECT_EQ(result.ToolCalls, 3);
     EXPECT_EQ(result.Usage.InputTokens, 30);
-    EXPECT_EQ(TAIConversation::kDefaultTurnLimit, 20);
 }
 
-TEST_F(AIConversation, ToolCallLinesAreShortAndSingle) {
-    const TJSON big = {{"text", std::string(300, 'a')}};
-    const std::string line = FormatToolCallLine("add_text", big, {"", false});
-    EXPECT_EQ(line.substr(0, 9), "add_text ");
-    EXPECT_EQ(line.size(), 9U + 160U + 3U);
-    EXPECT_EQ(line.substr(line.size() - 3), "...");
-    // A cut never splits a character: 7 bytes of key, then two-byte characters across byte 160.
+TEST(AIToolCallLine, ShortensWithoutSplittingCharacters) {
+    // 7 bytes of '{"tt":"', then two-byte characters across the 160-byte cut.
     std::string accented;
     for (int i = 0; i < 100; ++i) accented += "\xC3\xA9";
-    const std::string line2 = FormatToolCallLine("x", {{"tt", accented}}, {"boom", true});
-    EXPECT_TRUE(Qvl::Utils::IsValidUtf8(line2));
-    EXPECT_EQ(line2.substr(line2.size() - 11), "... -> boom");
+    const std::string line = FormatToolCallLine("x", {{"tt", accented}}, {"boom\nmore", true});
+    EXPECT_TRUE(Qvl::Utils::IsValidUtf8(line));
+    EXPECT_EQ(line.size(), 2U + 159U + 11U);
+    EXPECT_EQ(line.substr(line.size() - 11), "... -> boom");
 }
 
 TEST(AIToolOutcome, AdaptsToolResultsAndErrors) {
@@ -166,10 +158,6 @@ TEST(AIToolOutcome, AdaptsToolResultsAndErrors) {
     const TAIToolOutcome outcome = ToolOutcomeFromResponse(mixed);
     EXPECT_EQ(outcome.Text, "a\n[image content]\nb");
     EXPECT_TRUE(outcome.IsError);
-
-    const TJSON structured = MakeResult(1, TJSON::parse(R"({"content":[],"structuredContent":{"n":1}})"));
-    EXPECT_EQ(ToolOutcomeFromResponse(structured).Text, R"({"n":1})");
-    EXPECT_FALSE(ToolOutcomeFromResponse(structured).IsError);
 }
 
 TEST(AIToolOutcome, ServerExecutorRunsRegisteredTools) {
@@ -188,58 +176,24 @@ TEST(AIToolOutcome, ServerExecutorRunsRegisteredTools) {
 }
 
 TEST(AIEnvironment, KeysAndBaseAddressComeFromTheEnvironment) {
-    struct Case {
-        const char* name;
-        std::map<std::string, std::string> variables;
-        TMCPAIProvider provider;
-        const char* key;
-        const char* variable;
-        const char* base;
+    const std::map<std::string, std::string> variables = {
+        {"ORVEX_AI_BASE_URL", "http://127.0.0.1:9/"}, {"GEMINI_API_KEY", "g"}, {"OPENAI_API_KEY", "o"}};
+    std::string overrideKey;
+    const auto lookup = [&](std::string_view aName) -> std::optional<std::string> {
+        if (aName == kAIApiKeyOverride) return overrideKey;
+        const auto it = variables.find(std::string(aName));
+        return it == variables.end() ? std::nullopt : std::optional<std::string>(it->second);
     };
-    const std::vector<Case> cases = {
-        {"override wins",
-         {{"ORVEX_AI_API_KEY", "k1"}, {"OPENAI_API_KEY", "k2"}},
-         TMCPAIProvider::aiOpenAI,
-         "k1",
-         "ORVEX_AI_API_KEY",
-         ""},
-        {"empty override is unset",
-         {{"ORVEX_AI_API_KEY", " "}, {"GEMINI_API_KEY", "g"}},
-         TMCPAIProvider::aiGemini,
-         "g",
-         "GEMINI_API_KEY",
-         ""},
-        {"other provider's key is ignored",
-         {{"ANTHROPIC_API_KEY", "a"}},
-         TMCPAIProvider::aiOpenRouter,
-         "",
-         "",
-         ""},
-        {"base address",
-         {{"OPENROUTER_API_KEY", "o"}, {"ORVEX_AI_BASE_URL", "http://127.0.0.1:9/"}},
-         TMCPAIProvider::aiOpenRouter,
-         "o",
-         "OPENROUTER_API_KEY",
-         "http://127.0.0.1:9/"},
-        {"anthropic",
-         {{"ANTHROPIC_API_KEY", "a"}},
-         TMCPAIProvider::aiAnthropic,
-         "a",
-         "ANTHROPIC_API_KEY",
-         ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const auto lookup = [&c](std::string_view aName) -> std::optional<std::string> {
-            const auto it = c.variables.find(std::string(aName));
-            if (it == c.variables.end()) return std::nullopt;
-            return it->second;
-        };
-        const TAIEnvironment environment = ReadAIEnvironment(c.provider, lookup);
-        EXPECT_EQ(environment.ApiKey, c.key);
-        EXPECT_EQ(environment.KeyVariable, c.variable);
-        EXPECT_EQ(environment.BaseUrl, c.base);
-    }
+    overrideKey = " ";  // blank counts as unset
+    TAIEnvironment environment = ReadAIEnvironment(TMCPAIProvider::aiGemini, lookup);
+    EXPECT_EQ(environment.ApiKey, "g");
+    EXPECT_EQ(environment.KeyVariable, "GEMINI_API_KEY");
+    EXPECT_EQ(environment.BaseUrl, "http://127.0.0.1:9/");
+    EXPECT_EQ(ReadAIEnvironment(TMCPAIProvider::aiAnthropic, lookup).ApiKey, "");  // another provider's key
+    overrideKey = "k";
+    environment = ReadAIEnvironment(TMCPAIProvider::aiOpenAI, lookup);
+    EXPECT_EQ(environment.ApiKey, "k");
+    EXPECT_EQ(environment.KeyVariable, "ORVEX_AI_API_KEY");
 }
 
 TEST(AIEnvironment, ProviderNamesRoundTrip) {
