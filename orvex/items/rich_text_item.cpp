@@ -158,6 +158,10 @@ bool TORXBaseRichText::GetSegmentAtPlainPos(std::size_t pos, std::int32_t& segme
 // [SECTION] Whole-text formats
 
 namespace {
+bool IsContent(std::uint16_t p) {
+    return p >= TextProp::kRichContent && p < TextProp::kRichContent + TextProp::kRichContentCount;
+}
+
 // The item state one whole-text command keeps: the markup and the font together.
 std::string ContentState(const std::string& markup, const TQVLFont& font) {
     return TJSON{{"Text", markup}, {"Font", U::SetFont(font)}}.dump();
@@ -165,7 +169,7 @@ std::string ContentState(const std::string& markup, const TQVLFont& font) {
 }  // namespace
 
 template <class TEdit>
-void TORXBaseRichText::EditWhole(TEdit edit) {
+void TORXBaseRichText::EditWhole(std::uint16_t property, TEdit edit) {
     TRichTextParseResult parsed = Parse();
     TQVLFont font = fFont;
     edit(font);
@@ -181,41 +185,41 @@ void TORXBaseRichText::EditWhole(TEdit edit) {
                             font.Underline != fFont.Underline ? base.Underline : f.Underline,
                             font.Strikeout != fFont.Strikeout ? base.Strikeout : f.Strikeout};
     }
-    SetTextProp(TextProp::kRichContent, ContentState(TRichTextParser::Compose(parsed, base, fHorzAlign), font));
+    SetTextProp(property, ContentState(TRichTextParser::Compose(parsed, base, fHorzAlign), font));
 }
 
 void TORXBaseRichText::SetFontHeight(float mm) {
-    EditWhole([mm](TQVLFont& f) { f.FontHeight = mm; });
+    EditWhole(TextProp::kRichContent + 0, [mm](TQVLFont& f) { f.FontHeight = mm; });
 }
 void TORXBaseRichText::SetRichFontName(const std::string& name) {
-    EditWhole([&name](TQVLFont& f) { f.Name = name; });
+    EditWhole(TextProp::kRichContent + 1, [&name](TQVLFont& f) { f.Name = name; });
 }
 void TORXBaseRichText::SetRichFontColor(TAlphaColor color) {
-    EditWhole([color](TQVLFont& f) { f.FontColor = color; });
+    EditWhole(TextProp::kRichContent + 2, [color](TQVLFont& f) { f.FontColor = color; });
 }
 void TORXBaseRichText::SetRichBold(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Bold = on; });
+    EditWhole(TextProp::kRichContent + 3, [on](TQVLFont& f) { f.Bold = on; });
 }
 void TORXBaseRichText::SetRichItalic(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Italic = on; });
+    EditWhole(TextProp::kRichContent + 4, [on](TQVLFont& f) { f.Italic = on; });
 }
 void TORXBaseRichText::SetRichUnderline(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Underline = on; });
+    EditWhole(TextProp::kRichContent + 5, [on](TQVLFont& f) { f.Underline = on; });
 }
 void TORXBaseRichText::SetRichStrikeout(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Strikeout = on; });
+    EditWhole(TextProp::kRichContent + 6, [on](TQVLFont& f) { f.Strikeout = on; });
 }
 
 std::string TORXBaseRichText::GetTextProp(std::uint16_t p) const {
-    if (p == TextProp::kRichContent) return ContentState(fRichText, fFont);
+    if (IsContent(p)) return ContentState(fRichText, fFont);
     return TPropItem::GetTextProp(p);
 }
 
 void TORXBaseRichText::SetTextProp(std::uint16_t p, const std::string& v) {
-    if (p != TextProp::kRichContent) return TPropItem::SetTextProp(p, v);
+    if (!IsContent(p)) return TPropItem::SetTextProp(p, v);
     if (v == ContentState(fRichText, fFont)) return;
     const TJSON state = TJSON::parse(v, nullptr, false);
-    TORXTxtCmd::AddCommand(this, TextProp::kRichContent);
+    TORXTxtCmd::AddCommand(this, p);
     fRichText = U::GetString(state, "Text");
     fFont = U::GetFont(U::GetObject(state, "Font"));
     fOwner->ChangeState(TOrvexState::lsUpdate, this);
