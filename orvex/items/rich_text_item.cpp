@@ -329,12 +329,15 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
     std::int64_t top = AdjustRectPos(frame, 0, total, TQVLHorzAlign::haLeft, fVertAlign).Top;
 
     std::vector<std::string> backs;  // segment backgrounds go under the text
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, box, unit));
+    // Runs meet at their own spaces, which a viewer would otherwise drop at each run's edge.
+    std::string text = fmt::format("<text xml:space=\"preserve\"{}{}>", SvgFontAttributes(fFont, unit),
+                                   SvgRotation(fAngle, box, unit));
     for (const auto& line : lines) {
         const std::int64_t height = line.Height > 0 ? line.Height : metrics.LineHeight(fFont);
         const TQVLHorzAlign align = line.Segments.empty() ? fHorzAlign : line.Segments.front()->Align;
         std::int64_t x = AdjustRectPos(frame, line.Width, height, align, TQVLVertAlign::vaTop).Left;
         const std::int64_t y = top + (line.Ascent > 0 ? line.Ascent : metrics.Ascent(fFont));
+        bool first = true;
         for (const TRichTextSegment* seg : line.Segments) {
             const TQVLFont font = FontOf(parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)]);
             const std::int64_t width = metrics.TextWidth(seg->Text, font);
@@ -344,8 +347,12 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
                     const TQVLRect r(x, y - metrics.Ascent(font), x + width, y - metrics.Ascent(font) + height);
                     backs.push_back(SvgBoxRect(r, 0.0f, unit, SvgFill(back, true) + SvgRotation(fAngle, box, unit)));
                 }
-                text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(x, unit), SvgLength(y, unit),
-                                    SvgFontAttributes(font, unit), SvgEscape(seg->Text));
+                // Only a line's first run is placed: the others follow the real glyphs of the viewer.
+                const std::string at = first ? fmt::format(" x=\"{}\" y=\"{}\"", SvgLength(x, unit),
+                                                           SvgLength(y, unit))
+                                             : std::string{};
+                text += fmt::format("<tspan{}{}>{}</tspan>", at, SvgFontAttributes(font, unit), SvgEscape(seg->Text));
+                first = false;
             }
             x += width;
         }
