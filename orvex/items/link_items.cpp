@@ -50,6 +50,14 @@ bool Horizontal(int side) {
     return side == 1 || side == 3;
 }
 
+double Degrees(double radians) {
+    return radians * 180.0 / std::numbers::pi;
+}
+
+double Radians(double degrees) {
+    return degrees * std::numbers::pi / 180.0;
+}
+
 constexpr int kCornerPoints = 7;  // per rounded corner; two corners make the 14 points of the type
 constexpr double kCornerRadius = 2500.0;  // base units
 
@@ -317,6 +325,9 @@ void TORXBaseLink::CalcLinkPoints(bool reset) {
                 sweep = std::numbers::pi / 2;
                 ccw = perp.X * n0.X + perp.Y * n0.Y <= 0.0;
             }
+            // Files keep the sweep in degrees to 3 decimals: routing from that value makes a read drawing route
+            // exactly as it was saved.
+            sweep = Radians(RoundTo3Decimals(Degrees(sweep)));
             const double side = ccw ? 1.0 : -1.0;
             fSweep = sweep;
             fClockWise = !ccw;
@@ -592,9 +603,9 @@ TJSON TORXBaseLink::WriteJson() const {
     obj["Radio"] = fRadio;
     obj["Cx"] = fCx;
     obj["Cy"] = fCy;
-    obj["Start"] = U::Round(fStart);
-    obj["End"] = U::Round(fEnd);
-    obj["Sweep"] = U::Round(fSweep);
+    obj["Start"] = U::Round(Degrees(fStart));  // degrees in files
+    obj["End"] = U::Round(Degrees(fEnd));
+    obj["Sweep"] = U::Round(Degrees(fSweep));
     obj["ClockWise"] = fClockWise;
     TJSON points = TJSON::array();
     for (const auto& p : fLinkPoints) points.push_back(TJSON{{"BaseX", p.X}, {"BaseY", p.Y}});
@@ -617,9 +628,9 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fRadio = U::GetInt(obj, "Radio");
     fCx = U::GetInt(obj, "Cx");
     fCy = U::GetInt(obj, "Cy");
-    fStart = U::GetFloat(obj, "Start");
-    fEnd = U::GetFloat(obj, "End");
-    fSweep = U::GetFloat(obj, "Sweep");
+    fStart = Radians(U::GetFloat(obj, "Start"));
+    fEnd = Radians(U::GetFloat(obj, "End"));
+    fSweep = Radians(U::GetFloat(obj, "Sweep"));
     fClockWise = U::GetBool(obj, "ClockWise");
     fLinkPoints.clear();
     for (const auto& p : U::GetArray(obj, "LinkPoints"))

@@ -69,7 +69,8 @@ public:
     // Both ends at once, as one undo step: what add_link and the diagram layout call.
     void Bind(const TORXBaseFlow* from, std::int16_t fromIndex, const TORXBaseFlow* to, std::int16_t toIndex);
 
-    // Arc of an ltArc link (derived): radius and centre in base units, angles in radians (as TDraw2D).
+    // Arc of an ltArc link (derived): radius and centre in base units, angles in radians (as TDraw2D;
+    // drawing files hold degrees).
     std::int64_t Radio() const { return fRadio; }
     std::int64_t Cx() const { return fCx; }
     std::int64_t Cy() const { return fCy; }
