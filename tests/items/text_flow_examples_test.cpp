@@ -96,8 +96,8 @@ TEST(TextFlowExamplesKindsTest, BetweenThemTheExamplesUseEveryKind) {
             }
         }
     }
-    for (auto kind : {TQVLItemType::itText, TQVLItemType::itPara, TQVLItemType::itPolyText, TQVLItemType::itRichText,
-                      TQVLItemType::itFlow, TQVLItemType::itLink})
+    for (auto kind : {TQVLItemType::itText, TQVLItemType::itPara, TQVLItemType::itPolyText,
+                      TQVLItemType::itRichText, TQVLItemType::itFlow, TQVLItemType::itLink})
         EXPECT_TRUE(kinds.count(kind)) << static_cast<int>(kind);
     EXPECT_GE(shapes.size(), 6u);
     EXPECT_EQ(courses.size(), static_cast<std::size_t>(kLinkTypeCount));
