@@ -161,25 +161,27 @@ void TORXBaseDim::SetAngular(const TQVLPto64& centre, const TQVLPto64& startArm,
 
 TORXBaseDim::TAngleArc TORXBaseDim::AngleArc() const {
     TAngleArc arc;
-    const TQVLPto p5 = GetPoint(5), p6 = GetPoint(6), p7 = GetPoint(7);
-    std::int64_t cx = 0, cy = 0, radius = 0;
-    double a0 = 0.0, a1 = 0.0;
-    bool ccw = true;
-    if (!TDraw2D::ArcThreePoints(p5.X, p5.Y, p7.X, p7.Y, p6.X, p6.Y, cx, cy, radius, a0, a1, ccw)) {
-        cx = GetPointX(8), cy = GetPointY(8);
-        radius = static_cast<std::int64_t>(std::llround(TDraw2D::Distance(cx, cy, p7.X, p7.Y)));
-    }
-    const auto angle = [&](const TQVLPto& p) {
-        return TDraw2D::NormalizeAngle(std::atan2(static_cast<double>(p.Y - cy), static_cast<double>(p.X - cx)));
+    const auto at = [this](std::int32_t i) {
+        return TPoint2D{static_cast<double>(GetPointX(i)), static_cast<double>(GetPointY(i))};
     };
+    const TPoint2D p5 = at(5), p6 = at(6), p7 = at(7);
+    // The centre in double precision: a rounded centre would tilt the arms by hundredths of a degree.
+    TPoint2D c;
+    double radius = 0.0, a0 = 0.0, a1 = 0.0;
+    bool ccw = true;
+    if (!TDraw2D::ArcThreePoints(p5, p7, p6, c, radius, a0, a1, ccw)) {
+        c = at(8);
+        radius = TDraw2D::Distance(c, p7);
+    }
+    const auto angle = [&](const TPoint2D& p) { return TDraw2D::NormalizeAngle(std::atan2(p.Y - c.Y, p.X - c.X)); };
     const double s = angle(p5), e = angle(p6), a = angle(p7);
     constexpr double kTwoPi = 2.0 * std::numbers::pi;
     const auto positive = [&](double v) { return v < 0.0 ? v + kTwoPi : v; };
     const bool inside = positive(e - s) >= positive(a - s);
     double sweep = inside ? e - s : s - e;
     if (sweep < 0.0) sweep += kTwoPi;
-    arc.Center = {cx, cy};
-    arc.Radius = radius;
+    arc.Center = {static_cast<std::int64_t>(std::llround(c.X)), static_cast<std::int64_t>(std::llround(c.Y))};
+    arc.Radius = static_cast<std::int64_t>(std::llround(radius));
     arc.Measure = sweep;
     // Stored angles grow clockwise on screen: the arc from s (or from e) by the sweep, turned to screen terms.
     arc.StartDeg = NormDeg(-Deg(inside ? s : e));
@@ -275,7 +277,6 @@ static TDimShape ShapeOf(const TORXBaseDim& dim, const TORXDimStyle& style, std:
         case TQVDimType::dmtDiameter2: {
             const TQVLPto64 opposite{2 * p1.X - p2.X, 2 * p1.Y - p2.Y};
             shape.DimLine = {opposite, p2};
-            mid = p1;
             along = p1 == p2 ? 0.0 : ScreenAngle(p1.X, p1.Y, p2.X, p2.Y);
             break;
         }
@@ -422,6 +423,9 @@ TJSON TORXBaseDim::WriteJson() const {
 }
 
 void TORXBaseDim::ReadJson(std::int32_t version, const TJSON& obj) {
+    // The kind first: while the points arrive one by one, the derived ones must not overwrite the arms of
+    // an angle.
+    fDimType = static_cast<TQVDimType>(std::clamp<std::int64_t>(U::GetInt(obj, "DimType"), 0, 7));
     TORXBasePoint::ReadJson(version, obj);
     fDimType = static_cast<TQVDimType>(std::clamp<std::int64_t>(U::GetInt(obj, "DimType"), 0, 7));
     fDimExt = static_cast<std::int32_t>(std::clamp<std::int64_t>(U::GetInt(obj, "DimExt"), 0, 3));
