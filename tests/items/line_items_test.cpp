@@ -141,13 +141,15 @@ TQVLPto64 OnCircle(const TQVLPto64& c, double r, double degrees) {
 TEST(LineItems, AngularDimensionMeasuresTheSweepThatHoldsItsArcPoint) {
     TORXHeadlessLabel doc;
     auto* dim = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
-    const TQVLPto64 c{50000, 50000};
-    dim->SetAngular(c, OnCircle(c, 20000, 350), OnCircle(c, 20000, 10), OnCircle(c, 20000, 0));
+    // A metre of radius keeps the rounding of the points to whole micrometres far below 0.005 degrees.
+    const TQVLPto64 c{2000000, 2000000};
+    const double r = 1000000;
+    dim->SetAngular(c, OnCircle(c, r, 350), OnCircle(c, r, 10), OnCircle(c, r, 0));
     EXPECT_EQ(dim->DisplayText(), "20.00\xC2\xB0");
-    dim->SetAngular(c, OnCircle(c, 20000, 350), OnCircle(c, 20000, 10), OnCircle(c, 20000, 180));
+    dim->SetAngular(c, OnCircle(c, r, 350), OnCircle(c, r, 10), OnCircle(c, r, 180));
     EXPECT_EQ(dim->DisplayText(), "340.00\xC2\xB0");
     // Collinear arc points have no circle: the stored centre (point 8) serves.
-    dim->SetAngular(c, {60000, 50000}, {40000, 50000}, {55000, 50000});
+    dim->SetAngular({50000, 50000}, {60000, 50000}, {40000, 50000}, {55000, 50000});
     EXPECT_EQ(dim->DisplayText(), "180.00\xC2\xB0");
 }
 
