@@ -58,7 +58,8 @@ TQVLPto64 Along(const TQVLPto64& from, const TQVLPto64& to, double distance) {
 
 // [SECTION] Properties
 
-TORXBaseDim::TORXBaseDim(TORXBaseLabel* owner, bool preview) : TORXBasePoint(owner, TQVLItemType::itDim, preview) {
+TORXBaseDim::TORXBaseDim(TORXBaseLabel* owner, bool preview)
+    : TORXBasePoint(owner, TQVLItemType::itDim, preview) {
     if (const TORXDimStyle* style = owner->GetActiveDimStyle()) fIdDimStyle = style->fID;
 }
 
@@ -173,7 +174,9 @@ TORXBaseDim::TAngleArc TORXBaseDim::AngleArc() const {
         c = at(8);
         radius = TDraw2D::Distance(c, p7);
     }
-    const auto angle = [&](const TPoint2D& p) { return TDraw2D::NormalizeAngle(std::atan2(p.Y - c.Y, p.X - c.X)); };
+    const auto angle = [&](const TPoint2D& p) {
+        return TDraw2D::NormalizeAngle(std::atan2(p.Y - c.Y, p.X - c.X));
+    };
     const double s = angle(p5), e = angle(p6), a = angle(p7);
     constexpr double kTwoPi = 2.0 * std::numbers::pi;
     const auto positive = [&](double v) { return v < 0.0 ? v + kTwoPi : v; };
@@ -183,7 +186,8 @@ TORXBaseDim::TAngleArc TORXBaseDim::AngleArc() const {
     arc.Center = {static_cast<std::int64_t>(std::llround(c.X)), static_cast<std::int64_t>(std::llround(c.Y))};
     arc.Radius = static_cast<std::int64_t>(std::llround(radius));
     arc.Measure = sweep;
-    // Stored angles grow clockwise on screen: the arc from s (or from e) by the sweep, turned to screen terms.
+    // Stored angles grow clockwise on screen: the arc from s (or from e) by the sweep, turned to screen
+    // terms.
     arc.StartDeg = NormDeg(-Deg(inside ? s : e));
     arc.SweepDeg = -Deg(sweep);
     return arc;
@@ -200,14 +204,22 @@ std::string TORXBaseDim::MeasureText() const {
     std::string prefix;
     switch (fDimType) {
         case TQVDimType::dmtRadial1:
-        case TQVDimType::dmtRadial2: prefix = "R"; break;
-        case TQVDimType::dmtDiameter2: distance *= 2.0, prefix = "\xC3\x98"; break;  // its points span a radius
-        case TQVDimType::dmtDiameter1: prefix = "\xC3\x98"; break;
-        default: break;
+        case TQVDimType::dmtRadial2:
+            prefix = "R";
+            break;
+        case TQVDimType::dmtDiameter2:
+            distance *= 2.0, prefix = "\xC3\x98";
+            break;  // its points span a radius
+        case TQVDimType::dmtDiameter1:
+            prefix = "\xC3\x98";
+            break;
+        default:
+            break;
     }
     if (!style.fPrefix.empty()) prefix = style.fPrefix;
     // No default suffix here, unlike the degree sign of angles.
-    return prefix + FormatNumber(distance / static_cast<double>(UnitFactor(fOwner->Units())), format) + style.fSuffix;
+    return prefix + FormatNumber(distance / static_cast<double>(UnitFactor(fOwner->Units())), format) +
+           style.fSuffix;
 }
 
 void TORXBaseDim::CalcValues(std::int16_t value) {
@@ -285,13 +297,16 @@ static TDimShape ShapeOf(const TORXBaseDim& dim, const TORXDimStyle& style, std:
             shape.Arc = dim.AngleArc();
             const TORXBaseDim::TAngleArc& arc = shape.Arc;
             for (int i = 0; i <= 32; ++i)
-                shape.DimLine.push_back(PolarPoint(arc.Center.X, arc.Center.Y, static_cast<double>(arc.Radius),
+                shape.DimLine.push_back(PolarPoint(arc.Center.X, arc.Center.Y,
+                                                   static_cast<double>(arc.Radius),
                                                    arc.StartDeg + arc.SweepDeg * i / 32.0));
             for (int arm : {5, 6}) {
-                if (dim.DimExt() == 3 || (dim.DimExt() == 1 && arm == 6) || (dim.DimExt() == 2 && arm == 5)) continue;
+                if (dim.DimExt() == 3 || (dim.DimExt() == 1 && arm == 6) || (dim.DimExt() == 2 && arm == 5))
+                    continue;
                 const TQVLPto64 p{dim.GetPointX(arm), dim.GetPointY(arm)};
                 const double len = TDraw2D::Distance(arc.Center.X, arc.Center.Y, p.X, p.Y);
-                if (len > gap) shape.ExtLines.emplace_back(Along(arc.Center, p, gap), Along(arc.Center, p, len + over));
+                if (len > gap)
+                    shape.ExtLines.emplace_back(Along(arc.Center, p, gap), Along(arc.Center, p, len + over));
             }
             const double midDeg = arc.StartDeg + arc.SweepDeg / 2.0;
             mid = PolarPoint(arc.Center.X, arc.Center.Y, static_cast<double>(arc.Radius), midDeg);
@@ -355,21 +370,24 @@ bool TORXBaseDim::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, b
     return std::fabs(u) <= shape.TextWidth / 2.0 + t && v >= -t && v <= shape.TextHeight + t;
 }
 
-bool TORXBaseDim::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBaseDim::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                             TQVLRef& ref) {
     const bool angle = fDimType == TQVDimType::dmtAngle;
     switch (snap) {
         case TQVLSnap::snEndPoint:
-            for (std::int32_t i : angle ? std::vector<std::int32_t>{5, 6, 7} : std::vector<std::int32_t>{1, 2, 3, 4})
+            for (std::int32_t i :
+                 angle ? std::vector<std::int32_t>{5, 6, 7} : std::vector<std::int32_t>{1, 2, 3, 4})
                 if (NearPoint(this, x, y, tolerance, {GetPointX(i), GetPointY(i)}, i, ref)) return true;
             return false;
         case TQVLSnap::snMidPoint:
             if (angle) return false;
-            return NearPoint(this, x, y, tolerance, {(GetPointX(1) + GetPointX(2)) / 2, (GetPointY(1) + GetPointY(2)) / 2},
-                             0, ref);
+            return NearPoint(this, x, y, tolerance,
+                             {(GetPointX(1) + GetPointX(2)) / 2, (GetPointY(1) + GetPointY(2)) / 2}, 0, ref);
         case TQVLSnap::snCenter:
             return NearPoint(this, x, y, tolerance, CenterPoint(), 0, ref);
         case TQVLSnap::snNearest: {
-            const TDimShape shape = ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
+            const TDimShape shape =
+                ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
             return SnapNearestOnChain(this, shape.DimLine, false, x, y, tolerance, ref);
         }
         case TQVLSnap::snIntersection:
@@ -471,19 +489,30 @@ void TORXBaseDim::SetBoolProp(std::uint16_t property, bool value) {
 
 std::int64_t TORXBaseDim::GetEnumProp(std::uint16_t property) const {
     switch (property) {
-        case kPropDimType: return static_cast<std::int64_t>(fDimType);
-        case kPropDimExt: return fDimExt;
-        case kPropIdDimStyle: return fIdDimStyle;
-        default: return TORXBasePoint::GetEnumProp(property);
+        case kPropDimType:
+            return static_cast<std::int64_t>(fDimType);
+        case kPropDimExt:
+            return fDimExt;
+        case kPropIdDimStyle:
+            return fIdDimStyle;
+        default:
+            return TORXBasePoint::GetEnumProp(property);
     }
 }
 
 void TORXBaseDim::SetEnumProp(std::uint16_t property, std::int64_t value) {
     switch (property) {
-        case kPropDimType: SetDimType(static_cast<TQVDimType>(value)); break;
-        case kPropDimExt: SetDimExt(static_cast<std::int32_t>(value)); break;
-        case kPropIdDimStyle: SetIdDimStyle(static_cast<std::int32_t>(value)); break;
-        default: TORXBasePoint::SetEnumProp(property, value);
+        case kPropDimType:
+            SetDimType(static_cast<TQVDimType>(value));
+            break;
+        case kPropDimExt:
+            SetDimExt(static_cast<std::int32_t>(value));
+            break;
+        case kPropIdDimStyle:
+            SetIdDimStyle(static_cast<std::int32_t>(value));
+            break;
+        default:
+            TORXBasePoint::SetEnumProp(property, value);
     }
 }
 
@@ -497,9 +526,10 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
     const TDimShape shape = ShapeOf(*this, style, std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
     std::string out = "<g>";
     for (const auto& [from, to] : shape.ExtLines)
-        out += fmt::format("<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"{}/>", SvgLength(from.X, u), SvgLength(from.Y, u),
-                           SvgLength(to.X, u), SvgLength(to.Y, u),
-                           SvgStroke(style.fExtColor, GetBaseValue(style.fExtPenWidth) * factor, style.fExtLineType, u));
+        out += fmt::format(
+            "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"{}/>", SvgLength(from.X, u), SvgLength(from.Y, u),
+            SvgLength(to.X, u), SvgLength(to.Y, u),
+            SvgStroke(style.fExtColor, GetBaseValue(style.fExtPenWidth) * factor, style.fExtLineType, u));
     const double head = MillimetresInUnit(style.fHeadSize, u) * factor;
     const std::string marker = SvgTerminatorMarker(style.fHeadType, style.fHeadColor, head, defs);
     std::string d;
@@ -516,9 +546,10 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
         std::string heads;
         if (!marker.empty() && shape.HeadStart) heads += " marker-start=\"" + marker + "\"";
         if (!marker.empty() && shape.HeadEnd) heads += " marker-end=\"" + marker + "\"";
-        out += fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d,
-                           SvgStroke(style.fDimColor, GetBaseValue(style.fDimPenWidth) * factor, style.fDimLineType, u),
-                           heads);
+        out += fmt::format(
+            "<path d=\"{}\" fill=\"none\"{}{}/>", d,
+            SvgStroke(style.fDimColor, GetBaseValue(style.fDimPenWidth) * factor, style.fDimLineType, u),
+            heads);
     }
     const std::string text = MeasureText();
     if (!text.empty()) {
@@ -529,11 +560,11 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
                                                                       SvgNumber(-shape.TextAngle), x, y);
         // A style read without a font colour would hide its text: it takes the dimension line's colour.
         const TAlphaColor ink = AlphaOf(style.fFont.FontColor) == 0 ? style.fDimColor : style.fFont.FontColor;
-        out += fmt::format("<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
-                           SvgFont(style.fFont.Name, GetValue(static_cast<std::int64_t>(shape.TextHeight), u),
-                                   style.fFont.Bold, style.fFont.Italic, style.fFont.Underline, style.fFont.Strikeout,
-                                   ink),
-                           SvgEscape(text));
+        out += fmt::format(
+            "<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
+            SvgFont(style.fFont.Name, GetValue(static_cast<std::int64_t>(shape.TextHeight), u),
+                    style.fFont.Bold, style.fFont.Italic, style.fFont.Underline, style.fFont.Strikeout, ink),
+            SvgEscape(text));
     }
     body.push_back(out + "</g>");
 }

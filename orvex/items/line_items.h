@@ -45,7 +45,7 @@ enum class TQVDimType : std::uint8_t {
 
 // [SECTION] TORXTermLine: a dashed line with a terminator at each end (polyline, arc, arrow line, Bézier).
 class TORXTermLine : public TORXBasePoint {
-public:
+  public:
     // Terminator colours and sizes of a new line come from the document's settings.
     TORXTermLine(TORXBaseLabel* owner, TQVLItemType type, bool preview);
 
@@ -77,7 +77,7 @@ public:
     TAlphaColor GetColorProp(std::uint16_t property) const override;
     void SetColorProp(std::uint16_t property, TAlphaColor value) override;
 
-protected:
+  protected:
     void WriteLineTypeJson(TJSON& obj) const;
     void WriteTermJson(TJSON& obj) const;  // "FromType" to "SizeTo"
     void ReadTermJson(const TJSON& obj);   // "LineType" and the terminators
@@ -96,7 +96,7 @@ protected:
 
 // [SECTION] TORXBaseLine: a straight segment from point 1 to point 2.
 class TORXBaseLine : public TORXBasePoint {
-public:
+  public:
     explicit TORXBaseLine(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itLine, preview) {}
 
@@ -114,13 +114,13 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-private:
+  private:
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBasePolyLine: an open chain through its points (none when new; InsertPoint adds them).
 class TORXBasePolyLine : public TORXTermLine {
-public:
+  public:
     explicit TORXBasePolyLine(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itPolyLine, preview) {}
 
@@ -137,7 +137,7 @@ public:
 // midpoint, radius half their horizontal distance), from StartAngle to EndAngle; ClockWise turns the
 // other way round. SweepAngle (0 < sweep <= 360) follows from the two angles; equal angles make a circle.
 class TORXBaseArc : public TORXTermLine {
-public:
+  public:
     explicit TORXBaseArc(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itArc, preview) {}
 
@@ -184,7 +184,7 @@ public:
     static constexpr std::uint16_t kPropEndAngle = kPropKindFirst + 1;
     static constexpr std::uint16_t kPropClockWise = kPropKindFirst + 2;
 
-private:
+  private:
     void CalcSweep();
     void Turn(bool right);
 
@@ -200,7 +200,7 @@ private:
 // [SECTION] TORXBaseArrowLine: a line from point 1 to point 2 with a label. Points 3 and 4 follow from the
 // others: the label's anchor (the middle of its baseline) and the end of its baseline.
 class TORXBaseArrowLine : public TORXTermLine {
-public:
+  public:
     // A new arrow line points at its second end; its label (empty) is set in "Arial".
     explicit TORXBaseArrowLine(TORXBaseLabel* owner, bool preview = false);
 
@@ -276,7 +276,7 @@ public:
     static constexpr std::uint16_t kPropFillType = kPropKindFirst + 14;
     static constexpr std::uint16_t kPropName = kPropKindFirst + 15;
 
-private:
+  private:
     struct TLabelPlace {
         TQVLPto64 Anchor;    // middle of the baseline
         double Angle = 0.0;  // degrees, counter-clockwise on screen
@@ -316,12 +316,14 @@ private:
 // Points 5 and 6 of the non-angle kinds and 9 and 10 of every kind are derived: the corners of the
 // dimension's extent (5, 6; so the bounds cover it) and the text's anchor and direction (9, 10).
 class TORXBaseDim : public TORXBasePoint {
-public:
+  public:
     explicit TORXBaseDim(TORXBaseLabel* owner, bool preview = false);
 
     TQVDimType DimType() const { return fDimType; }
     void SetDimType(TQVDimType type);
-    std::int32_t DimExt() const { return fDimExt; }  // 0 both extension lines, 1 the first, 2 the second, 3 none
+    std::int32_t DimExt() const {
+        return fDimExt;
+    }  // 0 both extension lines, 1 the first, 2 the second, 3 none
     void SetDimExt(std::int32_t ext);
     std::int32_t IdDimStyle() const { return fIdDimStyle; }
     void SetIdDimStyle(std::int32_t id);
@@ -381,7 +383,7 @@ public:
     };
     TAngleArc AngleArc() const;
 
-private:
+  private:
     std::string MeasureText() const;
     void Turn(bool right);
 

@@ -16,7 +16,7 @@ namespace Orvex {
 
 // Box shapes share the outline's dash pattern and keep point 1 at the top-left corner after a turn.
 class TORXBoxShape : public TORX2DItem {
-public:
+  public:
     using TORX2DItem::TORX2DItem;
 
     TQVLineType LineType() const { return fLineType; }
@@ -28,17 +28,17 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-protected:
-    bool FilledInk() const;  // filled with a colour that is not fully transparent
+  protected:
+    bool FilledInk() const;                    // filled with a colour that is not fully transparent
     std::string SvgPaint(float factor) const;  // fill and stroke attributes
-    virtual void Turned() {}  // after a quarter turn: derived values follow
+    virtual void Turned() {}                   // after a quarter turn: derived values follow
 
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBaseRectangle
 class TORXBaseRectangle : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseRectangle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itRectangle, preview) {}
 
@@ -61,13 +61,13 @@ public:
 
     static constexpr std::uint16_t kPropRadio = kPropKindFirst;
 
-private:
+  private:
     std::int32_t fRadio = 0;  // base units
 };
 
 // [SECTION] TORXBasePolygon: a closed outline through its points (none when new).
 class TORXBasePolygon : public TORXBasePoint {
-public:
+  public:
     explicit TORXBasePolygon(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itPolygon, preview) {}
 
@@ -85,14 +85,14 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-private:
+  private:
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBaseBezier: a chain of cubic segments p0 (c1 c2 p)...; points left after the last whole
 // segment are joined by straight lines. A new curve has no terminators and the settings' colour and size.
 class TORXBaseBezier : public TORXTermLine {
-public:
+  public:
     explicit TORXBaseBezier(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itBezier, preview) {}
 
@@ -108,7 +108,7 @@ public:
 // [SECTION] TORXBaseCircle: centre and radius are cached from points 1 and 2 (the midpoint, half the
 // horizontal distance) whenever the bounds are updated.
 class TORXBaseCircle : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseCircle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itCircle, preview) {}
 
@@ -134,8 +134,9 @@ public:
     void UpdateBounds() override;
     TQVLPto64 CenterPoint() const override { return {fCX, fCY}; }
 
-protected:
-    TORXBaseCircle(TORXBaseLabel* owner, TQVLItemType type, bool preview) : TORXBoxShape(owner, type, preview) {}
+  protected:
+    TORXBaseCircle(TORXBaseLabel* owner, TQVLItemType type, bool preview)
+        : TORXBoxShape(owner, type, preview) {}
     void MoveCenter(std::int64_t cx, std::int64_t cy);
 
     std::int64_t fCX = 0;
@@ -145,7 +146,7 @@ protected:
 
 // [SECTION] TORXBaseEllipse: the ellipse inscribed in the box of points 1 and 2.
 class TORXBaseEllipse : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseEllipse(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itEllipse, preview) {}
 
@@ -169,7 +170,7 @@ public:
 // over SweepAngle degrees, counter-clockwise on screen when positive. The effective start is StartAngle
 // corrected by the item's quarter turns.
 class TORXBaseSector : public TORXBaseCircle {
-public:
+  public:
     explicit TORXBaseSector(TORXBaseLabel* owner, bool preview = false);
 
     float StartAngle() const { return fStartAngle; }
@@ -192,10 +193,10 @@ public:
     static constexpr std::uint16_t kPropStartAngle = kPropKindFirst;
     static constexpr std::uint16_t kPropSweepAngle = kPropKindFirst + 1;
 
-protected:
+  protected:
     void Turned() override { CalcEffectiveStart(); }
 
-private:
+  private:
     void CalcEffectiveStart();
     std::vector<TQVLPto64> Outline() const;  // centre, then the arc flattened
 

@@ -29,16 +29,19 @@ TEST(DrawingSvg, ViewBoxCoversTheLabelAndEveryItem) {
     line->SetBase(1, -5000, 10000);
     line->SetBase(2, 80000, 10000);  // along an axis: no area, still counted
     const std::string svg = doc.SVG(TQVLExportSVG::esFile, 1.0f, false);
-    EXPECT_EQ(svg.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
-                        "version=\"1.1\" width=\"85.1mm\" height=\"20mm\" viewBox=\"-5.05 0 85.1 20\">",
-                        0),
-              0u)
+    EXPECT_EQ(
+        svg.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                  "version=\"1.1\" width=\"85.1mm\" height=\"20mm\" viewBox=\"-5.05 0 85.1 20\">",
+                  0),
+        0u)
         << svg;
     // On a 1:10 drawing the same extent is a tenth of the size on paper, and pens are ten times wider.
     doc.Measure().fDrawScale = 10;
     const std::string scaled = doc.SVG(TQVLExportSVG::esEmbedded, 1.0f, false);
     EXPECT_EQ(scaled.rfind("<svg ", 0), 0u);
-    EXPECT_NE(scaled.find("width=\"50.55mm\" height=\"20mm\" viewBox=\"-5.5 0 505.5 200\""), std::string::npos) << scaled;
+    EXPECT_NE(scaled.find("width=\"50.55mm\" height=\"20mm\" viewBox=\"-5.5 0 505.5 200\""),
+              std::string::npos)
+        << scaled;
     EXPECT_NE(scaled.find("stroke-width=\"1\""), std::string::npos);
 }
 
@@ -94,7 +97,7 @@ TRun Shell(const std::string& command) {
 }
 
 class DrawingSvgCli : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         fDir = std::filesystem::temp_directory_path() /
                ("orvex_svg_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
@@ -117,12 +120,14 @@ TEST_F(DrawingSvgCli, UnknownOutputExtensionIsAUsageError) {
 TEST_F(DrawingSvgCli, EveryExampleConvertsToSvgThatLibrsvgRenders) {
     const bool rsvg = Shell("command -v rsvg-convert").Status == 0;
     int examples = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(std::string(ORVEX_SOURCE_DIR) + "/examples/drawings")) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::string(ORVEX_SOURCE_DIR) + "/examples/drawings")) {
         if (entry.path().extension() != ".json") continue;
         SCOPED_TRACE(entry.path().filename().string());
         ++examples;
         const auto svg = fDir / (entry.path().stem().string() + ".SVG");  // the extension ignores case
-        const TRun run = Shell(std::string(ORVEX_CLI_PATH) + " convert " + entry.path().string() + " -o " + svg.string());
+        const TRun run =
+            Shell(std::string(ORVEX_CLI_PATH) + " convert " + entry.path().string() + " -o " + svg.string());
         ASSERT_EQ(run.Status, 0) << run.Out;
         std::ifstream file(svg);
         std::stringstream text;

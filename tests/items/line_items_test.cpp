@@ -37,9 +37,9 @@ TEST(LineItems, KindKeysFollowTheCommonKeysInOrder) {
     EXPECT_EQ(KindKeys(doc.CreateItem(TQVLItemType::itArc)->WriteJson()),
               with({"LineType", "StartAngle", "EndAngle", "SweepAngle", "ClockWise"}, term));
     EXPECT_EQ(KindKeys(doc.CreateItem(TQVLItemType::itArrowLine)->WriteJson()),
-              with(with({"LineType"}, term), {"Text", "Font", "FontHeight", "FontColor", "Bold", "Italic", "Underline",
-                                              "Strikeout", "TextAngle", "TextPos", "TextMeasure", "Format", "Data",
-                                              "Field", "FillType", "Name"}));
+              with(with({"LineType"}, term),
+                   {"Text", "Font", "FontHeight", "FontColor", "Bold", "Italic", "Underline", "Strikeout",
+                    "TextAngle", "TextPos", "TextMeasure", "Format", "Data", "Field", "FillType", "Name"}));
     EXPECT_EQ(KindKeys(doc.CreateItem(TQVLItemType::itDim)->WriteJson()),
               (K{"DimType", "DimExt", "IdDimStyle", "Text", "TextAngle", "TextMeasure"}));
 }
@@ -75,7 +75,9 @@ TEST(LineItems, EveryKindReadsBackWhatItWrote) {
 TEST(LineItems, SettersRecordOneUndoStepEach) {
     TORXHeadlessLabel doc;
     const auto term = [](auto fn) { return [fn](TORXBaseItem& i) { fn(dynamic_cast<TORXTermLine&>(i)); }; };
-    const auto arrow = [](auto fn) { return [fn](TORXBaseItem& i) { fn(dynamic_cast<TORXBaseArrowLine&>(i)); }; };
+    const auto arrow = [](auto fn) {
+        return [fn](TORXBaseItem& i) { fn(dynamic_cast<TORXBaseArrowLine&>(i)); };
+    };
     const auto arc = [](auto fn) { return [fn](TORXBaseItem& i) { fn(dynamic_cast<TORXBaseArc&>(i)); }; };
     const auto dim = [](auto fn) { return [fn](TORXBaseItem& i) { fn(dynamic_cast<TORXBaseDim&>(i)); }; };
     auto* a = Create<TORXBaseArrowLine>(doc, TQVLItemType::itArrowLine);
@@ -157,9 +159,13 @@ TEST(LineItems, RadialAndDiameterTextsTakeTheirPrefixes) {
     TORXHeadlessLabel doc;
     auto* dim = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
     dim->SetRadial(TQVDimType::dmtDiameter2, {0, 0}, {5000, 0});
-    EXPECT_EQ(dim->DisplayText(), "\xC3\x98" "10.00");  // points span a radius
+    EXPECT_EQ(dim->DisplayText(),
+              "\xC3\x98"
+              "10.00");  // points span a radius
     dim->SetRadial(TQVDimType::dmtDiameter1, {0, 0}, {10000, 0});
-    EXPECT_EQ(dim->DisplayText(), "\xC3\x98" "10.00");
+    EXPECT_EQ(dim->DisplayText(),
+              "\xC3\x98"
+              "10.00");
     dim->SetRadial(TQVDimType::dmtRadial2, {0, 0}, {0, 2500});
     EXPECT_EQ(dim->DisplayText(), "R2.50");
     dim->SetLinear(TQVDimType::dmtHorz, {0, 0}, {25400, 9000}, 3000);
@@ -242,8 +248,8 @@ TEST(LineItems, ArrowLineLabelIsPickedAboveTheLine) {
     arrow->SetBase(2, 60000, 0);
     arrow->SetBase(1, 0, 0);
     arrow->SetText("LABEL");
-    EXPECT_TRUE(arrow->Pick(30000, -2500, 0, false));   // over the text above the middle
-    EXPECT_FALSE(arrow->Pick(30000, 2500, 0, false));   // below the line
+    EXPECT_TRUE(arrow->Pick(30000, -2500, 0, false));        // over the text above the middle
+    EXPECT_FALSE(arrow->Pick(30000, 2500, 0, false));        // below the line
     EXPECT_EQ(arrow->GetPoint(3), (TQVLPto{30000, -1050}));  // the label's anchor follows the line
     arrow->SetTextMeasure(true);
     EXPECT_EQ(arrow->LabelText(), "60.00");

@@ -10,7 +10,8 @@ namespace {
 using namespace ItemTest;
 
 template <class T>
-T* Box(TORXBaseLabel& doc, TQVLItemType type, std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2) {
+T* Box(TORXBaseLabel& doc, TQVLItemType type, std::int64_t x1, std::int64_t y1, std::int64_t x2,
+       std::int64_t y2) {
     T* item = Create<T>(doc, type);
     item->SetBase(1, x1, y1);
     item->SetBase(2, x2, y2);
@@ -120,8 +121,8 @@ TEST(ShapeItems, FilledCirclePickUsesTheDiamondAndThe32BitSquare) {
     // Above 46340 the square of the radius wraps negative: the inside off the diamond does not pick.
     auto* big = Box<TORXBaseCircle>(doc, TQVLItemType::itCircle, 0, 0, 100000, 100000);
     big->SetFilled(true);
-    EXPECT_TRUE(big->Pick(60000, 60000, 0, false));   // within the diamond
-    EXPECT_FALSE(big->Pick(80000, 80000, 0, false));  // inside the circle, outside the diamond
+    EXPECT_TRUE(big->Pick(60000, 60000, 0, false));       // within the diamond
+    EXPECT_FALSE(big->Pick(80000, 80000, 0, false));      // inside the circle, outside the diamond
     EXPECT_FALSE(big->Pick(100000, 50000, 5000, false));  // the right edge is outside the bounds
 }
 
@@ -178,15 +179,19 @@ TEST(ShapeItems, SvgElementsPerKind) {
         return body.empty() ? std::string{} : body[0];
     };
     auto* rect = Box<TORXBaseRectangle>(doc, TQVLItemType::itRectangle, 1000, 2000, 5000, 4000);
-    EXPECT_EQ(svg(rect), "<rect x=\"1\" y=\"2\" width=\"4\" height=\"2\" fill=\"none\" stroke=\"#000000\" "
-                         "stroke-width=\"0.1\"/>");
+    EXPECT_EQ(svg(rect),
+              "<rect x=\"1\" y=\"2\" width=\"4\" height=\"2\" fill=\"none\" stroke=\"#000000\" "
+              "stroke-width=\"0.1\"/>");
     rect->SetRadio(0.5f);
     EXPECT_NE(svg(rect).find(" rx=\"0.5\""), std::string::npos);
     auto* circle = Box<TORXBaseCircle>(doc, TQVLItemType::itCircle, 0, 0, 4000, 4000);
     circle->SetFilled(true);
-    EXPECT_EQ(svg(circle), "<circle cx=\"2\" cy=\"2\" r=\"2\" fill=\"#FFFFFF\" stroke=\"#000000\" stroke-width=\"0.1\"/>");
-    EXPECT_EQ(svg(Box<TORXBaseEllipse>(doc, TQVLItemType::itEllipse, 0, 0, 4000, 2000)).rfind("<ellipse cx=\"2\" cy=\"1\" "
-                                                                                              "rx=\"2\" ry=\"1\"", 0),
+    EXPECT_EQ(svg(circle),
+              "<circle cx=\"2\" cy=\"2\" r=\"2\" fill=\"#FFFFFF\" stroke=\"#000000\" stroke-width=\"0.1\"/>");
+    EXPECT_EQ(svg(Box<TORXBaseEllipse>(doc, TQVLItemType::itEllipse, 0, 0, 4000, 2000))
+                  .rfind("<ellipse cx=\"2\" cy=\"1\" "
+                         "rx=\"2\" ry=\"1\"",
+                         0),
               0u);
     auto* sector = Box<TORXBaseSector>(doc, TQVLItemType::itSector, 0, 0, 4000, 4000);
     EXPECT_EQ(svg(sector).rfind("<path d=\"M2,2 L4,2 A2,2 0 0 0 2,0 Z\"", 0), 0u) << svg(sector);
@@ -195,7 +200,8 @@ TEST(ShapeItems, SvgElementsPerKind) {
     auto* bez = Create<TORXBaseBezier>(doc, TQVLItemType::itBezier);
     bez->InsertPoint(0, 0, 99);
     EXPECT_EQ(svg(bez), "");
-    for (auto [x, y] : {std::pair{1000, 2000}, {3000, 2000}, {4000, 0}, {5000, 0}}) bez->InsertPoint(x, y, 99);
+    for (auto [x, y] : {std::pair{1000, 2000}, {3000, 2000}, {4000, 0}, {5000, 0}})
+        bez->InsertPoint(x, y, 99);
     bez->SetToType(TQVLTermType::ttFillArrow);
     EXPECT_EQ(svg(bez).rfind("<path d=\"M0,0 C1,2 3,2 4,0 L5,0\" fill=\"none\"", 0), 0u) << svg(bez);
     EXPECT_NE(svg(bez).find("marker-end="), std::string::npos);
