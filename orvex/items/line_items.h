@@ -3,6 +3,8 @@
 // with undo, picking, snapping, bounds, quarter turns, the JSON keys and SVG.
 //
 // Angles (arc, labels) are degrees counter-clockwise on screen from +x, as they are entered on paper.
+// Every kind (here and in shape_items.h) has a constructor (owner, preview) and one (owner, layer, preview)
+// that puts the new item on the given layer instead of the document's first.
 //
 // [SECTION] Property indexes   [SECTION] TORXTermLine   [SECTION] TORXBaseLine   [SECTION] TORXBasePolyLine
 // [SECTION] TORXBaseArc   [SECTION] TORXBaseArrowLine   [SECTION] TORXBaseDim
@@ -99,6 +101,9 @@ class TORXBaseLine : public TORXBasePoint {
   public:
     explicit TORXBaseLine(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itLine, preview) {}
+    TORXBaseLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseLine(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -123,6 +128,10 @@ class TORXBasePolyLine : public TORXTermLine {
   public:
     explicit TORXBasePolyLine(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itPolyLine, preview) {}
+    TORXBasePolyLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBasePolyLine(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -140,6 +149,9 @@ class TORXBaseArc : public TORXTermLine {
   public:
     explicit TORXBaseArc(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itArc, preview) {}
+    TORXBaseArc(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseArc(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     void SetStartAngle(float degrees);
@@ -203,6 +215,10 @@ class TORXBaseArrowLine : public TORXTermLine {
   public:
     // A new arrow line points at its second end; its label (empty) is set in "Arial".
     explicit TORXBaseArrowLine(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseArrowLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseArrowLine(owner, preview) {
+        fLayer = layer;
+    }
 
     const std::string& Text() const { return fText; }
     void SetText(const std::string& text);
@@ -318,6 +334,9 @@ class TORXBaseArrowLine : public TORXTermLine {
 class TORXBaseDim : public TORXBasePoint {
   public:
     explicit TORXBaseDim(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseDim(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseDim(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVDimType DimType() const { return fDimType; }
     void SetDimType(TQVDimType type);

@@ -41,6 +41,10 @@ class TORXBaseRectangle : public TORXBoxShape {
   public:
     explicit TORXBaseRectangle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itRectangle, preview) {}
+    TORXBaseRectangle(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseRectangle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;    // corner radius in the document's unit
     float GetMMRadio() const;  // in millimetres; exactly 0 for square corners
@@ -70,6 +74,9 @@ class TORXBasePolygon : public TORXBasePoint {
   public:
     explicit TORXBasePolygon(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itPolygon, preview) {}
+    TORXBasePolygon(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBasePolygon(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -95,6 +102,9 @@ class TORXBaseBezier : public TORXTermLine {
   public:
     explicit TORXBaseBezier(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itBezier, preview) {}
+    TORXBaseBezier(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseBezier(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -111,6 +121,9 @@ class TORXBaseCircle : public TORXBoxShape {
   public:
     explicit TORXBaseCircle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itCircle, preview) {}
+    TORXBaseCircle(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseCircle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;  // document units
     std::int64_t GetBaseRadio() const;
@@ -149,6 +162,9 @@ class TORXBaseEllipse : public TORXBoxShape {
   public:
     explicit TORXBaseEllipse(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itEllipse, preview) {}
+    TORXBaseEllipse(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseEllipse(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadioX() const;  // document units
     float GetRadioY() const;
@@ -172,6 +188,9 @@ class TORXBaseEllipse : public TORXBoxShape {
 class TORXBaseSector : public TORXBaseCircle {
   public:
     explicit TORXBaseSector(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseSector(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseSector(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     float SweepAngle() const { return fSweepAngle; }

@@ -155,6 +155,21 @@ TEST(ShapeItems, OtherShapesPickTheirOutlineOrTheirInside) {
     EXPECT_FALSE(sector->Pick(6000, 14000, 0, false));
 }
 
+TEST(ShapeItems, TurnedBoxesKeepPointOneTopLeftAndUndoAsOne) {
+    TORXHeadlessLabel doc;
+    auto* rect = Box<TORXBaseRectangle>(doc, TQVLItemType::itRectangle, 0, 0, 40000, 10000);
+    const std::string before = rect->WriteJson().dump();
+    rect->RotateRight();
+    EXPECT_EQ(rect->Points(), (TQVLPtoA{{15000, -15000}, {25000, 25000}}));
+    doc.Undo();
+    EXPECT_EQ(rect->WriteJson().dump(), before);
+
+    auto* bez = Create<TORXBaseBezier>(doc, TQVLItemType::itBezier);
+    for (auto [x, y] : {std::pair{0, 0}, {0, 10000}, {10000, 10000}, {10000, 0}}) bez->InsertPoint(x, y, 99);
+    EXPECT_TRUE(bez->Pick(5000, 7550, 100, false));    // the curve's middle, three quarters of the way up
+    EXPECT_FALSE(bez->Pick(5000, 10000, 100, false));  // on the control polygon only
+}
+
 TEST(ShapeItems, SnapsToCornersQuadrantsAndCentres) {
     TORXHeadlessLabel doc;
     TQVLRef ref;
