@@ -71,6 +71,7 @@ class TORXTermLine : public TORXBasePoint {
     std::int32_t BaseSizeTo() const { return fSizeTo; }
     void SetBaseSizeTo(std::int32_t size);
 
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetBaseValueProp(std::uint16_t property) const override;
     void SetBaseValueProp(std::uint16_t property, std::int64_t value) override;
@@ -115,6 +116,7 @@ class TORXBaseLine : public TORXBasePoint {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -186,6 +188,7 @@ class TORXBaseArc : public TORXTermLine {
     void UpdateBounds() override;  // the arc's own extent, not the whole circle's
     void RotateLeft() override;
     void RotateRight() override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     TQVLPto64 CenterPoint() const override { return Center(); }
     double GetFloatProp(std::uint16_t property) const override;
     void SetFloatProp(std::uint16_t property, double value) override;
@@ -263,6 +266,7 @@ class TORXBaseArrowLine : public TORXTermLine {
     void UpdateBounds() override;  // the label's points follow the line first
     void UpdatePoints() override;
     void CalcValues(std::int16_t value) override { (void)value, UpdatePoints(); }
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::string GetTextProp(std::uint16_t property) const override;
     void SetTextProp(std::uint16_t property, const std::string& value) override;
@@ -375,6 +379,7 @@ class TORXBaseDim : public TORXBasePoint {
     void RotateLeft() override;
     void RotateRight() override;
     TQVLPto64 CenterPoint() const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::string GetTextProp(std::uint16_t property) const override;
     void SetTextProp(std::uint16_t property, const std::string& value) override;

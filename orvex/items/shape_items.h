@@ -24,6 +24,7 @@ class TORXBoxShape : public TORX2DItem {
 
     void RotateLeft() override;
     void RotateRight() override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -60,6 +61,7 @@ class TORXBaseRectangle : public TORXBoxShape {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     std::int64_t GetBaseValueProp(std::uint16_t property) const override;
     void SetBaseValueProp(std::uint16_t property, std::int64_t value) override;
 
@@ -88,6 +90,7 @@ class TORXBasePolygon : public TORXBasePoint {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -144,6 +147,7 @@ class TORXBaseCircle : public TORXBoxShape {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void UpdateBounds() override;
     TQVLPto64 CenterPoint() const override { return {fCX, fCY}; }
 
@@ -205,6 +209,7 @@ class TORXBaseSector : public TORXBaseCircle {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
     double GetFloatProp(std::uint16_t property) const override;
     void SetFloatProp(std::uint16_t property, double value) override;

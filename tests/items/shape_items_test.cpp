@@ -185,6 +185,22 @@ TEST(ShapeItems, SnapsToCornersQuadrantsAndCentres) {
     EXPECT_EQ((std::pair(ref.X, ref.Y)), (std::pair<std::int64_t, std::int64_t>(17071, 2929)));
 }
 
+TEST(ShapeItems, InspectorShowsTheAskedGroupsOfTheKind) {
+    TORXHeadlessLabel doc;
+    auto* rect = Box<TORXBaseRectangle>(doc, TQVLItemType::itRectangle, 0, 0, 20000, 10000);
+    rect->SetRadio(2.0f);
+    TQVLInsTypeBases bases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibAngle};
+    TQVLInsTypes groups{TQVLInsType::inLineType, TQVLInsType::inFill, TQVLInsType::inFont};
+    rect->CheckProp(bases, groups);
+    EXPECT_EQ(groups, (TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inFill}));
+    TJSON list = TJSON::array();
+    rect->JsonInspector(bases, groups, list);
+    std::vector<std::string> names;
+    for (const auto& entry : list) names.push_back(entry["Name"]);
+    EXPECT_EQ(names, (std::vector<std::string>{"ID", "Angle", "Filled", "LineType", "Radio"}));
+    EXPECT_EQ(list.back()["Value"], 2.0);
+}
+
 TEST(ShapeItems, SvgElementsPerKind) {
     TORXHeadlessLabel doc;
     std::vector<std::string> defs;
