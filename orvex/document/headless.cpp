@@ -6,6 +6,8 @@
 #include "orvex/items/poly_items.h"
 #include "orvex/items/rich_text_item.h"
 #include "orvex/items/text_items.h"
+#include "orvex/items/line_items.h"
+#include "orvex/items/shape_items.h"
 
 namespace Orvex {
 
@@ -94,6 +96,28 @@ TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
             return new THeadlessItem<TORXBaseFlow>(this, false);
         case TQVLItemType::itLink:
             return new THeadlessItem<TORXBaseLink>(this, false);
+        case TQVLItemType::itLine:
+            return new THeadlessItem<TORXBaseLine>(this);
+        case TQVLItemType::itPolyLine:
+            return new THeadlessItem<TORXBasePolyLine>(this);
+        case TQVLItemType::itArc:
+            return new THeadlessItem<TORXBaseArc>(this);
+        case TQVLItemType::itArrowLine:
+            return new THeadlessItem<TORXBaseArrowLine>(this);
+        case TQVLItemType::itDim:
+            return new THeadlessItem<TORXBaseDim>(this);
+        case TQVLItemType::itRectangle:
+            return new THeadlessItem<TORXBaseRectangle>(this);
+        case TQVLItemType::itPolygon:
+            return new THeadlessItem<TORXBasePolygon>(this);
+        case TQVLItemType::itBezier:
+            return new THeadlessItem<TORXBaseBezier>(this);
+        case TQVLItemType::itCircle:
+            return new THeadlessItem<TORXBaseCircle>(this);
+        case TQVLItemType::itEllipse:
+            return new THeadlessItem<TORXBaseEllipse>(this);
+        case TQVLItemType::itSector:
+            return new THeadlessItem<TORXBaseSector>(this);
         default:
             break;
     }

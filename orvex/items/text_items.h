@@ -17,6 +17,7 @@
 #include "orvex/items/item_props.h"
 #include "orvex/items/rich_text.h"
 #include "orvex/items/text_place.h"
+#include "orvex/items/text_pos.h"
 
 namespace Orvex {
 
@@ -34,7 +35,6 @@ enum class TQVLFillType : std::uint8_t {
     ftCsvCount,
     ftImg64
 };
-enum class TQVLTextPos : std::uint8_t { tpAbove, tpBelow, tpMiddle, tpMiddleRemove, tpHorz, tpVert };
 
 // Property indexes of the text kinds (undo commands carry them).
 namespace TextProp {
