@@ -41,8 +41,11 @@ std::string BigDrawingText() {
         if (kind == TQVLItemType::itText) item["Text"] = "Label " + std::to_string(i);
         items.push_back(std::move(item));
     }
-    const TJSON drawing = {{"Version", kDrawingVersion}, {"EditorMode", 2}, {"Units", 0},
-                           {"Angle", 0},                 {"Layers", TJSON::array({{{"Name", "Base"}}})},
+    const TJSON drawing = {{"Version", kDrawingVersion},
+                           {"EditorMode", 2},
+                           {"Units", 0},
+                           {"Angle", 0},
+                           {"Layers", TJSON::array({{{"Name", "Base"}}})},
                            {"Items", std::move(items)}};
     return drawing.dump();
 }

@@ -5,7 +5,8 @@ import sys
 
 SHAPES = [("[", "]"), ("(", ")"), ("((", "))"), ("{", "}"), ("{{", "}}"), ("[(", ")]"), ("[[", "]]"),
           (">", "]"), ("[/", "/]"), ("([", "])")]
-LINKS = ["-->", "---", "-.->", "-.-", "==>", "===", "--o", "--x", "<-->", "~~~"]
+LINKS = ["-->", "---", "-.->", "==>", "===", "--o", "--x", "--->", "-..->", "----"]
+TEXT_LINKS = [("--", "-->"), ("-.", ".->"), ("==", "==>")]
 
 
 def flowchart(nodes):
@@ -18,10 +19,13 @@ def flowchart(nodes):
         out.append(f"{node}{opening}Node {i}{closing}\n")
         if i == 0:
             continue
-        source = f"n{(i * 7) % i}"
+        source = f"n{i // 2}"
         link = LINKS[i % 10]
-        if i % 3 == 0 and i % 10 != 9:
+        if i % 3 == 0:
             out.append(f"{source} {link}|edge {i}| {node}\n")
+        elif i % 6 == 1:
+            opening, closing = TEXT_LINKS[(i // 6) % 3]
+            out.append(f"{source} {opening} edge {i} {closing} {node}\n")
         else:
             out.append(f"{source} {link} {node}\n")
     return "".join(out)

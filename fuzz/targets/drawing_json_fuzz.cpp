@@ -18,7 +18,8 @@ int FuzzDrawingJson(const std::uint8_t* aData, std::size_t aSize) {
     (void)SummarizeDrawing(document);
 
     TORXHeadlessLabel again;
-    FuzzCheck(static_cast<bool>(LoadDrawingText(json, "written", again)), "a written drawing does not read back");
+    FuzzCheck(static_cast<bool>(LoadDrawingText(json, "written", again)),
+              "a written drawing does not read back");
     FuzzCheck(again.GetItemsCount() == document.GetItemsCount(), "items were lost on a round trip");
     return 0;
 }

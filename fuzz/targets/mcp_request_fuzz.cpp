@@ -69,7 +69,8 @@ int FuzzMcpRequest(const std::uint8_t* aData, std::size_t aSize) {
     const TMCPHttpResponse response = server->DoCommandGet(request);
     FuzzCheck(response.Status >= 100 && response.Status < 600, "an impossible HTTP status");
     if (response.ContentType.starts_with("application/json") && !response.Body.empty())
-        FuzzCheck(!TJSON::parse(response.Body, nullptr, false).is_discarded(), "a JSON response that is not JSON");
+        FuzzCheck(!TJSON::parse(response.Body, nullptr, false).is_discarded(),
+                  "a JSON response that is not JSON");
     return 0;
 }
 
