@@ -7,6 +7,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config ccache
   nlohmann-json3-dev libpcre2-dev libfmt-dev libcli11-dev libcpp-httplib-dev
+  libcurl4-openssl-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   librsvg2-bin
 )

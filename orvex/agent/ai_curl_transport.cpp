@@ -1,0 +1,138 @@
+// The AI client's HTTPS POST over libcurl: one easy handle per request, bounded time and size, no redirects
+// (a POST must not be replayed elsewhere), and loopback never sent through a proxy.
+#include <curl/curl.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "orvex/agent/ai_transport.h"
+
+namespace Orvex {
+
+namespace {
+
+void GlobalInitOnce() {
+    static std::once_flag once;
+    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+struct TEasyDeleter {
+    void operator()(CURL* aHandle) const { curl_easy_cleanup(aHandle); }
+};
+struct TListDeleter {
+    void operator()(curl_slist* aList) const { curl_slist_free_all(aList); }
+};
+
+struct TSink {
+    std::string Body;
+    std::size_t Limit = 0;
+    bool Overflow = false;
+};
+
+std::size_t WriteBody(char* aData, std::size_t aSize, std::size_t aCount, void* aUser) {
+    auto& sink = *static_cast<TSink*>(aUser);
+    const std::size_t bytes = aSize * aCount;
+    if (sink.Body.size() + bytes > sink.Limit) {
+        sink.Overflow = true;
+        return 0;  // makes curl abort the transfer
+    }
+    sink.Body.append(aData, bytes);
+    return bytes;
+}
+
+// The user's own no-proxy list is kept; loopback is added because a local test or relay is never proxied.
+std::string NoProxyList() {
+    std::string list = "localhost,127.0.0.1,::1";
+    for (const char* name : {"NO_PROXY", "no_proxy"}) {
+        const char* value = std::getenv(name);
+        if (value != nullptr && *value != '\0') {
+            list += ',';
+            list += value;
+            break;
+        }
+    }
+    return list;
+}
+
+class TCurlTransport final : public IAIHttpTransport {
+  public:
+    explicit TCurlTransport(const TAIHttpOptions& aOptions) : fOptions(aOptions) { GlobalInitOnce(); }
+
+    TAIHttpResult Post(const std::string& aUrl, const TAIHttpHeaders& aHeaders,
+                       const std::string& aBody) override {
+        TAIHttpResult result;
+        std::unique_ptr<CURL, TEasyDeleter> easy(curl_easy_init());
+        if (!easy) {
+            result.Error = "could not create an HTTP handle";
+            return result;
+        }
+        std::unique_ptr<curl_slist, TListDeleter> headers;
+        for (const auto& [name, value] : aHeaders) {
+            const std::string line = name + ": " + value;
+            curl_slist* grown = curl_slist_append(headers.get(), line.c_str());
+            if (grown == nullptr) {
+                result.Error = "out of memory";
+                return result;
+            }
+            (void)headers.release();
+            headers.reset(grown);
+        }
+        // "Expect: 100-continue" would add a round trip to every large request.
+        curl_slist* grown = curl_slist_append(headers.get(), "Expect:");
+        if (grown != nullptr) {
+            (void)headers.release();
+            headers.reset(grown);
+        }
+
+        TSink sink;
+        sink.Limit = fOptions.MaxResponseBytes;
+        char errorText[CURL_ERROR_SIZE] = {};
+        const std::string noProxy = NoProxyList();
+        CURL* handle = easy.get();
+        curl_easy_setopt(handle, CURLOPT_URL, aUrl.c_str());
+        curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
+        curl_easy_setopt(handle, CURLOPT_POST, 1L);
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDS, aBody.data());
+        curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(aBody.size()));
+        curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers.get());
+        curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &WriteBody);
+        curl_easy_setopt(handle, CURLOPT_WRITEDATA, &sink);
+        curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
+        curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS,
+                         static_cast<long>(fOptions.ConnectTimeout.count()));
+        curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(fOptions.TotalTimeout.count()));
+        curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);  // timeouts without SIGALRM, safe on any thread
+        curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 0L);
+        curl_easy_setopt(handle, CURLOPT_NOPROXY, noProxy.c_str());
+        curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "");  // whatever this libcurl can decompress
+
+        const CURLcode code = curl_easy_perform(handle);
+        if (code != CURLE_OK) {
+            if (sink.Overflow) {
+                result.Error =
+                    "the answer is larger than " + std::to_string(fOptions.MaxResponseBytes) + " bytes";
+            } else {
+                result.Error = errorText[0] != '\0' ? std::string(errorText) : curl_easy_strerror(code);
+            }
+            return result;
+        }
+        long status = 0;
+        curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
+        result.Status = static_cast<std::int32_t>(status);
+        result.Body = std::move(sink.Body);
+        return result;
+    }
+
+  private:
+    TAIHttpOptions fOptions;
+};
+
+}  // namespace
+
+std::unique_ptr<IAIHttpTransport> MakeCurlTransport(const TAIHttpOptions& aOptions) {
+    return std::make_unique<TCurlTransport>(aOptions);
+}
+
+}  // namespace Orvex
