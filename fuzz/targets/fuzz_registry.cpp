@@ -12,6 +12,7 @@ TFuzzEntry FuzzEntryByName(std::string_view aName) {
     if (aName == "color") return FuzzColor;
     if (aName == "drawing_json") return FuzzDrawingJson;
     if (aName == "mcp_request") return FuzzMcpRequest;
+    if (aName == "rich_text") return FuzzRichText;
     return nullptr;
 }
 

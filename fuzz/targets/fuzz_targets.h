@@ -14,6 +14,7 @@ int FuzzPlantUml(const std::uint8_t* aData, std::size_t aSize);
 int FuzzColor(const std::uint8_t* aData, std::size_t aSize);
 int FuzzDrawingJson(const std::uint8_t* aData, std::size_t aSize);
 int FuzzMcpRequest(const std::uint8_t* aData, std::size_t aSize);
+int FuzzRichText(const std::uint8_t* aData, std::size_t aSize);
 
 using TFuzzEntry = int (*)(const std::uint8_t*, std::size_t);
 

@@ -66,7 +66,7 @@ TEST(FuzzReplay, PastFindingsStayFixed) {
 
 // The empty input and a lone byte reach every target's early exits, which seeds rarely do.
 TEST(FuzzReplay, EmptyAndTinyInputs) {
-    for (const char* name : {"mermaid", "plantuml", "color", "drawing_json", "mcp_request"}) {
+    for (const char* name : {"mermaid", "plantuml", "color", "drawing_json", "mcp_request", "rich_text"}) {
         SCOPED_TRACE(name);
         const auto entry = Orvex::Fuzz::FuzzEntryByName(name);
         ASSERT_NE(entry, nullptr);
