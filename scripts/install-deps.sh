@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing Orvex needs, and only those that are missing.
-# Safe to run again and again: a machine that has everything is left alone.
+# Safe to run again and again: a machine that has everything is left alone. Given package names, it
+# installs those instead: the fuzzing and peer-comparison targets need tools that the build does not.
 set -euo pipefail
 
 packages=(
@@ -10,6 +11,9 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   librsvg2-bin
 )
+if [[ $# -gt 0 ]]; then
+  packages=("$@")
+fi
 
 missing=()
 for pkg in "${packages[@]}"; do

@@ -175,8 +175,6 @@ double TPathAnimator::GetSegmentLength(const TPathSegment& segment) const {
         case TPathType::ptBezier:
             break;
     }
-    // The pacing walk in GetDistanceAdjustedProgress sums the same chords in the same order, so its total
-    // matches this length exactly.
     double length = 0.0;
     TPoint2D previous = CurvePoint(segment, 0.0);
     for (int k = 1; k <= kCurveChords; ++k) {
@@ -194,6 +192,21 @@ void TPathAnimator::CalculateLengths() {
     FCumulativeTimeWeights.assign(count, 0.0);
     FPathLength = 0.0;
     FTotalTimeWeight = 0.0;
+    const bool curved = FPathType == TPathType::ptEllipse || FPathType == TPathType::ptBezier;
+    constexpr std::size_t kStride = kCurveChords + 1;
+    FChords.assign(curved ? count * kStride : 0, 0.0);
+    FChordSums.assign(curved ? count * kStride : 0, 0.0);
+    for (std::size_t i = 0; curved && i < count; ++i) {
+        // Summed in the order GetSegmentLength sums them, so the last running sum is the segment's length.
+        TPoint2D previous = CurvePoint(FPathSegments[i], 0.0);
+        for (int k = 1; k <= kCurveChords; ++k) {
+            const TPoint2D point = CurvePoint(FPathSegments[i], static_cast<double>(k) / kCurveChords);
+            const std::size_t at = i * kStride + static_cast<std::size_t>(k);
+            FChords[at] = ChordLength(previous, point);
+            FChordSums[at] = FChordSums[at - 1] + FChords[at];
+            previous = point;
+        }
+    }
     for (std::size_t i = 0; i < count; ++i) {
         const TPathSegment& segment = FPathSegments[i];
         const double length = std::max(kMinSegmentLength, GetSegmentLength(segment));
@@ -208,19 +221,15 @@ void TPathAnimator::CalculateLengths() {
 }
 
 double TPathAnimator::GetDistanceAdjustedProgress(std::size_t index, double t) const {
-    const TPathSegment& segment = FPathSegments[index];
     const double target = t * FSegmentLengths[index];
-    double accumulated = 0.0;
-    TPoint2D previous = CurvePoint(segment, 0.0);
+    const double* chords = FChords.data() + index * (kCurveChords + 1);
+    const double* sums = FChordSums.data() + index * (kCurveChords + 1);
     for (int k = 1; k <= kCurveChords; ++k) {
-        const TPoint2D point = CurvePoint(segment, static_cast<double>(k) / kCurveChords);
-        const double chord = ChordLength(previous, point);
-        if (accumulated + chord >= target) {
+        const double chord = chords[k];
+        if (sums[k - 1] + chord >= target) {
             if (chord == 0.0) return t;
-            return (static_cast<double>(k - 1) + (target - accumulated) / chord) / kCurveChords;
+            return (static_cast<double>(k - 1) + (target - sums[k - 1]) / chord) / kCurveChords;
         }
-        accumulated += chord;
-        previous = point;
     }
     return 1.0;
 }

@@ -85,6 +85,10 @@ class TPathAnimator {
     std::vector<double> FSegmentLengths;
     std::vector<double> FSegmentTimeWeights;
     std::vector<double> FCumulativeTimeWeights;
+    // Per ellipse or Bézier segment, its chords and their running sums, so that pacing a frame needs no
+    // curve evaluation: kCurveChords + 1 entries per segment each, the first a zero.
+    std::vector<double> FChords;
+    std::vector<double> FChordSums;
     double FPathLength = 0.0;
     double FTotalTimeWeight = 0.0;
     bool FReverse = false;

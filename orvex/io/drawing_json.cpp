@@ -147,39 +147,81 @@ void ReadData(const TJSON& o, TORXData& d) {
 }
 }  // namespace
 
-TJSON TORXBaseLabel::GetJson() const {
+namespace {
+// Everything the drawing's JSON holds but its items, which the two writers below add in their own ways.
+TJSON EnvelopeJson(const TORXBaseLabel& doc) {
     TJSON obj = TJSON::object();
     obj["Version"] = kDrawingVersion;
-    obj["EditorMode"] = static_cast<int>(fEditorMode);
-    obj["Units"] = static_cast<int>(fMeasure.fUnits);
-    obj["Angle"] = static_cast<int>(fAngle);
-    obj["Measures"] = WriteMeasures(fMeasure);
-    obj["BackSurface"] = WriteBackSurf(fBackSurf);
-    obj["Settings"] = WriteSettings(fSettings);
-    obj["PrintInfo"] = WritePrintInfo(fPrintInfo);
-    obj["Data"] = WriteData(fData);
+    obj["EditorMode"] = static_cast<int>(doc.EditorMode());
+    obj["Units"] = static_cast<int>(doc.Measure().fUnits);
+    obj["Angle"] = static_cast<int>(doc.Angle());
+    obj["Measures"] = WriteMeasures(doc.Measure());
+    obj["BackSurface"] = WriteBackSurf(doc.BackSurf());
+    obj["Settings"] = WriteSettings(doc.Settings());
+    obj["PrintInfo"] = WritePrintInfo(doc.PrintInfo());
+    obj["Data"] = WriteData(doc.Data());
     TJSON symbols = TJSON::array();
-    for (const auto& symbol : fSymbols) symbols.push_back(symbol->WriteJson());
+    for (std::int32_t i = 1; i <= doc.GetSymbolsCount(); ++i)
+        symbols.push_back(doc.GetSymbol(i)->WriteJson());
     obj["Symbols"] = std::move(symbols);
     TJSON layers = TJSON::array();
-    for (const auto& layer : fLayers) layers.push_back(layer->WriteJson());
+    for (std::int32_t i = 1; i <= doc.GetLayersCount(); ++i) layers.push_back(doc.GetLayer(i)->WriteJson());
     obj["Layers"] = std::move(layers);
-    if (HasDimStyles(fEditorMode)) {
+    if (HasDimStyles(doc.EditorMode())) {
         TJSON styles = TJSON::array();
-        for (const auto& style : fDimStyles) styles.push_back(style->WriteJson());
+        for (std::int32_t i = 1; i <= doc.GetDimStylesCount(); ++i)
+            styles.push_back(doc.GetDimStyle(i)->WriteJson());
         obj["DimStyles"] = std::move(styles);
     }
     TJSON counters = TJSON::array();
-    for (const auto& counter : fCounters) counters.push_back(counter->WriteJson());
+    for (std::int32_t i = 1; i <= doc.GetCountersCount(); ++i)
+        counters.push_back(doc.GetCounter(i)->WriteJson());
     obj["Counters"] = std::move(counters);
+    return obj;
+}
+}  // namespace
+
+TJSON TORXBaseLabel::GetJson() const {
+    TJSON obj = EnvelopeJson(*this);
     TJSON items = TJSON::array();
+    items.get_ref<TJSON::array_t&>().reserve(fItems.size());
     for (const auto& item : fItems) items.push_back(item->WriteJson());
     obj["Items"] = std::move(items);
     return obj;
 }
 
+// The same text as GetJson().dump(indent), written one item at a time: a large drawing's items never exist
+// as one JSON tree, whose building and freeing would cost more than the writing.
 std::string TORXBaseLabel::GetJsonString(int indent) const {
-    return GetJson().dump(indent);
+    TJSON envelope = EnvelopeJson(*this);
+    envelope["Items"] = TJSON::array();
+    std::string out = envelope.dump(indent);
+    if (fItems.empty()) return out;
+    // "Items" is the last key, so the text ends with its empty array and the closing brace.
+    const std::string tail = indent < 0 ? "]}" : "]\n}";
+    out.resize(out.size() - tail.size());
+    const std::string itemIndent =
+        indent < 0 ? "" : "\n" + std::string(2 * static_cast<std::size_t>(indent), ' ');
+    bool first = true;
+    for (const auto& item : fItems) {
+        out += first ? "" : ",";
+        first = false;
+        const std::string text = item->WriteJson().dump(indent);
+        if (indent < 0) {
+            out += text;
+            continue;
+        }
+        out += itemIndent;
+        for (const char c : text) {
+            if (c == '\n')
+                out += itemIndent;
+            else
+                out += c;
+        }
+    }
+    if (indent >= 0) out += "\n" + std::string(static_cast<std::size_t>(indent), ' ');
+    out += tail;
+    return out;
 }
 
 void TORXBaseLabel::ReadJson(const TJSON& obj) {

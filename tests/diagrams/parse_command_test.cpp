@@ -88,3 +88,20 @@ TEST(ParseCommand, ExitCodes) {
     EXPECT_EQ(RunCli(empty + ".missing").Status, 2);
     EXPECT_EQ(RunCli(empty + " --format dot").Status, 2);
 }
+
+TEST(ParseCommand, TimeReportsEachRunOnStderrAndStillPrintsTheModel) {
+    const std::string path = WriteTemp("orvex_parse_time.mmd", "graph LR\nA --> B\n");
+    const TRun quiet = RunCli(path + " --time --repeat 3");
+    EXPECT_EQ(quiet.Status, 0);
+    EXPECT_EQ(Orvex::TJSON::parse(quiet.Out)["nodes"].size(), 2u);
+
+    const TRun both = RunCli(path + " --time --repeat 3", true);  // the model holds no "parse_ms="
+    std::size_t runs = 0;
+    for (std::size_t at = both.Out.find("parse_ms="); at != std::string::npos;
+         at = both.Out.find("parse_ms=", at + 1)) {
+        ++runs;
+        EXPECT_GE(std::stod(both.Out.substr(at + 9)), 0.0);
+    }
+    EXPECT_EQ(runs, 3u);
+    EXPECT_EQ(RunCli(path + " --time --repeat 0").Status, 2);
+}
