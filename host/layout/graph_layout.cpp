@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "host/layout/layered_layout.h"
 #include "orvex/diagrams/diagram_model.h"
 
 namespace Orvex {
@@ -106,6 +107,7 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
     const auto& nodes = aModel.Nodes();
     result.Boxes.resize(nodes.size());
     if (nodes.empty()) return result;
+    if (nodes.size() > aOptions.LayeredAbove) return LayoutLayered(aModel, aSizes, aOptions);
 
     std::unique_ptr<GVC_t, TGvcDeleter> gvc(gvContext());
     std::unique_ptr<Agraph_t, TGraphDeleter> graph(agopen(Mutable("diagram"), Agdirected, nullptr));

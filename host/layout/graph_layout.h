@@ -14,10 +14,12 @@ struct TGraphLayoutOptions {
     double NodeSep = 8.0;   // mm between neighbours in a rank
     double RankSep = 14.0;  // mm between ranks
     double Margin = kLayoutMargin;
-    // Above this many nodes edges are drawn straight, which spares the router the most of its time;
-    // above the second the crossing reduction is cut short as well.
-    std::size_t StraightEdgesAbove = 600;
-    std::size_t QuickOrderingAbove = 300;
+    // Graphviz's time grows faster than the graph: above the first size edges are drawn straight, which
+    // spares its router the most, and crossing reduction is cut short; above LayeredAbove the plain
+    // layered layout (layered_layout.h) takes over.
+    std::size_t QuickOrderingAbove = 150;
+    std::size_t StraightEdgesAbove = 250;
+    std::size_t LayeredAbove = 400;
 };
 
 // aSizes holds one box size per model node (mm). Edges whose ends are not both nodes get no route.

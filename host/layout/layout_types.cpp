@@ -64,9 +64,13 @@ TLayoutSize FlowBoxSize(TQVLFlowType aShape, TLayoutSize aText) {
         case TQVLFlowType::ftData:
         case TQVLFlowType::ftManualInput:
         case TQVLFlowType::ftManualOperation:
-        case TQVLFlowType::ftPreparation:
-            box = {w + h, h};
+        case TQVLFlowType::ftPreparation: {
+            // The slanted or rounded ends take half the final height each, so the width follows the
+            // height after its minimum.
+            const double height = std::max(h, kMinBoxHeight);
+            box = {w + height, height};
             break;
+        }
         case TQVLFlowType::ftDocument:
         case TQVLFlowType::ftMultiDocument:
             box = {w, h * kDocumentWave};

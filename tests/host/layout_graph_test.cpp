@@ -99,5 +99,26 @@ TEST(LayoutGraph, LargeGraphsGetStraightRoutes) {
     }
 }
 
+TEST(LayoutGraph, TheLayeredFallbackKeepsRanksApartAndRoutesBound) {
+    TGraphLayoutOptions options;
+    options.LayeredAbove = 0;
+    for (const char* name : {"mermaid/flowchart.mmd", "mermaid/state.mmd", "plantuml/activity.puml"}) {
+        SCOPED_TRACE(name);
+        TORXDiagramModel model = *ParseExample(name);
+        model.AddEdge(model.Nodes()[0].ID, model.Nodes()[0].ID, "", false,
+                      TQVLDiagEdgeArrow::eaArrow);  // a loop
+        const TGraphLayout layout = LayoutGraph(model, NodeSizes(model), options);
+        for (const TLayoutBox& box : layout.Boxes) EXPECT_TRUE(box.Placed);
+        ExpectNoOverlap(layout.Boxes);
+        ExpectRoutesBound(model, layout);
+    }
+    // Ranks follow the edges, cycles notwithstanding.
+    TORXDiagramModel chain = Chain(TQVLFlowDirection::fdLeftRight);
+    chain.AddEdge("D", "A", "", false, TQVLDiagEdgeArrow::eaArrow);
+    const TGraphLayout layout = LayoutGraph(chain, NodeSizes(chain), options);
+    for (std::size_t i = 1; i < layout.Boxes.size(); ++i)
+        EXPECT_GT(layout.Boxes[i].X, layout.Boxes[i - 1].Right());
+}
+
 }  // namespace
 }  // namespace Orvex
