@@ -6,9 +6,11 @@
 #include <exception>
 
 #include "cli/commands.h"
+#include "host/layout/diagram_loader.h"
 #include "orvex/version.h"
 
 int main(int argc, char** argv) {
+    Orvex::RegisterDiagramLayout();  // diagram files become drawings wherever a command reads one
     CLI::App app{"Orvex: convert, paint, animate and serve 2D drawings and text diagrams", "orvex"};
     app.set_version_flag("--version", std::string("orvex ") + Orvex::kVersion);
     app.require_subcommand(0, 1);

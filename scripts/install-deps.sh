@@ -10,6 +10,7 @@ packages=(
   libcurl4-openssl-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   librsvg2-bin
+  libgraphviz-dev
 )
 if [[ $# -gt 0 ]]; then
   packages=("$@")

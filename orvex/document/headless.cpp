@@ -2,12 +2,12 @@
 
 #include "orvex/io/json.h"
 #include "orvex/items/flow_items.h"
+#include "orvex/items/line_items.h"
 #include "orvex/items/link_items.h"
 #include "orvex/items/poly_items.h"
 #include "orvex/items/rich_text_item.h"
-#include "orvex/items/text_items.h"
-#include "orvex/items/line_items.h"
 #include "orvex/items/shape_items.h"
+#include "orvex/items/text_items.h"
 
 namespace Orvex {
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "orvex/document/point_items.h"
+#include "orvex/items/text_pos.h"
 #include "orvex/render/draw_context.h"
 #include "orvex/items/text_pos.h"
 
