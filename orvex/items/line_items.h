@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "orvex/items/text_pos.h"
 #include "orvex/document/point_items.h"
 #include "orvex/render/draw_context.h"
 
@@ -28,9 +29,6 @@ inline constexpr std::uint16_t kPropToColor = kPropFirstKind + 4;
 inline constexpr std::uint16_t kPropSizeFrom = kPropFirstKind + 5;
 inline constexpr std::uint16_t kPropSizeTo = kPropFirstKind + 6;
 inline constexpr std::uint16_t kPropKindFirst = kPropFirstKind + 8;  // each kind's own from here
-
-// Where an arrow line's label stands relative to the line. Ordinals are stored: never reorder.
-enum class TQVLTextPos : std::uint8_t { tpAbove, tpBelow, tpMiddle, tpMiddleRemove, tpHorz, tpVert };
 
 enum class TQVDimType : std::uint8_t {
     dmtHorz,

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "orvex/items/text_pos.h"
 #include "orvex/document/layer.h"
 #include "orvex/document/point_items.h"
 #include "orvex/items/item_props.h"
@@ -24,7 +25,6 @@ enum class TQVLPolyType : std::uint8_t { poText, poBarcode, poQR, poDataMatrix }
 enum class TQVLFillType : std::uint8_t {
     ftNone, ftField, ftCounter, ftJson, ftCsv, ftAsk, ftList, ftFieldCount, ftJsonCount, ftCsvCount, ftImg64
 };
-enum class TQVLTextPos : std::uint8_t { tpAbove, tpBelow, tpMiddle, tpMiddleRemove, tpHorz, tpVert };
 
 // Property indexes of the text kinds (undo commands carry them).
 namespace TextProp {
