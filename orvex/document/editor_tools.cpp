@@ -70,8 +70,9 @@ TToolSpec Spec(TQVLEdAction action) {
         case A::eaPolyLink:
             return {K::itLink, kOpen, 2};
         case A::eaDim:
-        case A::eaDimAng:
             return {K::itDim, 3, 3};
+        case A::eaDimAng:  // centre, the two arms, a point of the dimension arc
+            return {K::itDim, 4, 4};
         case A::eaDimRad1:
         case A::eaDimRad2:
         case A::eaDimDia1:
@@ -94,8 +95,10 @@ TQVLEdState NextState(TQVLEdAction action, std::size_t picked) {
             return S::edPickFirst;
         case 1:
             return S::edPickSecond;
-        default:
+        case 2:
             return S::edPickThird;
+        default:
+            return S::edPickNext;
     }
 }
 }  // namespace
