@@ -285,7 +285,8 @@ private:
     void Flush();
     void ResetRefLines() { fRefLines.clear(); }
     void MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy);  // one undo step of its own
-    void FollowLinks();  // links of the selection recalculate at the end of the batch
+    void FollowLinks();        // links of the selection recalculate at the end of the batch
+    void CalcRestoredLinks();  // after undo and redo
 
     // [SECTION] Fields, in the order they are created.
     TORXBasePrintInfo fPrintInfo;

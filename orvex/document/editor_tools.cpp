@@ -193,6 +193,7 @@ TQVLPto64 TORXEditor::Constrain(const TQVLPto64& p, TQVLShiftState shift) const 
 bool TORXEditor::ToolPick(const TQVLPto64& raw, TQVLShiftState shift) {
     const TToolSpec spec = Spec(fDoc.fAction);
     if (spec.Kind == TQVLItemType::itUndefined) return false;
+    fDown = raw;  // where the pointer was pressed, before snapping
     TQVLPto64 p = raw;
     TQVLSnapHit hit;
     const bool hasFrom = fToolPoints.size() >= 2;
@@ -241,8 +242,7 @@ bool TORXEditor::ToolUp(const TQVLPto64& raw, TQVLShiftState shift) {
     // A release away from the point its press picked picks a point of its own: press, drag and release
     // draws a line.
     if (!fButton || fToolPoints.size() < 2 || fToolPoints.size() != fPressPicks) return false;
-    const TQVLPto64& picked = fToolPoints[fToolPoints.size() - 2];
-    const double d = std::hypot(static_cast<double>(raw.X - picked.X), static_cast<double>(raw.Y - picked.Y));
+    const double d = std::hypot(static_cast<double>(raw.X - fDown.X), static_cast<double>(raw.Y - fDown.Y));
     if (d <= static_cast<double>(Tolerance())) return false;
     fButton = false;
     return ToolPick(raw, shift);

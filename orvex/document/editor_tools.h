@@ -187,7 +187,7 @@ private:
 
     TORXBaseLabel& fDoc;
     TDrag fDrag = TDrag::kNone;
-    TQVLPto64 fDown;   // where the button went down, snapped
+    TQVLPto64 fDown;   // where the button went down, before snapping
     TQVLPto64 fGrab;   // the point of the dragged items that follows the pointer
     TQVLPto64 fLast;   // last pointer position, snapped
     TQVLPto64 fDelta;     // the offset the moving drag shows
