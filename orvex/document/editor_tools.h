@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "orvex/core/types.h"
+#include "orvex/document/base_item.h"
 #include "orvex/document/document_types.h"
 #include "orvex/document/item_types.h"
 #include "orvex/io/json_fwd.h"
