@@ -41,7 +41,8 @@ int Convert(const TConvertArgs& args) {
 
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
-    auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it as .json (indented) or .svg");
+    auto* sub =
+        app.add_subcommand("convert", "Read a drawing (.json) and write it as .json (indented) or .svg");
     sub->add_option("input", args->Input, "Drawing to read")->required();
     sub->add_option("-o,--output", args->Output, "File to write: .json or .svg")->required();
     commands.Add(sub, [args] { return Convert(*args); });
