@@ -214,7 +214,7 @@ TEST(DrawingJsonTest, WritingWhatWasReadGivesTheSameText) {
 
 TEST(DrawingJsonTest, KindKeysTheFamilyDoesNotKnowPassThrough) {
     TORXHeadlessLabel doc;
-    const TJSON text{{"Type", 10}, {"InID", 1}, {"ID", "Text001"}, {"Text", "Hello"}, {"FontHeight", 5}};
+    const TJSON text{{"Type", 16}, {"InID", 1}, {"ID", "Image001"}, {"Text", "Hello"}, {"FontHeight", 5}};
     doc.ReadJson(Envelope(0, TJSON::array({text})));
     const TJSON out = doc.GetItem(0)->WriteJson();
     EXPECT_EQ(out["Text"], "Hello");
