@@ -15,8 +15,7 @@ void TORXBaseLabel::SendToBack() {
     const std::int32_t at = ItemIndex(fSelection.front());
     if (at <= 0) return;
     BeginUpdate(true);
-    std::rotate(fItems.begin(), fItems.begin() + at, fItems.begin() + at + 1);
-    ChangeState(TOrvexState::lsUpdate);
+    fEditor->MoveItemTo(fSelection.front(), 0);  // recorded, so that undo puts it back
     EndUpdate();
 }
 
@@ -25,8 +24,7 @@ void TORXBaseLabel::BringToFront() {
     const std::int32_t at = ItemIndex(fSelection.front());
     if (at < 0 || at == GetItemsCount() - 1) return;
     BeginUpdate(true);
-    std::rotate(fItems.begin() + at, fItems.begin() + at + 1, fItems.end());
-    ChangeState(TOrvexState::lsUpdate);
+    fEditor->MoveItemTo(fSelection.front(), GetItemsCount() - 1);
     EndUpdate();
 }
 

@@ -1,6 +1,7 @@
 // Pasting: the clipboard holds the copied items' JSON forms. Pasted items get new ids and names, links
 // among them are re-bound to the new ids (a link to an element that was not copied stays on it), and they
-// land a little away from the originals so both stay visible. One undo group.
+// land a little away from the originals so both stay visible. One undo group. Also the paint-order command,
+// which moves items within the list the same way.
 #include <map>
 
 #include "orvex/document/document.h"
@@ -25,6 +26,29 @@ TORXBaseItem* TORXEditor::AddFromJson(const TJSON& obj) {
     item->SetName();
     fDoc.ChangeState(TOrvexState::lsCalc, item);
     return item;
+}
+
+void TORXZOrderCmd::AddCommand(TORXBaseItem* item) {
+    if (!CanRecord(kCmdZOrder, item, kPropNone)) return;
+    Push(std::make_unique<TORXZOrderCmd>(item));
+}
+
+void TORXZOrderCmd::StoreState() {
+    fIndex = fDocument->ItemIndex(fItem);
+}
+
+void TORXZOrderCmd::RestoreState() {
+    fDocument->Editor().MoveItemTo(fItem, fIndex);
+}
+
+void TORXEditor::MoveItemTo(TORXBaseItem* item, std::int32_t index) {
+    const std::int32_t at = fDoc.ItemIndex(item);
+    if (at < 0 || index < 0 || index >= fDoc.GetItemsCount() || at == index) return;
+    TORXZOrderCmd::AddCommand(item);
+    auto owned = std::move(fDoc.fItems[static_cast<std::size_t>(at)]);
+    fDoc.fItems.erase(fDoc.fItems.begin() + at);
+    fDoc.fItems.insert(fDoc.fItems.begin() + index, std::move(owned));
+    fDoc.ChangeState(TOrvexState::lsUpdate);
 }
 
 void TORXEditor::Paste() {

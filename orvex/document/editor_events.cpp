@@ -20,8 +20,8 @@ namespace Orvex {
 
 void SetPointsStep(TORXBaseItem* item, const TQVLPtoA& points) {
     const TORXCmd* top = item->QVLab()->TopCommand();
-    const bool follows = top != nullptr && top->Item() == item && top->Kind() == kCmdElePos &&
-                         top->Property() == kPropPoints;
+    const bool follows =
+        top != nullptr && top->Item() == item && top->Kind() == kCmdElePos && top->Property() == kPropPoints;
     item->SetPointsProp(points, follows ? kPropPointsStep : kPropPoints);
     item->QVLab()->ChangeState(TOrvexState::lsCalc, item);
 }
@@ -49,8 +49,8 @@ TQVLPtoA Shifted(const TQVLPtoA& points, std::int64_t dx, std::int64_t dy) {
 }
 
 std::int64_t Dist(const TQVLPto64& a, const TQVLPto64& b) {
-    return static_cast<std::int64_t>(std::llround(std::hypot(static_cast<double>(a.X - b.X),
-                                                             static_cast<double>(a.Y - b.Y))));
+    return static_cast<std::int64_t>(
+        std::llround(std::hypot(static_cast<double>(a.X - b.X), static_cast<double>(a.Y - b.Y))));
 }
 }  // namespace
 
@@ -171,48 +171,20 @@ void TORXEditor::Cancel() {
 }
 
 void TORXEditor::ActionChanged() {
-    using A = TQVLEdAction;
-    using S = TQVLEdState;
-    TQVLEdState state = S::edPickFirst;
-    switch (fDoc.fAction) {
-        case A::eaNone:
-        case A::eaSelection:
-        case A::eaMove:
-            state = S::edPickPoint;
-            break;
-        case A::eaCirclePR:
-        case A::eaSectorPR:
-            state = S::edPickCenter;
-            break;
-        case A::eaTrim:
-        case A::eaExtend:
-            state = S::edPickRef;
-            break;
-        case A::eaEquidist:
-        case A::eaDimRad1:
-        case A::eaDimRad2:
-        case A::eaDimDia1:
-        case A::eaDimDia2:
-            state = S::edPickCircle;
-            break;
-        default:
-            break;
-    }
-    if (fDoc.fAction == A::eaEquidist) state = S::edPickRef;
     if (fDrag == TDrag::kNone && fToolPoints.empty()) {
         fRefs.clear();
         fFirst = nullptr;
     }
-    SetState(state);
+    SetState(FirstState());
     fDoc.FillSelPoints();
 }
 
 void TORXEditor::SetState(TQVLEdState state) {
     fDoc.fEdState = state;
-    Info(true);
+    Info();
 }
 
-void TORXEditor::Info(bool always) {
+void TORXEditor::Info() {
     TQVLActionInfo& info = fDoc.fActionInfo;
     info.Action = fDoc.fAction;
     info.State = fDoc.fEdState;
@@ -228,7 +200,6 @@ void TORXEditor::Info(bool always) {
         info.X = fLast.X, info.Y = fLast.Y, info.Width = 0, info.Height = 0;
     }
     // The host asks for these through the document's info flag; a step change and a pointer move alike.
-    (void)always;
     fDoc.FireInfoEvent(true);
 }
 
@@ -308,7 +279,7 @@ bool TORXEditor::SelectionMove(const TQVLPto64& raw, TQVLShiftState shift) {
             return false;
         case TDrag::kRubber:
             fLast = raw;
-            Info(false);
+            Info();
             return true;
         case TDrag::kPending:
             if (Dist(raw, fDown) <= Tolerance()) return false;
@@ -332,7 +303,7 @@ bool TORXEditor::SelectionMove(const TQVLPto64& raw, TQVLShiftState shift) {
             if (!snapped || hit.Item == nullptr) AlignGuides(dx, dy);
             fLast = raw;
             ApplyMove(dx, dy, false);
-            Info(false);
+            Info();
             return true;
         }
         case TDrag::kHandle: {
@@ -342,7 +313,7 @@ bool TORXEditor::SelectionMove(const TQVLPto64& raw, TQVLShiftState shift) {
             SearchPoint(at.X, at.Y, hit, nullptr, &skip);
             fLast = raw;
             ApplyHandle(at, false);
-            Info(false);
+            Info();
             return true;
         }
     }
@@ -455,7 +426,8 @@ void TORXEditor::ApplyMove(std::int64_t dx, std::int64_t dy, bool record) {
 void TORXEditor::ApplyHandle(const TQVLPto64& to, bool record) {
     fHandleTo = to;
     RestoreLive();
-    const auto live = std::find_if(fLive.begin(), fLive.end(), [&](const TLive& l) { return l.Item == fHandle.Item; });
+    const auto live =
+        std::find_if(fLive.begin(), fLive.end(), [&](const TLive& l) { return l.Item == fHandle.Item; });
     if (live == fLive.end()) return;
     TQVLPtoA points = live->Points;
     if (fHandle.Index >= 1 && fHandle.Index <= static_cast<std::int32_t>(points.size())) {

@@ -51,8 +51,8 @@ TORXBaseItem* TORXEditor::CreateFromTool() {
         return nullptr;
     if ((action == A::eaCircle2P || action == A::eaCirclePR || action == A::eaCircle3P) && radius <= 0)
         return nullptr;
-    if (p.size() >= 2 && p.front().X == p.back().X && p.front().Y == p.back().Y &&
-        action != A::eaPolygon && action != A::eaPolyline && action != A::eaBezier && action != A::eaPoint)
+    if (p.size() >= 2 && p.front().X == p.back().X && p.front().Y == p.back().Y && action != A::eaPolygon &&
+        action != A::eaPolyline && action != A::eaBezier && action != A::eaPoint)
         return nullptr;  // a zero-size item is a slip of the hand
 
     TORXBaseItem* item = CreateKind(action);
@@ -78,7 +78,8 @@ TORXBaseItem* TORXEditor::CreateFromTool() {
                 if (dynamic_cast<TORX2DItem*>(item) != nullptr && p.size() >= 2)
                     SetBox(item, p[0].X, p[0].Y, p[1].X, p[1].Y);
                 else
-                    for (std::size_t i = 0; i < p.size() && i < static_cast<std::size_t>(item->NumPoints()); ++i)
+                    for (std::size_t i = 0; i < p.size() && i < static_cast<std::size_t>(item->NumPoints());
+                         ++i)
                         item->SetPoint(static_cast<std::int32_t>(i + 1), Q(p[i]));
             }
             break;
@@ -92,7 +93,8 @@ constexpr double kPi = 3.14159265358979323846;
 
 // Screen degrees (counter-clockwise as seen, y pointing down) of the direction from c to p.
 double ScreenDeg(const TQVLPto64& c, const TQVLPto64& p) {
-    const double a = std::atan2(-static_cast<double>(p.Y - c.Y), static_cast<double>(p.X - c.X)) * 180.0 / kPi;
+    const double a =
+        std::atan2(-static_cast<double>(p.Y - c.Y), static_cast<double>(p.X - c.X)) * 180.0 / kPi;
     return a < 0 ? a + 360.0 : a;
 }
 
@@ -249,7 +251,8 @@ bool TORXEditor::LinkEndAt(const TQVLPto64& p, bool start) {
     TQVLink link;
     if (flow == nullptr) {  // the pointer may be just outside the element, on a connection point
         for (std::int32_t i = fDoc.GetItemsCount() - 1; i >= 0 && flow == nullptr; --i)
-            if (auto* f = dynamic_cast<TORXBaseFlow*>(fDoc.GetItem(i)); f != nullptr && f->CheckLink(p.X, p.Y, link))
+            if (auto* f = dynamic_cast<TORXBaseFlow*>(fDoc.GetItem(i));
+                f != nullptr && f->CheckLink(p.X, p.Y, link))
                 flow = f;
         if (flow == nullptr) return false;
     } else if (!flow->CheckLink(p.X, p.Y, link)) {
@@ -328,12 +331,12 @@ bool TORXEditor::TrimArc(TORXBaseItem* item, const TQVLPto64& pick) {
         } else if (e.Rx == e.Ry) {
             const int n = TDraw2D::CircleCircleIntersections(
                 TPoint2D{static_cast<double>(c.X), static_cast<double>(c.Y)}, static_cast<double>(r),
-                TPoint2D{static_cast<double>(e.Center.X), static_cast<double>(e.Center.Y)}, static_cast<double>(e.Rx),
-                q1, q2);
+                TPoint2D{static_cast<double>(e.Center.X), static_cast<double>(e.Center.Y)},
+                static_cast<double>(e.Rx), q1, q2);
             for (int i = 0; i < n; ++i) {
                 const TPoint2D& q = i == 0 ? q1 : q2;
-                const double a = TDraw2D::NormalizeAngle(std::atan2(q.Y - static_cast<double>(e.Center.Y),
-                                                                    q.X - static_cast<double>(e.Center.X)));
+                const double a = TDraw2D::NormalizeAngle(
+                    std::atan2(q.Y - static_cast<double>(e.Center.Y), q.X - static_cast<double>(e.Center.X)));
                 if (e.Full || TDraw2D::ArcContainsAngle(e.Start, e.End, a, e.Ccw)) add(q);
             }
         }

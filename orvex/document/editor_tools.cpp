@@ -107,15 +107,54 @@ TQVLEdState NextState(TQVLEdAction action, std::size_t picked) {
 
 namespace {
 const char* ActionKey(TQVLEdAction action) {
-    static constexpr const char* kKeys[kEdActionCount] = {
-        "",           "Selection",      "Move",           "DrawPoint",       "DrawLine",       "DrawArrowLine",
-        "DrawRectangle", "DrawPolyline", "DrawArc",       "DrawPolygon",     "DrawBezier",     "DrawCirclePR",
-        "DrawCircle2P", "DrawCircle3P",  "DrawEllipse",   "DrawText",        "EditText",       "MoveText",
-        "DrawParagraph", "DrawRichText", "TrimLines",     "JoinLines",       "ExtendLines",    "Equidist",
-        "DrawBarcode", "DrawPDF417",     "DrawDataMatrix", "DrawQRCode",     "DrawImage",      "Objects",
-        "DrawLink",   "DrawLink",        "DrawTable",     "DrawPolytext",    "DrawRank",       "DrawNutriScore",
-        "DrawLevel",  "DrawSymbol",      "DrawDim",       "DrawDimRad",      "DrawDimRad",     "DrawDimDia",
-        "DrawDimDia", "DrawSectorPR",    "DrawSector2P",  "DrawSector3P",    "DrawPackage",    "DrawDimAng"};
+    static constexpr const char* kKeys[kEdActionCount] = {"",
+                                                          "Selection",
+                                                          "Move",
+                                                          "DrawPoint",
+                                                          "DrawLine",
+                                                          "DrawArrowLine",
+                                                          "DrawRectangle",
+                                                          "DrawPolyline",
+                                                          "DrawArc",
+                                                          "DrawPolygon",
+                                                          "DrawBezier",
+                                                          "DrawCirclePR",
+                                                          "DrawCircle2P",
+                                                          "DrawCircle3P",
+                                                          "DrawEllipse",
+                                                          "DrawText",
+                                                          "EditText",
+                                                          "MoveText",
+                                                          "DrawParagraph",
+                                                          "DrawRichText",
+                                                          "TrimLines",
+                                                          "JoinLines",
+                                                          "ExtendLines",
+                                                          "Equidist",
+                                                          "DrawBarcode",
+                                                          "DrawPDF417",
+                                                          "DrawDataMatrix",
+                                                          "DrawQRCode",
+                                                          "DrawImage",
+                                                          "Objects",
+                                                          "DrawLink",
+                                                          "DrawLink",
+                                                          "DrawTable",
+                                                          "DrawPolytext",
+                                                          "DrawRank",
+                                                          "DrawNutriScore",
+                                                          "DrawLevel",
+                                                          "DrawSymbol",
+                                                          "DrawDim",
+                                                          "DrawDimRad",
+                                                          "DrawDimRad",
+                                                          "DrawDimDia",
+                                                          "DrawDimDia",
+                                                          "DrawSectorPR",
+                                                          "DrawSector2P",
+                                                          "DrawSector3P",
+                                                          "DrawPackage",
+                                                          "DrawDimAng"};
     const auto i = static_cast<std::size_t>(action);
     return i < std::size(kKeys) ? kKeys[i] : "";
 }
@@ -225,7 +264,7 @@ bool TORXEditor::ToolPick(const TQVLPto64& raw, TQVLShiftState shift) {
 bool TORXEditor::ToolMove(const TQVLPto64& raw, TQVLShiftState shift) {
     fLast = raw;
     if (fToolPoints.empty()) {
-        Info(false);
+        Info();
         return false;
     }
     TQVLPto64 p = raw;
@@ -234,7 +273,7 @@ bool TORXEditor::ToolMove(const TQVLPto64& raw, TQVLShiftState shift) {
     const TQVLPto64 from = fToolPoints[fToolPoints.size() - 2];
     SearchPoint(p.X, p.Y, hit, &from);
     fToolPoints.back() = Constrain(p, shift);
-    Info(false);
+    Info();
     return true;
 }
 
@@ -246,6 +285,23 @@ bool TORXEditor::ToolUp(const TQVLPto64& raw, TQVLShiftState shift) {
     if (d <= static_cast<double>(Tolerance())) return false;
     fButton = false;
     return ToolPick(raw, shift);
+}
+
+TQVLEdState TORXEditor::FirstState() const {
+    switch (fDoc.fAction) {
+        case A::eaNone:
+        case A::eaSelection:
+        case A::eaMove:
+            return S::edPickPoint;
+        case A::eaTrim:
+        case A::eaExtend:
+        case A::eaEquidist:
+            return S::edPickRef;
+        case A::eaJoin:
+            return S::edPickFirst;
+        default:
+            return NextState(fDoc.fAction, 0);
+    }
 }
 
 TORXBaseItem* TORXEditor::CreateKind(TQVLEdAction action) {

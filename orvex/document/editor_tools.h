@@ -15,6 +15,7 @@
 #include "orvex/document/base_item.h"
 #include "orvex/document/document_types.h"
 #include "orvex/document/item_types.h"
+#include "orvex/document/undo_commands.h"
 #include "orvex/io/json_fwd.h"
 #include "orvex/render/draw_context.h"
 
@@ -78,15 +79,28 @@ void BreakPointsMerge(TORXBaseItem* item);
 
 // Recording of undo commands is off while one lives: previews of a gesture are not edits.
 class TNoRecord {
-public:
+  public:
     explicit TNoRecord(TORXBaseLabel& document);
     ~TNoRecord();
     TNoRecord(const TNoRecord&) = delete;
     TNoRecord& operator=(const TNoRecord&) = delete;
 
-private:
+  private:
     TORXBaseLabel& fDocument;
     bool fWasOn;
+};
+
+// An item's place in the paint order, kept before SendToBack or BringToFront moves it.
+inline constexpr std::int32_t kCmdZOrder = 13;
+class TORXZOrderCmd : public TORXCmd {
+  public:
+    explicit TORXZOrderCmd(TORXBaseItem* item) : TORXCmd(kCmdZOrder, item, kPropNone) {}
+    static void AddCommand(TORXBaseItem* item);
+    void RestoreState() override;
+
+  protected:
+    void StoreState() override;
+    std::int32_t fIndex = -1;
 };
 
 // The link items of the document bound to any of the items (links follow the elements they join).
@@ -95,7 +109,7 @@ std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& document, const std::vec
 // [SECTION] TORXEditor
 
 class TORXEditor {
-public:
+  public:
     explicit TORXEditor(TORXBaseLabel& document);
 
     // Settings. Grid steps are base units; the pick gap is device pixels.
@@ -138,10 +152,10 @@ public:
 
     void FillHandles(std::vector<TQVLPto64>& points);  // rebuilds the handles; points receives their places
     void Paste();                                      // the clipboard's items, with new ids, selected
+    void MoveItemTo(TORXBaseItem* item, std::int32_t index);  // in the paint order, recorded
 
-private:
+  private:
     enum class TDrag : std::uint8_t { kNone, kPending, kMoving, kHandle, kRubber };
-    friend struct TEditorAccess;
 
     // [SECTION] editor_events.cpp: selection, handles, moving, keyboard
     bool SelectionPick(const TQVLPto64& p, TQVLShiftState shift);
@@ -164,12 +178,13 @@ private:
     bool ToolUp(const TQVLPto64& p, TQVLShiftState shift);
     bool Finish();  // creates the tool's item from the picked points; false when there are too few
     TQVLPto64 Constrain(const TQVLPto64& p, TQVLShiftState shift) const;
-    TORXBaseItem* CreateFromTool();  // from fPicked; null when the points make no item
-    TORXBaseItem* CreateKind(TQVLEdAction action);             // the tool's new item, or null
+    TORXBaseItem* CreateFromTool();                 // from fPicked; null when the points make no item
+    TORXBaseItem* CreateKind(TQVLEdAction action);  // the tool's new item, or null
     bool ConfigureKind(TORXBaseItem* item, TQVLEdAction action);  // kind-specific geometry from fPicked
     bool LinkEndAt(const TQVLPto64& p, bool start);  // link tools: p lies on an element's link point
     void SetState(TQVLEdState state);
-    void Info(bool always);
+    void Info();                     // the action information to the host's info event
+    TQVLEdState FirstState() const;  // the step the current tool starts with
 
     // [SECTION] editor_trim.cpp: trim, join, extend and parallels
     bool EditPick(const TQVLPto64& p, TQVLShiftState shift);
@@ -188,9 +203,9 @@ private:
 
     TORXBaseLabel& fDoc;
     TDrag fDrag = TDrag::kNone;
-    TQVLPto64 fDown;   // where the button went down, before snapping
-    TQVLPto64 fGrab;   // the point of the dragged items that follows the pointer
-    TQVLPto64 fLast;   // last pointer position, snapped
+    TQVLPto64 fDown;      // where the button went down, before snapping
+    TQVLPto64 fGrab;      // the point of the dragged items that follows the pointer
+    TQVLPto64 fLast;      // last pointer position, snapped
     TQVLPto64 fDelta;     // the offset the moving drag shows
     TQVLPto64 fHandleTo;  // where the dragged handle is shown
     TQVLHandle fHandle;

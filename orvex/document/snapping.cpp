@@ -46,7 +46,8 @@ std::vector<Detail::TSegment> ItemSegments(const TORXBaseItem& item) {
     if (item.ItemType() == TQVLItemType::itArrowLine || item.ItemType() == TQVLItemType::itDim)
         count = std::min<std::size_t>(count, 2);
     for (std::size_t i = 1; i < count; ++i) out.push_back({P(pts[i - 1]), P(pts[i])});
-    if (item.ItemType() == TQVLItemType::itPolygon && count > 2) out.push_back({P(pts.back()), P(pts.front())});
+    if (item.ItemType() == TQVLItemType::itPolygon && count > 2)
+        out.push_back({P(pts.back()), P(pts.front())});
     return out;
 }
 
@@ -138,7 +139,8 @@ bool TORXEditor::SearchPoint(std::int64_t& x, std::int64_t& y, TQVLSnapHit& hit,
     }
     // The worker's crossings; while it still runs they are not complete, and nothing waits for it.
     if (fSnap.Contains(TQVLSnapMode::smIntersection) && !fDoc.IntersectionsRunning())
-        for (const TIntSecPoint& p : fDoc.GetIntersections()) consider(TQVLSnapMode::smIntersection, {p.X, p.Y}, nullptr);
+        for (const TIntSecPoint& p : fDoc.GetIntersections())
+            consider(TQVLSnapMode::smIntersection, {p.X, p.Y}, nullptr);
     if (found) {
         x = hit.Point.X, y = hit.Point.Y;
         return true;
@@ -209,7 +211,8 @@ void TORXEditor::AlignGuides(std::int64_t& dx, std::int64_t& dy) {
         for (int a = 0; a < 3; ++a)
             for (int c = 0; c < 3; ++c) {
                 if (std::llabs(theirs[c] - mine[a]) < bestX)
-                    bestX = std::llabs(theirs[c] - mine[a]), fixX = theirs[c] - mine[a], withX = b, lineX = theirs[c];
+                    bestX = std::llabs(theirs[c] - mine[a]), fixX = theirs[c] - mine[a], withX = b,
+                    lineX = theirs[c];
                 if (std::llabs(theirsY[c] - mineY[a]) < bestY)
                     bestY = std::llabs(theirsY[c] - mineY[a]), fixY = theirsY[c] - mineY[a], withY = b,
                     lineY = theirsY[c];
@@ -217,12 +220,14 @@ void TORXEditor::AlignGuides(std::int64_t& dx, std::int64_t& dy) {
     }
     if (bestX <= tol) {
         dx += fixX;
-        fGuides.push_back({TQVLGuideKind::glAlign, {lineX, std::min(withX.Top, m.Top + dy)},
+        fGuides.push_back({TQVLGuideKind::glAlign,
+                           {lineX, std::min(withX.Top, m.Top + dy)},
                            {lineX, std::max(withX.Bottom, m.Bottom + dy)}});
     }
     if (bestY <= tol) {
         dy += fixY;
-        fGuides.push_back({TQVLGuideKind::glAlign, {std::min(withY.Left, m.Left + dx), lineY},
+        fGuides.push_back({TQVLGuideKind::glAlign,
+                           {std::min(withY.Left, m.Left + dx), lineY},
                            {std::max(withY.Right, m.Right + dx), lineY}});
     }
 }

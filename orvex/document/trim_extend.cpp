@@ -41,7 +41,8 @@ double Cross(double ax, double ay, double bx, double by) {
 }
 
 TQVLPto64 At(const TQVLPto64& a, const TQVLPto64& b, double t) {
-    return {a.X + MathRound(t * static_cast<double>(b.X - a.X)), a.Y + MathRound(t * static_cast<double>(b.Y - a.Y))};
+    return {a.X + MathRound(t * static_cast<double>(b.X - a.X)),
+            a.Y + MathRound(t * static_cast<double>(b.Y - a.Y))};
 }
 
 constexpr double kEps = 1e-9;
@@ -103,7 +104,10 @@ double Project(const std::vector<TQVLPto64>& path, const TQVLPto64& p) {
         const double len2 = dx * dx + dy * dy;
         double t = 0.0;
         if (len2 > 0)
-            t = std::clamp((static_cast<double>(p.X - path[i - 1].X) * dx + static_cast<double>(p.Y - path[i - 1].Y) * dy) / len2, 0.0, 1.0);
+            t = std::clamp((static_cast<double>(p.X - path[i - 1].X) * dx +
+                            static_cast<double>(p.Y - path[i - 1].Y) * dy) /
+                               len2,
+                           0.0, 1.0);
         const double qx = static_cast<double>(path[i - 1].X) + t * dx - static_cast<double>(p.X);
         const double qy = static_cast<double>(path[i - 1].Y) + t * dy - static_cast<double>(p.Y);
         const double d = qx * qx + qy * qy;
@@ -140,8 +144,10 @@ TTrimResult TrimPath(const std::vector<TQVLPto64>& path, const std::vector<TTrim
     for (std::size_t i = 1; i < path.size(); ++i)
         for (const TTrimEdge& e : edges)
             for (const double t : LineCrossings(path[i - 1], path[i], e))
-                if (t > kEps && t < 1 - kEps) cuts.push_back(static_cast<double>(i - 1) + t);
-                else if (std::abs(t) <= kEps && i > 1) cuts.push_back(static_cast<double>(i - 1));
+                if (t > kEps && t < 1 - kEps)
+                    cuts.push_back(static_cast<double>(i - 1) + t);
+                else if (std::abs(t) <= kEps && i > 1)
+                    cuts.push_back(static_cast<double>(i - 1));
     const double at = Project(path, pick);
     const auto end = static_cast<double>(path.size() - 1);
     double low = -1.0;

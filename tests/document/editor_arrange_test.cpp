@@ -75,6 +75,25 @@ TEST_F(TEditorTest, AnArrangementAfterADragIsAStepOfItsOwn) {
     EXPECT_EQ(Json(), start);
 }
 
+TEST_F(TEditorTest, PaintOrderChangesUndo) {
+    TORXBaseItem* a = Rect(10, 10, 20, 20);
+    TORXBaseItem* b = Rect(30, 10, 40, 20);
+    TORXBaseItem* c = Rect(50, 10, 60, 20);
+    const std::string start = Json();
+    doc.SelectItem(a, false);
+    doc.BringToFront();
+    EXPECT_EQ(doc.GetItem(2), a);
+    doc.ClearSelection(false);
+    doc.SelectItem(c, false);
+    doc.SendToBack();
+    EXPECT_EQ(doc.GetItem(0), c);
+    EXPECT_EQ(doc.GetItem(1), b);
+    doc.Undo();
+    EXPECT_EQ(doc.GetItem(1), c);
+    doc.Undo();
+    EXPECT_EQ(Json(), start);
+}
+
 TEST_F(TEditorTest, PastedItemsGetNewIdsAndKeepTheirLinksAmongThemselves) {
     auto* a = dynamic_cast<TORXBaseFlow*>(Rect(10, 10, 30, 20, TQVLItemType::itFlow));
     auto* b = dynamic_cast<TORXBaseFlow*>(Rect(60, 10, 80, 20, TQVLItemType::itFlow));

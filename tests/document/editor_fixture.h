@@ -17,7 +17,7 @@ namespace Orvex::Testing {
 using TPts = std::vector<std::pair<double, double>>;  // points in millimetres
 
 class TEditorTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         ed.fDraw.fDpix = ed.fDraw.fDpiy = 254;
         ed.fSnap = {};  // each test turns on the snaps it is about
@@ -65,7 +65,8 @@ protected:
         return Add(TQVLItemType::itLine, {{x1, y1}, {x2, y2}});
     }
     // Filled, so that a click inside takes it (an empty box is picked on its outline only).
-    TORXBaseItem* Rect(double x1, double y1, double x2, double y2, TQVLItemType type = TQVLItemType::itRectangle) {
+    TORXBaseItem* Rect(double x1, double y1, double x2, double y2,
+                       TQVLItemType type = TQVLItemType::itRectangle) {
         TORXBaseItem* item = Add(type, {{x1, y1}, {x2, y2}});
         if (auto* box = dynamic_cast<TORX2DItem*>(item)) box->SetFilled(true);
         doc.EndUpdate();

@@ -88,7 +88,7 @@ TEST_F(TEditorTest, HandlesResizeBoxesAndMovePointsOfLines) {
     const std::string start = Json();
     Click(20, 20);
     ASSERT_EQ(doc.SelPoints().size(), 4u);  // the box's corners
-    Drag(30, 30, 40, 50);                    // bottom-right corner
+    Drag(30, 30, 40, 50);                   // bottom-right corner
     EXPECT_EQ(Points(Items()[0]), (TPts{{10, 10}, {40, 50}}));
     Drag(10, 10, 50, 60);  // top-left corner past the opposite one: the box turns round it
     EXPECT_EQ(Points(Items()[0]), (TPts{{40, 50}, {50, 60}}));

@@ -88,7 +88,8 @@ TEST_F(TEditorTest, IntersectionsComeFromTheWorker) {
     Line(0, 20, 40, 20);
     Line(20, 0, 20, 40);
     doc.ComputeIntersections();
-    for (int i = 0; i < 500 && doc.IntersectionsRunning(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    for (int i = 0; i < 500 && doc.IntersectionsRunning(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
     ed.fSnap = {TQVLSnapMode::smIntersection};
     std::int64_t x = B(20.3);
     std::int64_t y = B(19.8);

@@ -62,7 +62,7 @@ TEST_F(TEditorTest, TrimsPolylinesAndArcsAgainstCirclesAndRectangles) {
     auto* arc = dynamic_cast<TORXBaseArc*>(doc.CreateItem(TQVLItemType::itArc));
     arc->SetCircle(B(50), B(50), B(20));
     arc->SetStartAngle(0.0f);
-    arc->SetEndAngle(180.0f);  // the upper half, counter-clockwise on screen
+    arc->SetEndAngle(180.0f);                               // the upper half, counter-clockwise on screen
     Add(TQVLItemType::itRectangle, {{45, 0}, {100, 100}});  // its left edge crosses the arc at 104.5 degrees
     doc.EndUpdate();
     AllBoundaries(doc, A::eaTrim);
