@@ -20,13 +20,13 @@ using S = TQVLEdState;
 
 constexpr std::int32_t kOpen = 1000;  // point lists end by Enter or the right button
 
-struct TToolSpec {
+struct TToolPlan {
     TQVLItemType Kind = TQVLItemType::itUndefined;
     std::int32_t Points = 0;  // picks that finish the tool; kOpen for point lists
     std::int32_t Least = 0;   // picks a point list needs
 };
 
-TToolSpec Spec(TQVLEdAction action) {
+TToolPlan Plan(TQVLEdAction action) {
     using K = TQVLItemType;
     switch (action) {
         case A::eaPoint:
@@ -89,7 +89,7 @@ TQVLEdState NextState(TQVLEdAction action, std::size_t picked) {
         if (picked == 0) return S::edPickCenter;
         return picked == 1 ? S::edPickRadio : S::edPickNext;
     }
-    if (Spec(action).Points == kOpen) return picked == 0 ? S::edPickFirst : S::edPickNext;
+    if (Plan(action).Points == kOpen) return picked == 0 ? S::edPickFirst : S::edPickNext;
     switch (picked) {
         case 0:
             return S::edPickFirst;
@@ -230,8 +230,8 @@ TQVLPto64 TORXEditor::Constrain(const TQVLPto64& p, TQVLShiftState shift) const 
 }
 
 bool TORXEditor::ToolPick(const TQVLPto64& raw, TQVLShiftState shift) {
-    const TToolSpec spec = Spec(fDoc.fAction);
-    if (spec.Kind == TQVLItemType::itUndefined) return false;
+    const TToolPlan plan = Plan(fDoc.fAction);
+    if (plan.Kind == TQVLItemType::itUndefined) return false;
     fDown = raw;  // where the pointer was pressed, before snapping
     TQVLPto64 p = raw;
     TQVLSnapHit hit;
@@ -256,7 +256,7 @@ bool TORXEditor::ToolPick(const TQVLPto64& raw, TQVLShiftState shift) {
         fToolPoints.push_back(p);
     }
     fPressPicks = fToolPoints.size();
-    if (static_cast<std::int32_t>(fToolPoints.size()) - 1 >= spec.Points) return Finish();
+    if (static_cast<std::int32_t>(fToolPoints.size()) - 1 >= plan.Points) return Finish();
     SetState(NextState(fDoc.fAction, fToolPoints.size() - 1));
     return true;
 }
@@ -305,16 +305,16 @@ TQVLEdState TORXEditor::FirstState() const {
 }
 
 TORXBaseItem* TORXEditor::CreateKind(TQVLEdAction action) {
-    const TToolSpec spec = Spec(action);
-    return spec.Kind == TQVLItemType::itUndefined ? nullptr : fDoc.CreateItem(spec.Kind);
+    const TToolPlan plan = Plan(action);
+    return plan.Kind == TQVLItemType::itUndefined ? nullptr : fDoc.CreateItem(plan.Kind);
 }
 
 bool TORXEditor::Finish() {
-    const TToolSpec spec = Spec(fDoc.fAction);
+    const TToolPlan plan = Plan(fDoc.fAction);
     // The last of the tool's points is the cursor.
     std::vector<TQVLPto64> picked = fToolPoints;
     if (!picked.empty()) picked.pop_back();
-    if (static_cast<std::int32_t>(picked.size()) < spec.Least) return false;
+    if (static_cast<std::int32_t>(picked.size()) < plan.Least) return false;
     fPicked = picked;
     fDoc.BeginUpdate(true);
     TORXBaseItem* item = CreateFromTool();
