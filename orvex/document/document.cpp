@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "orvex/core/text.h"
+#include "orvex/document/editor_tools.h"
 #include "orvex/document/intersect_thread.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
@@ -15,7 +16,7 @@ namespace Orvex {
 
 // [SECTION] Lifecycle
 
-TORXBaseLabel::TORXBaseLabel() {
+TORXBaseLabel::TORXBaseLabel() : fEditor(std::make_unique<TORXEditor>(*this)) {
     fLayers.push_back(std::make_unique<TORXLayer>(this, TORXMsg::GetPropValue("Default")));
     AddDimStyle(TORXMsg::GetPropValue("Default"));
 }
@@ -86,7 +87,10 @@ void TORXBaseLabel::ClearItems() {
 
 void TORXBaseLabel::Loaded() {
     if (!fLanguageFile.empty()) TORXMsg::LoadResources(fLanguageFile);
-    fActionInfo = TQVLActionInfo{fAction, fEdState};
+    fActionInfo = TQVLActionInfo{};
+    fActionInfo.Action = fAction;
+    fActionInfo.State = fEdState;
+    fActionInfo.Text = ActionText(fAction, fEdState);
     FireInfoEvent(true);
     fData.CheckJson();
 }
@@ -212,9 +216,7 @@ void TORXBaseLabel::FillSelPoints() {
     if (fAction == TQVLEdAction::eaTrim || fAction == TQVLEdAction::eaJoin ||
         fAction == TQVLEdAction::eaExtend || fAction == TQVLEdAction::eaEquidist)
         return;
-    fSelPoints.clear();
-    for (const TORXBaseItem* item : fSelection)
-        for (const auto& p : item->Points()) fSelPoints.emplace_back(p.X, p.Y);
+    fEditor->FillHandles(fSelPoints);
 }
 
 TQVLRect TORXBaseLabel::ItemsBounds() const {

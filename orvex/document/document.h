@@ -31,6 +31,10 @@ namespace Orvex {
 
 class TORXCmd;
 class TIntersectThread;
+class TORXEditor;
+struct TQVLSnapHit;
+enum class TQVLEdKey : std::uint8_t;     // orvex/document/editor_tools.h
+enum class TQVLShift : std::uint8_t;
 enum class TQVLDiagramFormat : std::uint8_t;  // orvex/diagrams/diagram_model.h
 
 // One crossing of two items' outlines, in base units.
@@ -194,6 +198,17 @@ public:
     TQVLinkType ActionLinkType() const { return fLinkType; }
     const TQVLActionInfo& ActionInfo() const { return fActionInfo; }
 
+    // [SECTION] Interactive editing, defined in editor_events.cpp. Positions are device pixels of the edit
+    // draw context (Editor().fDraw); each returns true when the host should repaint.
+    TORXEditor& Editor() { return *fEditor; }
+    bool PickEditor(float x, float y, TSet<TQVLShift> shift);  // left button down
+    bool MoveEditor(float x, float y, TSet<TQVLShift> shift);
+    bool UpEditor(float x, float y, TSet<TQVLShift> shift);
+    bool RightButton(float x, float y, TSet<TQVLShift> shift);  // finishes or cancels a multi-point tool
+    bool KeyEditor(TQVLEdKey key, TSet<TQVLShift> shift);
+    bool SearchPoint(std::int64_t& x, std::int64_t& y, TQVLSnapHit& hit);  // base units, snapped in place
+    void PasteSelection();  // the clipboard's items as new items, selected; one undo step
+
     // [SECTION] Arrangement of the selection; each is one undo step.
     void SendToBack();
     void BringToFront();
@@ -262,6 +277,8 @@ public:
 protected:
     TORXBaseLabel();  // a host derives; the bare class cannot be created
 
+    friend class TORXEditor;  // the editor drives the tool state and the selection
+
 private:
     std::int32_t LayerDefaultIndex() const;
     void ClearItems();
@@ -269,7 +286,9 @@ private:
     void RemoveFromLists(const TORXBaseItem* item);
     void Flush();
     void ResetRefLines() { fRefLines.clear(); }
-    void MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy);
+    void MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy);  // one undo step of its own
+    void FollowLinks();        // links of the selection recalculate at the end of the batch
+    void CalcRestoredLinks();  // after undo and redo
 
     // [SECTION] Fields, in the order they are created.
     TORXBasePrintInfo fPrintInfo;
@@ -325,6 +344,7 @@ private:
     std::vector<TQVLPto64> fSelPoints;
     std::vector<TQVLRef> fRefLines;
     std::unique_ptr<TIntersectThread> fIntersectThread;
+    std::unique_ptr<TORXEditor> fEditor;
     std::atomic<bool> fIntersectRunning{false};
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "orvex/document/document.h"
+#include "orvex/document/editor_tools.h"
 #include "orvex/document/point_items.h"
 
 namespace Orvex {
@@ -14,8 +15,7 @@ void TORXBaseLabel::SendToBack() {
     const std::int32_t at = ItemIndex(fSelection.front());
     if (at <= 0) return;
     BeginUpdate(true);
-    std::rotate(fItems.begin(), fItems.begin() + at, fItems.begin() + at + 1);
-    ChangeState(TOrvexState::lsUpdate);
+    fEditor->MoveItemTo(fSelection.front(), 0);  // recorded, so that undo puts it back
     EndUpdate();
 }
 
@@ -24,8 +24,7 @@ void TORXBaseLabel::BringToFront() {
     const std::int32_t at = ItemIndex(fSelection.front());
     if (at < 0 || at == GetItemsCount() - 1) return;
     BeginUpdate(true);
-    std::rotate(fItems.begin() + at, fItems.begin() + at + 1, fItems.end());
-    ChangeState(TOrvexState::lsUpdate);
+    fEditor->MoveItemTo(fSelection.front(), GetItemsCount() - 1);
     EndUpdate();
 }
 
@@ -39,8 +38,39 @@ void TORXBaseLabel::SortItemsZLayer() {
 // [SECTION] Arrangement
 
 void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy) {
-    item->BaseMove(0, 0, dx, dy, TQVLMoveOpt::moMove, false);
+    item->CheckBaseBoundsMove(dx, dy, TQVLMoveOpt::moMove);
+    if (dx == 0 && dy == 0) return;
+    TQVLPtoA points = item->Points();
+    for (auto& p : points) p.BaseMove(dx, dy);
+    SetPointsStep(item, points);
 }
+
+void TORXBaseLabel::FollowLinks() {
+    for (TORXBaseItem* link : LinksOf(*this, fSelection)) ChangeState(TOrvexState::lsCalc, link);
+}
+
+namespace {
+// Scales the item's points along one axis so that its bounds get the given extent, keeping the left or
+// top edge; box items simply move their second corner.
+void SetExtent(TORXBaseItem* item, std::int64_t extent, bool horizontal) {
+    const TQVLRect& b = item->BoundsRect();
+    const std::int64_t now = horizontal ? b.GetWidth() : b.GetHeight();
+    const std::int64_t origin = horizontal ? b.Left : b.Top;
+    TQVLPtoA points = item->Points();
+    if (dynamic_cast<TORX2DItem*>(item) != nullptr && points.size() == 2) {
+        if (horizontal)
+            points[1].X = std::min(points[0].X, points[1].X) + extent, points[0].X = std::min(points[0].X, points[1].X);
+        else
+            points[1].Y = std::min(points[0].Y, points[1].Y) + extent, points[0].Y = std::min(points[0].Y, points[1].Y);
+    } else if (now > 0) {
+        for (auto& p : points) {
+            std::int64_t& v = horizontal ? p.X : p.Y;
+            v = origin + MathRound(static_cast<double>(v - origin) * static_cast<double>(extent) / static_cast<double>(now));
+        }
+    }
+    SetPointsStep(item, points);
+}
+}  // namespace
 
 void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
     if (fSelection.size() < 2) return;
@@ -72,6 +102,7 @@ void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
         }
         MoveItemBy(fSelection[i], dx, dy);
     }
+    FollowLinks();
     EndUpdate();
 }
 
@@ -79,9 +110,8 @@ void TORXBaseLabel::SameWidth() {
     if (fSelection.size() < 2) return;
     const std::int64_t width = fSelection.front()->BoundsRect().GetWidth();
     BeginUpdate(true);
-    for (std::size_t i = 1; i < fSelection.size(); ++i)
-        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
-            box->SetPointX(2, box->GetPointX(1) + width);
+    for (std::size_t i = 1; i < fSelection.size(); ++i) SetExtent(fSelection[i], width, true);
+    FollowLinks();
     EndUpdate();
 }
 
@@ -89,9 +119,8 @@ void TORXBaseLabel::SameHeight() {
     if (fSelection.size() < 2) return;
     const std::int64_t height = fSelection.front()->BoundsRect().GetHeight();
     BeginUpdate(true);
-    for (std::size_t i = 1; i < fSelection.size(); ++i)
-        if (auto* box = dynamic_cast<TORX2DItem*>(fSelection[i]))
-            box->SetPointY(2, box->GetPointY(1) + height);
+    for (std::size_t i = 1; i < fSelection.size(); ++i) SetExtent(fSelection[i], height, false);
+    FollowLinks();
     EndUpdate();
 }
 
@@ -102,6 +131,7 @@ void TORXBaseLabel::CenterHorizontal() {
         const TQVLRect b = item->BoundsRect();
         MoveItemBy(item, (fMeasure.fLabelWidth - b.GetWidth()) / 2 - b.Left, 0);
     }
+    FollowLinks();
     EndUpdate();
 }
 
@@ -112,6 +142,7 @@ void TORXBaseLabel::CenterVertical() {
         const TQVLRect b = item->BoundsRect();
         MoveItemBy(item, 0, (fMeasure.fLabelHeight - b.GetHeight()) / 2 - b.Top);
     }
+    FollowLinks();
     EndUpdate();
 }
 
@@ -127,6 +158,7 @@ void TORXBaseLabel::SpaceHorizontal(std::int64_t gap) {
         MoveItemBy(order[i], next - order[i]->BoundsRect().Left, 0);
         next = order[i]->BoundsRect().Right + gap;
     }
+    FollowLinks();
     EndUpdate();
 }
 
@@ -141,27 +173,38 @@ void TORXBaseLabel::SpaceVertical(std::int64_t gap) {
         MoveItemBy(order[i], 0, next - order[i]->BoundsRect().Top);
         next = order[i]->BoundsRect().Bottom + gap;
     }
+    FollowLinks();
     EndUpdate();
 }
 
 void TORXBaseLabel::RotateLeft() {
     if (fSelection.empty()) return;
     BeginUpdate(true);
-    for (TORXBaseItem* item : fSelection) item->RotateLeft();
+    for (TORXBaseItem* item : fSelection) {
+        BreakPointsMerge(item);
+        item->RotateLeft();
+    }
+    FollowLinks();
     EndUpdate();
 }
 
 void TORXBaseLabel::RotateRight() {
     if (fSelection.empty()) return;
     BeginUpdate(true);
-    for (TORXBaseItem* item : fSelection) item->RotateRight();
+    for (TORXBaseItem* item : fSelection) {
+        BreakPointsMerge(item);
+        item->RotateRight();
+    }
+    FollowLinks();
     EndUpdate();
 }
 
 void TORXBaseLabel::MoveSelection(float dx, float dy) {
     if (fSelection.empty()) return;
     BeginUpdate(true);
-    for (TORXBaseItem* item : fSelection) item->Move(dx, dy, TQVLMoveOpt::moMove);
+    const TQVLUnits units = Units();
+    for (TORXBaseItem* item : fSelection) MoveItemBy(item, SetValue(dx, units), SetValue(dy, units));
+    FollowLinks();
     EndUpdate();
 }
 
@@ -170,8 +213,12 @@ void TORXBaseLabel::MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWid
     BeginUpdate(true);
     for (TORXBaseItem* item : fSelection) {
         MoveItemBy(item, dx, dy);
-        if (dWidth != 0 || dHeight != 0) item->BaseMove(0, 0, dWidth, dHeight, TQVLMoveOpt::moResize, false);
+        if (dWidth != 0 || dHeight != 0) {
+            BreakPointsMerge(item);
+            item->BaseMove(0, 0, dWidth, dHeight, TQVLMoveOpt::moResize, false);
+        }
     }
+    FollowLinks();
     EndUpdate();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "orvex/document/document.h"
+#include "orvex/document/editor_tools.h"
 
 namespace Orvex {
 
@@ -172,8 +173,7 @@ void TORXBaseLabel::SetAction(TQVLEdAction action) {
     fLastAction = fAction;
     fAction = action;
     fEdState = TQVLEdState::edPickPoint;
-    fActionInfo = TQVLActionInfo{fAction, fEdState};
-    FireInfoEvent(true);
+    fEditor->ActionChanged();
 }
 
 void TORXBaseLabel::ResetAction() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "orvex/core/types.h"
 
@@ -160,6 +161,7 @@ struct TQVLActionInfo {
     std::int64_t Y = 0;
     std::int64_t Width = 0;
     std::int64_t Height = 0;
+    std::string Text;  // the tool's name and its current step, from the message catalogue
 };
 
 }  // namespace Orvex

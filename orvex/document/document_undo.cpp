@@ -65,6 +65,16 @@ TORXBaseItem* TORXBaseLabel::RecreateItem(const TJSON& obj, std::int32_t index) 
     return item;
 }
 
+void TORXBaseLabel::CalcRestoredLinks() {
+    // A link's course is derived from its elements alone, so it catches up with their restored places at
+    // once; other pending recalculations wait for the next flush as after any edit.
+    std::vector<TORXBaseItem*> links;
+    for (TORXBaseItem* item : fPendingCalc)
+        if (item->ItemType() == TQVLItemType::itLink) links.push_back(item);
+    std::erase_if(fPendingCalc, [](const TORXBaseItem* item) { return item->ItemType() == TQVLItemType::itLink; });
+    for (TORXBaseItem* link : links) link->CalcValues(2);
+}
+
 void TORXBaseLabel::ClearUndoRedo() {
     fUndoStack.clear();
     fRedoStack.clear();
@@ -84,6 +94,7 @@ void TORXBaseLabel::Undo() {
             bounds = true;
         }
     } while (!fUndoStack.empty() && fUndoStack.back()->Group() == fCurrentGroup);
+    CalcRestoredLinks();
     if (bounds) FillSelPoints();
     fUndoNotify = true;
     ChangeValue(TQVChange::chPaint);
@@ -104,6 +115,7 @@ void TORXBaseLabel::Redo() {
             bounds = true;
         }
     } while (!fRedoStack.empty() && fRedoStack.back()->Group() == fCurrentGroup);
+    CalcRestoredLinks();
     if (bounds) FillSelPoints();
     fUndoNotify = true;
     ChangeValue(TQVChange::chPaint);

@@ -17,7 +17,6 @@
 #include "orvex/document/point_items.h"
 #include "orvex/items/text_pos.h"
 #include "orvex/render/draw_context.h"
-#include "orvex/items/text_pos.h"
 
 namespace Orvex {
 
@@ -32,7 +31,6 @@ inline constexpr std::uint16_t kPropToColor = kPropFirstKind + 4;
 inline constexpr std::uint16_t kPropSizeFrom = kPropFirstKind + 5;
 inline constexpr std::uint16_t kPropSizeTo = kPropFirstKind + 6;
 inline constexpr std::uint16_t kPropKindFirst = kPropFirstKind + 8;  // each kind's own from here
-
 
 enum class TQVDimType : std::uint8_t {
     dmtHorz,
