@@ -1,4 +1,5 @@
-// `orvex convert IN.json -o OUT.json`: reads a drawing and writes it back, indented.
+// `orvex convert IN.json -o OUT.json|OUT.svg`: reads a drawing and writes it back, indented, or as SVG;
+// the output's extension chooses.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
@@ -19,12 +20,17 @@ struct TConvertArgs {
 };
 
 int Convert(const TConvertArgs& args) {
+    // Refused before reading, so a mistyped output name costs nothing and overwrites nothing.
+    if (Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
+        fmt::print(stderr, "orvex: {}: unknown output format (use .json or .svg)\n", args.Output);
+        return kExitUsage;
+    }
     Orvex::TORXHeadlessLabel document;
     if (const auto loaded = Orvex::LoadDrawingFile(args.Input, document); !loaded) {
         fmt::print(stderr, "orvex: {}\n", loaded.Message);
         return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
-    if (const auto saved = Orvex::SaveDrawingFile(args.Output, document); !saved) {
+    if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {
         fmt::print(stderr, "orvex: {}\n", saved.Message);
         return kExitUsage;
     }
@@ -35,9 +41,10 @@ int Convert(const TConvertArgs& args) {
 
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
-    auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it back, indented");
+    auto* sub =
+        app.add_subcommand("convert", "Read a drawing (.json) and write it as .json (indented) or .svg");
     sub->add_option("input", args->Input, "Drawing to read")->required();
-    sub->add_option("-o,--output", args->Output, "File to write")->required();
+    sub->add_option("-o,--output", args->Output, "File to write: .json or .svg")->required();
     commands.Add(sub, [args] { return Convert(*args); });
 }
 

@@ -27,3 +27,12 @@ for example in examples/mermaid/flowchart.mmd examples/plantuml/activity.puml; d
     "$orvex" parse "$example" | cut -c1-160
   fi
 done
+
+# Drawings: every bundled drawing as SVG in out/ (open them in a browser, or render with rsvg-convert).
+mkdir -p out
+for drawing in examples/drawings/*.json; do
+  svg="out/$(basename "${drawing%.json}").svg"
+  "$orvex" convert "$drawing" -o "$svg"
+  echo
+  echo "orvex convert $drawing -o $svg ($(wc -c < "$svg") bytes)"
+done
