@@ -33,8 +33,6 @@ void ReadSilently(TORXBaseItem& aItem, const TJSON& aObj) {
     // links are bound by id and follow the element they join.
     doc.AssignSymbolAndFlowLinks();
     doc.ChangeState(TOrvexState::lsCalc, &aItem);
-    if (aItem.ItemType() == TQVLItemType::itFlow)
-        for (TORXBaseItem* link : LinksOf(doc, aItem.InID())) doc.ChangeState(TOrvexState::lsCalc, link);
     doc.CalcPending();
     aItem.UpdateBounds();
 }

@@ -177,7 +177,6 @@ TJSON AddLink(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     keys["ToID"] = to.InID();
     keys["ToIndex"] = aArgs.contains("to_side") ? EnumIndex(SideNames(), aArgs["to_side"].get<std::string>()) : -1;
     TerminatorKeys(aArgs, keys, "fill_arrow");
-    keys["Points"] = PointsKeys(aDoc, {from.CenterPoint(), to.CenterPoint()});
     const TORXBaseItem* item = CreateItemFromKeys(aDoc, TQVLItemType::itLink, keys);
     return AddedResult(aDoc, *item);
 }

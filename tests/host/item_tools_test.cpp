@@ -30,7 +30,15 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
          {0, 0, 8, 4}},
         {"add_circle", {{"cx", 50}, {"cy", 50}, {"radius", 5}}, "circle", {45, 45, 10, 10}},
         {"add_ellipse", {{"cx", 50}, {"cy", 50}, {"rx", 6}, {"ry", 3}}, "ellipse", {44, 47, 12, 6}},
-        {"add_sector", {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 90}}, "sector", {10, 10, 20, 20}},
+        {"add_sector", {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 360}}, "sector", {10, 10, 20, 20}},
+        {"add_arc", {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"start_angle", 0}, {"end_angle", 90}}, "arc", {20, 10, 10, 10}},
+        {"add_arrow_line", {{"x1", 0}, {"y1", 0}, {"x2", 30}, {"y2", 0}}, "arrow_line", nullptr},
+        {"add_dimension", {{"x1", 0}, {"y1", 30}, {"x2", 40}, {"y2", 30}, {"dim_type", "horizontal"}}, "dimension", nullptr},
+        {"add_text", {{"x", 5}, {"y", 6}, {"text", "Hello"}}, "text", nullptr},
+        {"add_paragraph", {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "Some words"}}, "paragraph",
+         {5, 6, 40, 20}},
+        {"add_rich_text", {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "a<B>b</B>"}}, "rich_text",
+         {5, 6, 40, 20}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Tool);
@@ -44,7 +52,7 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
         EXPECT_EQ(added["id"], fDoc.GetItem(index)->InID());
         EXPECT_EQ(added["name"], fDoc.GetItem(index)->ID());
         EXPECT_EQ(added["layer"], 1);
-        if (c.Kind != "bezier" && c.Kind != "polyline" && c.Kind != "polygon" && c.Kind != "line") {
+        if (!c.Bounds.is_null() && c.Kind != "bezier" && c.Kind != "polyline" && c.Kind != "polygon" && c.Kind != "line") {
             EXPECT_EQ((TJSON{added["x"], added["y"], added["width"], added["height"]}), c.Bounds);
         }
     }

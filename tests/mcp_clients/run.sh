@@ -6,6 +6,7 @@
 set -euo pipefail
 
 ORVEX=${1:?usage: run.sh PATH/TO/orvex}
+ORVEX=$(cd "$(dirname "$ORVEX")" && pwd)/$(basename "$ORVEX")
 HERE=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 SKIP=77
 
