@@ -53,8 +53,9 @@ void RegisterEditTools(TToolRegistry& aRegistry) {
                   ObjectSchema({{"reset", BoolProp("Also reset layers, page and units. Default false.")}}),
                   ClearDrawing);
     aRegistry.Add("begin_update",
-                  "Start a batch of changes: repaints wait, and the changes made until end_update undo as one step. "
-                  "Always call end_update afterwards, also after an error.",
+                  "Mark the start of a batch of changes (many add_ calls): repaints wait while it is open. The "
+                  "server closes it after every tool that changes the drawing, so each change still undoes on its "
+                  "own. Always call end_update after the batch, also after an error.",
                   ObjectSchema({}), [](TORXBaseLabel& aDoc, const TJSON&) {
                       aDoc.BeginUpdate(true);
                       return StructuredResult({{"updating", true}});

@@ -172,6 +172,35 @@ TEST_F(ItemToolsTest, ModifyItemChangesOnlyWhatIsGivenAndUndoesAsOneStep) {
     EXPECT_EQ(fDoc.GetJsonString(), after);
 }
 
+TEST_F(ItemToolsTest, LinksFollowAnElementThatMovesAndUndoMovesThemBack) {
+    const TJSON a = Ok("add_flow", {{"x", 0}, {"y", 0}, {"width", 20}, {"height", 10}});
+    const TJSON b = Ok("add_flow", {{"x", 0}, {"y", 40}, {"width", 20}, {"height", 10}});
+    const TJSON link = Ok("add_link", {{"from_id", a["id"]}, {"to_id", b["id"]}});
+    EXPECT_EQ((TJSON{link["x"], link["y"], link["width"], link["height"]}), (TJSON{10.0, 10.0, 0.0, 30.0}));
+    const std::string before = fDoc.GetJsonString();
+    Ok("modify_item", {{"id", b["id"]}, {"x", 40}});
+    EXPECT_GE(Ok("get_item", {{"id", link["id"]}})["width"].get<double>(), 20.0);  // it reaches over to b
+    Ok("undo");
+    EXPECT_EQ(Ok("get_item", {{"id", link["id"]}})["width"], 0.0);
+    EXPECT_EQ(fDoc.GetJsonString(), before);
+}
+
+TEST_F(ItemToolsTest, TextsSizeThemselvesAndTakeTheirFont) {
+    const TJSON text = Ok("add_text", {{"x", 5}, {"y", 6}, {"text", "Hello"}, {"font_height", 7}, {"bold", true},
+                                       {"text_color", "#FF0000"}});
+    EXPECT_GT(text["width"].get<double>(), 7.0);
+    EXPECT_GT(text["height"].get<double>(), 6.0);
+    const TJSON json = fDoc.GetItem(0)->WriteJson();
+    EXPECT_EQ(json["FontHeight"], 7.0);
+    EXPECT_EQ(json["Bold"], true);
+    EXPECT_EQ(TJSONUtils::GetColor(json, "FontColor"), 0xFFFF0000u);
+    Ok("add_flow", {{"x", 0}, {"y", 0}, {"text", "F"}, {"font_height", 5}});
+    EXPECT_EQ(fDoc.GetItem(1)->WriteJson()["Font"]["FontHeight"], 5.0);
+    EXPECT_EQ(fDoc.GetItem(1)->WriteJson()["Font"]["Name"], "Arial");  // the rest of the font stays
+    Ok("modify_item", {{"index", 1}, {"text", "G"}});
+    EXPECT_EQ(fDoc.GetItem(1)->WriteJson()["Text"], "G");
+}
+
 TEST_F(ItemToolsTest, DeletingAnElementTakesItsLinksAndUndoBringsThemBack) {
     const TJSON a = Ok("add_flow", {{"x", 0}, {"y", 0}});
     const TJSON b = Ok("add_flow", {{"x", 0}, {"y", 40}});
