@@ -170,9 +170,10 @@ int Serve(const TServeArgs& args) {
 
 void RegisterServe(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TServeArgs>();
-    auto* sub = app.add_subcommand("serve",
-                                   "Serve a drawing to AI agents over MCP (HTTP, or --stdio). The bearer token comes "
-                                   "from the environment variable ORVEX_MCP_TOKEN");
+    auto* sub =
+        app.add_subcommand("serve",
+                           "Serve a drawing to AI agents over MCP (HTTP, or --stdio). The bearer token comes "
+                           "from the environment variable ORVEX_MCP_TOKEN");
     sub->add_option("--port", args->Port, "TCP port; 0 picks a free one (default 3001)");
     sub->add_option("--bind", args->Bind, "Address to listen on (default 127.0.0.1; others need a token)");
     sub->add_option("--endpoint", args->Endpoint, "The one path served (default /mcp)");

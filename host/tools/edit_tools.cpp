@@ -46,31 +46,34 @@ TJSON Steps(TORXBaseLabel& aDoc, const TJSON& aArgs, bool aUndo) {
 }  // namespace
 
 void RegisterEditTools(TToolRegistry& aRegistry) {
-    aRegistry.Add("clear_drawing",
-                  "Remove every item from the drawing. Layers, units and page stay unless reset is true, which also "
-                  "restores one default layer and the default page and units (the editor mode stays). Clearing "
-                  "cannot be undone. Only call it when the user asked for a cleared or new drawing.",
-                  ObjectSchema({{"reset", BoolProp("Also reset layers, page and units. Default false.")}}),
-                  ClearDrawing);
-    aRegistry.Add("begin_update",
-                  "Mark the start of a batch of changes (many add_ calls): repaints wait while it is open. The "
-                  "server closes it after every tool that changes the drawing, so each change still undoes on its "
-                  "own. Always call end_update after the batch, also after an error.",
-                  ObjectSchema({}), [](TORXBaseLabel& aDoc, const TJSON&) {
-                      aDoc.BeginUpdate(true);
-                      return StructuredResult({{"updating", true}});
-                  });
+    aRegistry.Add(
+        "clear_drawing",
+        "Remove every item from the drawing. Layers, units and page stay unless reset is true, which also "
+        "restores one default layer and the default page and units (the editor mode stays). Clearing "
+        "cannot be undone. Only call it when the user asked for a cleared or new drawing.",
+        ObjectSchema({{"reset", BoolProp("Also reset layers, page and units. Default false.")}}),
+        ClearDrawing);
+    aRegistry.Add(
+        "begin_update",
+        "Mark the start of a batch of changes (many add_ calls): repaints wait while it is open. The "
+        "server closes it after every tool that changes the drawing, so each change still undoes on its "
+        "own. Always call end_update after the batch, also after an error.",
+        ObjectSchema({}), [](TORXBaseLabel& aDoc, const TJSON&) {
+            aDoc.BeginUpdate(true);
+            return StructuredResult({{"updating", true}});
+        });
     aRegistry.Add("end_update", "Close the batch begun by begin_update and repaint. Harmless without one.",
                   ObjectSchema({}), [](TORXBaseLabel& aDoc, const TJSON&) {
                       aDoc.EndUpdate();
                       aDoc.Refresh();
                       return StructuredResult({{"updating", false}});
                   });
-    aRegistry.Add("undo",
-                  "Undo the last changes to items, steps at a time (a batch counts as one step). Returns how many "
-                  "steps were undone and whether more undo or redo is possible.",
-                  ObjectSchema({{"steps", IntegerProp("Steps to undo. Default 1.", 1, 1000)}}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return Steps(aDoc, aArgs, true); });
+    aRegistry.Add(
+        "undo",
+        "Undo the last changes to items, steps at a time (a batch counts as one step). Returns how many "
+        "steps were undone and whether more undo or redo is possible.",
+        ObjectSchema({{"steps", IntegerProp("Steps to undo. Default 1.", 1, 1000)}}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return Steps(aDoc, aArgs, true); });
     aRegistry.Add("redo", "Redo steps that undo took back. Returns how many steps were redone.",
                   ObjectSchema({{"steps", IntegerProp("Steps to redo. Default 1.", 1, 1000)}}),
                   [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return Steps(aDoc, aArgs, false); });

@@ -23,8 +23,9 @@ namespace fs = std::filesystem;
 std::optional<fs::path> FilePath(const TToolOptions& aOptions, const TJSON& aArgs) {
     if (!aArgs.contains("path")) return std::nullopt;
     if (!aOptions.FilesRoot)
-        throw EToolArgument("file paths are disabled: the server runs without a files folder (--files-root); "
-                            "work inline instead");
+        throw EToolArgument(
+            "file paths are disabled: the server runs without a files folder (--files-root); "
+            "work inline instead");
     return ResolveInsideRoot(*aOptions.FilesRoot, aArgs["path"].get<std::string>());
 }
 
@@ -48,10 +49,12 @@ TJSON Summary(const TORXBaseLabel& aDoc) {
 
 TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     if (aArgs.contains("path") == aArgs.contains("json"))
-        throw EToolArgument("give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
+        throw EToolArgument(
+            "give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
     const auto file = FilePath(aOptions, aArgs);
     if (file && !fs::is_regular_file(*file))
-        throw EToolArgument(fmt::format("no file \"{}\" in the files folder", aArgs["path"].get<std::string>()));
+        throw EToolArgument(
+            fmt::format("no file \"{}\" in the files folder", aArgs["path"].get<std::string>()));
     // Both loaders leave the document as it was when the drawing cannot be read.
     const TQVLFileResult loaded = file ? LoadDrawingFile(file->string(), aDoc)
                                        : LoadDrawingText(aArgs["json"].get<std::string>(), "json", aDoc);
@@ -69,14 +72,17 @@ TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
 TJSON ExportDocument(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const std::string format = aArgs["format"].get<std::string>();
     if (format == "png" || format == "pdf")
-        throw EToolArgument(fmt::format("{} export needs the painting host, which this server does not have; export "
-                                        "\"svg\" or \"json\"",
-                                        format));
+        throw EToolArgument(
+            fmt::format("{} export needs the painting host, which this server does not have; export "
+                        "\"svg\" or \"json\"",
+                        format));
     const auto file = FilePath(aOptions, aArgs);
-    const std::string text = format == "svg" ? aDoc.SVG(TQVLExportSVG::esFile, 1.0f, false) : aDoc.GetJsonString(2);
+    const std::string text =
+        format == "svg" ? aDoc.SVG(TQVLExportSVG::esFile, 1.0f, false) : aDoc.GetJsonString(2);
     if (!file) return {{"content", TJSON::array({{{"type", "text"}, {"text", text}}})}};
     WriteText(*file, text);
-    return StructuredResult({{"path", RelativeName(aOptions, *file)}, {"format", format}, {"bytes", text.size()}});
+    return StructuredResult(
+        {{"path", RelativeName(aOptions, *file)}, {"format", format}, {"bytes", text.size()}});
 }
 
 TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -92,8 +98,9 @@ TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     if (model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError))
         return ErrorResult("the diagram has errors; see diagnostics", std::move(result));
     if (QVLGetDiagramLoader() == nullptr)
-        return ErrorResult("no diagram layout is installed; build the diagram with add_flow and add_link instead",
-                           std::move(result));
+        return ErrorResult(
+            "no diagram layout is installed; build the diagram with add_flow and add_link instead",
+            std::move(result));
     const std::int32_t before = aDoc.GetItemsCount();
     const bool loaded = aDoc.LoadFromDiagramText(text, format);
     const std::int32_t after = aDoc.GetItemsCount();
@@ -108,35 +115,43 @@ TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 void RegisterFileTools(TToolRegistry& aRegistry) {
     const TToolOptions options = aRegistry.Options();
     const bool files = options.FilesRoot.has_value();
-    const std::string where = files ? "path is relative to the server's files folder; \"..\", absolute paths and "
-                                      "symbolic links are refused."
-                                    : "this server has no files folder, so path is refused and content travels inline.";
-    aRegistry.Add("load_drawing",
-                  "Replace the drawing with a saved one (the JSON drawing format), from path or from the json text. "
-                  "The current drawing and its undo history are lost. " + where,
-                  ObjectSchema({{"path", StringProp("Drawing file (.json) in the files folder.")},
-                                {"json", StringProp("The drawing as JSON text, as save_drawing returns it.")}}),
-                  [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return LoadDrawing(options, aDoc, aArgs); });
-    aRegistry.Add("save_drawing",
-                  "Save the drawing in the JSON drawing format: to path when given, else return the JSON text. " + where,
-                  ObjectSchema({{"path", StringProp("Target file (.json) in the files folder; overwritten.")}}),
-                  [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return SaveDrawing(options, aDoc, aArgs); });
-    aRegistry.Add("load_diagram",
-                  "Build the drawing from a Mermaid or PlantUML diagram (flowchart, sequence, mind map...), laid out "
-                  "automatically. Returns whether it loaded, how many items it created, and the parser's diagnostics "
-                  "(severity, line, code, message); fix the text and retry on errors.",
-                  ObjectSchema({{"text", StringProp("The diagram source text.")},
-                                {"format", EnumProp("Diagram language; auto detects it. Default auto.",
-                                                    {"auto", "mermaid", "plantuml"})}},
-                               {"text"}),
-                  LoadDiagram);
-    aRegistry.Add("export_document",
-                  "Export the drawing as svg (a standalone SVG page the size of the drawing) or json (the drawing "
-                  "format): to path when given, else return the content. png and pdf need a painting host. " + where,
-                  ObjectSchema({{"format", EnumProp("Export format.", {"svg", "json", "png", "pdf"})},
-                                {"path", StringProp("Target file in the files folder; overwritten.")}},
-                               {"format"}),
-                  [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return ExportDocument(options, aDoc, aArgs); });
+    const std::string where =
+        files ? "path is relative to the server's files folder; \"..\", absolute paths and "
+                "symbolic links are refused."
+              : "this server has no files folder, so path is refused and content travels inline.";
+    aRegistry.Add(
+        "load_drawing",
+        "Replace the drawing with a saved one (the JSON drawing format), from path or from the json text. "
+        "The current drawing and its undo history are lost. " +
+            where,
+        ObjectSchema({{"path", StringProp("Drawing file (.json) in the files folder.")},
+                      {"json", StringProp("The drawing as JSON text, as save_drawing returns it.")}}),
+        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return LoadDrawing(options, aDoc, aArgs); });
+    aRegistry.Add(
+        "save_drawing",
+        "Save the drawing in the JSON drawing format: to path when given, else return the JSON text. " +
+            where,
+        ObjectSchema({{"path", StringProp("Target file (.json) in the files folder; overwritten.")}}),
+        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return SaveDrawing(options, aDoc, aArgs); });
+    aRegistry.Add(
+        "load_diagram",
+        "Build the drawing from a Mermaid or PlantUML diagram (flowchart, sequence, mind map...), laid out "
+        "automatically. Returns whether it loaded, how many items it created, and the parser's diagnostics "
+        "(severity, line, code, message); fix the text and retry on errors.",
+        ObjectSchema({{"text", StringProp("The diagram source text.")},
+                      {"format", EnumProp("Diagram language; auto detects it. Default auto.",
+                                          {"auto", "mermaid", "plantuml"})}},
+                     {"text"}),
+        LoadDiagram);
+    aRegistry.Add(
+        "export_document",
+        "Export the drawing as svg (a standalone SVG page the size of the drawing) or json (the drawing "
+        "format): to path when given, else return the content. png and pdf need a painting host. " +
+            where,
+        ObjectSchema({{"format", EnumProp("Export format.", {"svg", "json", "png", "pdf"})},
+                      {"path", StringProp("Target file in the files folder; overwritten.")}},
+                     {"format"}),
+        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return ExportDocument(options, aDoc, aArgs); });
 }
 
 }  // namespace Orvex::Host

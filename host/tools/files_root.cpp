@@ -26,13 +26,16 @@ bool IsWithin(const fs::path& aPath, const fs::path& aRoot) {
 
 fs::path ResolveInsideRoot(const fs::path& aRoot, std::string_view aPath) {
     if (aPath.empty()) throw EToolArgument("argument \"path\" must not be empty");
-    if (aPath.find('\0') != std::string_view::npos) throw EToolArgument("argument \"path\" must not contain NUL");
+    if (aPath.find('\0') != std::string_view::npos)
+        throw EToolArgument("argument \"path\" must not contain NUL");
     const fs::path relative(aPath);
     if (relative.is_absolute() || relative.has_root_name() || relative.has_root_directory())
-        throw EToolArgument(fmt::format("path \"{}\" is absolute; give a path relative to the files folder", aPath));
+        throw EToolArgument(
+            fmt::format("path \"{}\" is absolute; give a path relative to the files folder", aPath));
     for (const auto& part : relative)
         if (part == "..")
-            throw EToolArgument(fmt::format("path \"{}\" steps out with \"..\"; stay inside the files folder", aPath));
+            throw EToolArgument(
+                fmt::format("path \"{}\" steps out with \"..\"; stay inside the files folder", aPath));
 
     std::error_code ec;
     const fs::path root = fs::canonical(aRoot, ec);
@@ -43,12 +46,14 @@ fs::path ResolveInsideRoot(const fs::path& aRoot, std::string_view aPath) {
         if (part.empty() || part == ".") continue;
         walked /= part;
         if (fs::is_symlink(fs::symlink_status(walked, ec)))
-            throw EToolArgument(fmt::format("path \"{}\" goes through a symbolic link; links are refused", aPath));
+            throw EToolArgument(
+                fmt::format("path \"{}\" goes through a symbolic link; links are refused", aPath));
     }
     const fs::path resolved = fs::weakly_canonical(root / relative, ec);
     if (ec || !IsWithin(resolved, root))
         throw EToolArgument(fmt::format("path \"{}\" leaves the files folder", aPath));
-    if (resolved == root) throw EToolArgument(fmt::format("path \"{}\" names the files folder itself", aPath));
+    if (resolved == root)
+        throw EToolArgument(fmt::format("path \"{}\" names the files folder itself", aPath));
     return resolved;
 }
 

@@ -7,8 +7,8 @@
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
-#include "orvex/core/text.h"
 #include "orvex/core/paper.h"
+#include "orvex/core/text.h"
 #include "orvex/document/document.h"
 #include "orvex/io/drawing_file.h"
 #include "orvex/io/json_utils.h"
@@ -88,7 +88,8 @@ TJSON ListItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const std::int64_t offset = aArgs.value("offset", std::int64_t{0});
     const std::int64_t limit = aArgs.value("limit", kDefaultPageItems);
     const TORXLayer* layer = aArgs.contains("layer") ? ResolveLayer(aDoc, aArgs, "layer") : nullptr;
-    const std::int32_t kind = aArgs.contains("kind") ? EnumIndex(KindNames(), aArgs["kind"].get<std::string>()) : -1;
+    const std::int32_t kind =
+        aArgs.contains("kind") ? EnumIndex(KindNames(), aArgs["kind"].get<std::string>()) : -1;
     TJSON items = TJSON::array();
     std::int64_t matched = 0;
     for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
@@ -138,18 +139,20 @@ TJSON ListLayers(TORXBaseLabel& aDoc, const TJSON&) {
 }
 
 TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
-    const auto mode = aArgs.contains("mode")
-                          ? static_cast<TQVLEditorMode>(EnumIndex(ModeNames(), aArgs["mode"].get<std::string>()))
-                          : aDoc.EditorMode();
+    const auto mode =
+        aArgs.contains("mode")
+            ? static_cast<TQVLEditorMode>(EnumIndex(ModeNames(), aArgs["mode"].get<std::string>()))
+            : aDoc.EditorMode();
     const auto units = aArgs.contains("units")
                            ? static_cast<TQVLUnits>(EnumIndex(UnitNames(), aArgs["units"].get<std::string>()))
                            : aDoc.Units();
     const bool drawing = mode == TQVLEditorMode::emDrawing;
     const bool longUnits = units != TQVLUnits::unMM && units != TQVLUnits::unINCH && units != TQVLUnits::unCM;
     if (longUnits && !drawing)
-        throw EToolArgument(fmt::format("units \"{}\" are only available in drawing mode; use mm, inch or cm, or set "
-                                        "mode \"drawing\"",
-                                        UnitName(units)));
+        throw EToolArgument(
+            fmt::format("units \"{}\" are only available in drawing mode; use mm, inch or cm, or set "
+                        "mode \"drawing\"",
+                        UnitName(units)));
     if (aArgs.contains("draw_scale") && !drawing)
         throw EToolArgument("draw_scale applies to drawing mode only; set mode \"drawing\" as well");
     if (aArgs.contains("paper") && (aArgs.contains("width") || aArgs.contains("height")))
@@ -163,8 +166,8 @@ TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
         const double limit = kMaxBaseCoordinate / static_cast<double>(UnitFactor(units));
         const std::int64_t base = TJSONUtils::UnitToBase(value, units);
         if (!(value > 0) || value > limit || base <= 0)
-            throw EToolArgument(fmt::format("argument \"{}\" must be greater than 0 and at most {:g} {}", aKey, limit,
-                                            UnitName(units)));
+            throw EToolArgument(fmt::format("argument \"{}\" must be greater than 0 and at most {:g} {}",
+                                            aKey, limit, UnitName(units)));
         return base;
     };
     std::int64_t width = aDoc.Measure().fLabelWidth;
@@ -213,37 +216,46 @@ TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }  // namespace
 
 void RegisterInfoTools(TToolRegistry& aRegistry) {
-    aRegistry.Add("get_drawing_info",
-                  "Describe the drawing: units, editor mode (labelling, flowchart, drawing), item and layer counts, "
-                  "selection size, the page (paper name, width and height in the drawing's units), draw_scale (N of "
-                  "1:N), the active layer (one-based), whether undo and redo are possible, and the bounds of all items.",
-                  ObjectSchema({}), [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); });
+    aRegistry.Add(
+        "get_drawing_info",
+        "Describe the drawing: units, editor mode (labelling, flowchart, drawing), item and layer counts, "
+        "selection size, the page (paper name, width and height in the drawing's units), draw_scale (N of "
+        "1:N), the active layer (one-based), whether undo and redo are possible, and the bounds of all "
+        "items.",
+        ObjectSchema({}),
+        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); });
     aRegistry.Add(
         "list_items",
-        "List the drawing's items in paint order, a page at a time: each with its zero-based index, name, internal "
-        "id, kind, one-based layer, bounds (x, y, width, height in the drawing's units) and the start of its text. "
+        "List the drawing's items in paint order, a page at a time: each with its zero-based index, name, "
+        "internal "
+        "id, kind, one-based layer, bounds (x, y, width, height in the drawing's units) and the start of its "
+        "text. "
         "Filter by layer and kind. Returns total (matching items) and next_offset (null on the last page).",
         ObjectSchema({{"offset", IntegerProp("Matching items to skip. Default 0.", 0, INT32_MAX)},
                       {"limit", IntegerProp("Items to return, 1 to 500. Default 50.", 1, kMaxPageItems)},
                       {"layer", IntegerProp("Only items on this layer (one-based).", 1, INT16_MAX)},
                       {"kind", EnumProp("Only items of this kind.", KindNames())}}),
         ListItems);
-    aRegistry.Add("get_item",
-                  "Return one item with all its properties (the drawing-file form: points in the drawing's units, "
-                  "colours as R, G, B, A). Name it by exactly one of index (zero-based), name or id.",
-                  ObjectSchema({{"index", IntegerProp("Zero-based item index.", 0, INT32_MAX)},
-                                {"name", StringProp("Item name, as returned by list_items (case ignored).")},
-                                {"id", IntegerProp("Internal id, as returned by the add_ tools.", 1, INT32_MAX)}}),
-                  GetItem);
+    aRegistry.Add(
+        "get_item",
+        "Return one item with all its properties (the drawing-file form: points in the drawing's units, "
+        "colours as R, G, B, A). Name it by exactly one of index (zero-based), name or id.",
+        ObjectSchema({{"index", IntegerProp("Zero-based item index.", 0, INT32_MAX)},
+                      {"name", StringProp("Item name, as returned by list_items (case ignored).")},
+                      {"id", IntegerProp("Internal id, as returned by the add_ tools.", 1, INT32_MAX)}}),
+        GetItem);
     aRegistry.Add("list_layers",
                   "List the layers with their one-based index, name, item count, flags (visible, printable, "
                   "selectable, exportable), colour and which one is active (new items go there).",
                   ObjectSchema({}), ListLayers);
     aRegistry.Add(
         "setup_drawing",
-        "Set the editor mode, the measurement units, the draw scale and the page size. Units mm, inch and cm work in "
-        "every mode; dm, m, ft and yd only in drawing mode. draw_scale N means 1:N and applies to drawing mode. Give "
-        "the page as a named paper (A4, A3, Letter...; landscape to turn it) or as width and height in the units this "
+        "Set the editor mode, the measurement units, the draw scale and the page size. Units mm, inch and cm "
+        "work in "
+        "every mode; dm, m, ft and yd only in drawing mode. draw_scale N means 1:N and applies to drawing "
+        "mode. Give "
+        "the page as a named paper (A4, A3, Letter...; landscape to turn it) or as width and height in the "
+        "units this "
         "call sets. Items keep their size; only the unit they are read in changes. Returns the drawing info.",
         ObjectSchema({{"mode", EnumProp("Editor mode.", ModeNames())},
                       {"units", EnumProp("Measurement units for every coordinate and size.", UnitNames())},

@@ -81,18 +81,22 @@ std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID
         TORXBaseItem* item = aDoc.GetItem(i);
         if (item->ItemType() != TQVLItemType::itLink) continue;
         const TJSON json = item->WriteJson();
-        if (TJSONUtils::GetInt(json, "FromID") == aInID || TJSONUtils::GetInt(json, "ToID") == aInID) links.push_back(item);
+        if (TJSONUtils::GetInt(json, "FromID") == aInID || TJSONUtils::GetInt(json, "ToID") == aInID)
+            links.push_back(item);
     }
     return links;
 }
 
 TJSON CommonItemProps(bool aLineType) {
-    TJSON props = ObjectSchema({{"layer", IntegerProp("One-based layer. Default: the active layer.", 1, INT16_MAX)},
-                                {"color", ColorProp("Line (outline) colour. Default black.")},
-                                {"pen_width", NumberProp("Line width in the drawing's units. Default 0.1 mm.")},
-                                {"name", StringProp("Item name; must be unique. Default: kind and id, e.g. "
-                                                    "FlowDiagram004.")}});
-    if (aLineType) props = WithProperties(props, {{"line_type", EnumProp("Dash pattern. Default solid.", LineTypeNames())}});
+    TJSON props =
+        ObjectSchema({{"layer", IntegerProp("One-based layer. Default: the active layer.", 1, INT16_MAX)},
+                      {"color", ColorProp("Line (outline) colour. Default black.")},
+                      {"pen_width", NumberProp("Line width in the drawing's units. Default 0.1 mm.")},
+                      {"name", StringProp("Item name; must be unique. Default: kind and id, e.g. "
+                                          "FlowDiagram004.")}});
+    if (aLineType)
+        props =
+            WithProperties(props, {{"line_type", EnumProp("Dash pattern. Default solid.", LineTypeNames())}});
     return props;
 }
 
@@ -111,7 +115,8 @@ TJSON CommonItemKeys(TORXBaseLabel& aDoc, const TJSON& aArgs, const TORXBaseItem
                                             ToUnit(aDoc, 100 * kBasePerMM), UnitName(aDoc.Units())));
         keys["PenWidth"] = TJSONUtils::BaseToMM(width);
     }
-    if (aArgs.contains("line_type")) keys["LineType"] = EnumIndex(LineTypeNames(), aArgs["line_type"].get<std::string>());
+    if (aArgs.contains("line_type"))
+        keys["LineType"] = EnumIndex(LineTypeNames(), aArgs["line_type"].get<std::string>());
     if (aArgs.contains("name")) {
         const std::string name(Trim(aArgs["name"].get_ref<const std::string&>()));
         if (name.empty()) throw EToolArgument("argument \"name\" must not be empty");
@@ -144,7 +149,8 @@ std::vector<TQVLPto64> PointsArg(const TORXBaseLabel& aDoc, const TJSON& aArgs, 
 TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys) {
     TORXBaseItem* item = aDoc.CreateItem(aType);
     if (item == nullptr)
-        throw std::runtime_error(fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
+        throw std::runtime_error(
+            fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
     TJSON obj = item->WriteJson();
     MergeKeys(obj, aKeys);
     ReadSilently(*item, obj);

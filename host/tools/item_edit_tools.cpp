@@ -31,8 +31,9 @@ bool HasText(TQVLItemType aType) {
 }
 
 bool HasTerminators(TQVLItemType aType) {
-    return aType == TQVLItemType::itPolyLine || aType == TQVLItemType::itArc || aType == TQVLItemType::itArrowLine ||
-           aType == TQVLItemType::itBezier || aType == TQVLItemType::itLink;
+    return aType == TQVLItemType::itPolyLine || aType == TQVLItemType::itArc ||
+           aType == TQVLItemType::itArrowLine || aType == TQVLItemType::itBezier ||
+           aType == TQVLItemType::itLink;
 }
 
 std::string KindOf(const TORXBaseItem& aItem) {
@@ -40,7 +41,8 @@ std::string KindOf(const TORXBaseItem& aItem) {
 }
 
 void Refuse(const TORXBaseItem& aItem, std::string_view aKey, std::string_view aApplies) {
-    throw EToolArgument(fmt::format("argument \"{}\" applies to {}; {} is a {}", aKey, aApplies, aItem.ID(), KindOf(aItem)));
+    throw EToolArgument(
+        fmt::format("argument \"{}\" applies to {}; {} is a {}", aKey, aApplies, aItem.ID(), KindOf(aItem)));
 }
 
 // The item's points after a move (x, y or dx, dy), a resize (width, height) or a replacement (points).
@@ -50,16 +52,20 @@ std::vector<TQVLPto64> NewPoints(const TORXBaseLabel& aDoc, const TORXBaseItem& 
     const TQVLItemType type = aItem.ItemType();
     if (aArgs.contains("points")) {
         points = PointsArg(aDoc, aArgs, "points");
-        const std::size_t minimum = type == TQVLItemType::itPolygon ? 3 : type == TQVLItemType::itBezier ? 4 : 2;
+        const std::size_t minimum = type == TQVLItemType::itPolygon  ? 3
+                                    : type == TQVLItemType::itBezier ? 4
+                                                                     : 2;
         if (IsPointListKind(type) ? points.size() < minimum : points.size() != aItem.Points().size())
             throw EToolArgument(IsPointListKind(type)
-                                    ? fmt::format("a {} needs at least {} points, got {}", KindOf(aItem), minimum, points.size())
-                                    : fmt::format("{} has {} points; give exactly that many, got {}", aItem.ID(),
-                                                  aItem.Points().size(), points.size()));
+                                    ? fmt::format("a {} needs at least {} points, got {}", KindOf(aItem),
+                                                  minimum, points.size())
+                                    : fmt::format("{} has {} points; give exactly that many, got {}",
+                                                  aItem.ID(), aItem.Points().size(), points.size()));
     }
     const bool moveTo = aArgs.contains("x") || aArgs.contains("y");
     const bool moveBy = aArgs.contains("dx") || aArgs.contains("dy");
-    if (moveTo && moveBy) throw EToolArgument("give either x and y (move to) or dx and dy (move by), not both");
+    if (moveTo && moveBy)
+        throw EToolArgument("give either x and y (move to) or dx and dy (move by), not both");
     if ((moveTo || moveBy) && aArgs.contains("points"))
         throw EToolArgument("give either points or a move, not both");
     std::int64_t dx = aArgs.contains("dx") ? Length(aDoc, aArgs, "dx") : 0;
@@ -69,16 +75,20 @@ std::vector<TQVLPto64> NewPoints(const TORXBaseLabel& aDoc, const TORXBaseItem& 
     if (aArgs.contains("y")) dy = Length(aDoc, aArgs, "y") - bounds.Top;
     for (auto& p : points) p.X += dx, p.Y += dy;
     if (aArgs.contains("width") || aArgs.contains("height")) {
-        if (!IsBoxKind(type) || points.size() < 2) Refuse(aItem, "width", "box items (flow, rectangle, text...)");
+        if (!IsBoxKind(type) || points.size() < 2)
+            Refuse(aItem, "width", "box items (flow, rectangle, text...)");
         const std::int64_t left = std::min(points[0].X, points[1].X);
         const std::int64_t top = std::min(points[0].Y, points[1].Y);
-        const std::int64_t w = aArgs.contains("width") ? Size(aDoc, aArgs, "width") : std::abs(points[1].X - points[0].X);
-        const std::int64_t h = aArgs.contains("height") ? Size(aDoc, aArgs, "height") : std::abs(points[1].Y - points[0].Y);
+        const std::int64_t w =
+            aArgs.contains("width") ? Size(aDoc, aArgs, "width") : std::abs(points[1].X - points[0].X);
+        const std::int64_t h =
+            aArgs.contains("height") ? Size(aDoc, aArgs, "height") : std::abs(points[1].Y - points[0].Y);
         points[0] = {left, top};
         points[1] = {left + w, top + h};
     }
     for (const auto& p : points)
-        if (std::abs(static_cast<double>(p.X)) > kMaxBaseCoordinate || std::abs(static_cast<double>(p.Y)) > kMaxBaseCoordinate)
+        if (std::abs(static_cast<double>(p.X)) > kMaxBaseCoordinate ||
+            std::abs(static_cast<double>(p.Y)) > kMaxBaseCoordinate)
             throw EToolArgument("the change moves the item out of the drawing's range");
     return points;
 }
@@ -91,15 +101,19 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     if (aArgs.contains("new_name")) common["name"] = aArgs["new_name"];
     TJSON keys = CommonItemKeys(aDoc, common, &item);
     const TJSON current = item.WriteJson();
-    if (aArgs.contains("line_type") && !current.contains("LineType")) Refuse(item, "line_type", "lines, shapes and flow elements");
+    if (aArgs.contains("line_type") && !current.contains("LineType"))
+        Refuse(item, "line_type", "lines, shapes and flow elements");
     if (aArgs.contains("text")) {
         if (!HasText(type)) Refuse(item, "text", "flow elements, texts, arrow lines and dimensions");
         keys[type == TQVLItemType::itRichText ? "RichText" : "Text"] = aArgs["text"];
     }
     if (aArgs.contains("fill_color") || aArgs.contains("filled")) {
-        if (!current.contains("Filled")) Refuse(item, aArgs.contains("filled") ? "filled" : "fill_color", "closed shapes and flow elements");
+        if (!current.contains("Filled"))
+            Refuse(item, aArgs.contains("filled") ? "filled" : "fill_color",
+                   "closed shapes and flow elements");
         if (aArgs.contains("fill_color"))
-            keys["BackColor"] = TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
+            keys["BackColor"] = TJSONUtils::SetAlphaColor(
+                ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
         keys["Filled"] = aArgs.value("filled", true);
     }
     if (aArgs.contains("shape")) {
@@ -116,10 +130,12 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
             keys[std::string_view(end) == "start" ? "FromType" : "ToType"] =
                 EnumIndex(TerminatorNames(), aArgs[end].get<std::string>());
         }
-    const bool geometry = aArgs.contains("x") || aArgs.contains("y") || aArgs.contains("dx") || aArgs.contains("dy") ||
-                          aArgs.contains("width") || aArgs.contains("height") || aArgs.contains("points");
+    const bool geometry = aArgs.contains("x") || aArgs.contains("y") || aArgs.contains("dx") ||
+                          aArgs.contains("dy") || aArgs.contains("width") || aArgs.contains("height") ||
+                          aArgs.contains("points");
     if (geometry && type == TQVLItemType::itLink)
-        throw EToolArgument(fmt::format("{} is a link, which follows the elements it joins; move those instead", item.ID()));
+        throw EToolArgument(
+            fmt::format("{} is a link, which follows the elements it joins; move those instead", item.ID()));
     if (geometry) keys["Points"] = PointsKeys(aDoc, NewPoints(aDoc, item, aArgs));
     if (keys.empty()) throw EToolArgument("nothing to change: give at least one property");
     ChangeItemKeys(item, keys);
@@ -157,9 +173,12 @@ TJSON Selector() {
 void RegisterItemEditTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "modify_item",
-        "Change one item, named by exactly one of index, name or id. Only the given properties change; the change "
-        "undoes as one step. Move with x, y (new top-left of its bounds) or dx, dy; resize box items with width and "
-        "height; replace the points of lines and polygons with points. Lengths are in the drawing's units. Returns "
+        "Change one item, named by exactly one of index, name or id. Only the given properties change; the "
+        "change "
+        "undoes as one step. Move with x, y (new top-left of its bounds) or dx, dy; resize box items with "
+        "width and "
+        "height; replace the points of lines and polygons with points. Lengths are in the drawing's units. "
+        "Returns "
         "the item's name, id, index and bounds.",
         WithProperties(Selector(),
                        {{"new_name", StringProp("New unique name.")},
@@ -182,10 +201,11 @@ void RegisterItemEditTools(TToolRegistry& aRegistry) {
                         {"height", NumberProp("New height of a box item.")},
                         {"points", PointsProp("All points anew.", 2)}}),
         ModifyItem);
-    aRegistry.Add("delete_item",
-                  "Delete one item, named by exactly one of index, name or id. Deleting a flow element also deletes "
-                  "the links attached to it. Undo brings everything back. Returns the deleted names.",
-                  Selector(), DeleteItem);
+    aRegistry.Add(
+        "delete_item",
+        "Delete one item, named by exactly one of index, name or id. Deleting a flow element also deletes "
+        "the links attached to it. Undo brings everything back. Returns the deleted names.",
+        Selector(), DeleteItem);
 }
 
 }  // namespace Orvex::Host

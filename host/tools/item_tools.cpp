@@ -41,12 +41,14 @@ TJSON Merge(std::initializer_list<TJSON> aSchemas, std::initializer_list<std::st
 }
 
 TJSON TerminatorProps() {
-    return ObjectSchema({{"start", EnumProp("Terminator at the first point. Default none.", TerminatorNames())},
-                         {"end", EnumProp("Terminator at the last point. Default none.", TerminatorNames())}});
+    return ObjectSchema(
+        {{"start", EnumProp("Terminator at the first point. Default none.", TerminatorNames())},
+         {"end", EnumProp("Terminator at the last point. Default none.", TerminatorNames())}});
 }
 
 void TerminatorKeys(const TJSON& aArgs, TJSON& aKeys, std::string_view aEndDefault = {}) {
-    if (aArgs.contains("start")) aKeys["FromType"] = EnumIndex(TerminatorNames(), aArgs["start"].get<std::string>());
+    if (aArgs.contains("start"))
+        aKeys["FromType"] = EnumIndex(TerminatorNames(), aArgs["start"].get<std::string>());
     if (aArgs.contains("end"))
         aKeys["ToType"] = EnumIndex(TerminatorNames(), aArgs["end"].get<std::string>());
     else if (!aEndDefault.empty())
@@ -57,17 +59,20 @@ void TerminatorKeys(const TJSON& aArgs, TJSON& aKeys, std::string_view aEndDefau
 
 void FillKeys(const TJSON& aArgs, TJSON& aKeys) {
     if (!aArgs.contains("fill_color")) return;
-    aKeys["BackColor"] = TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
+    aKeys["BackColor"] =
+        TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
     aKeys["Filled"] = true;
 }
 
 // The two corners of a box item from x, y, width and height.
-std::vector<TQVLPto64> BoxCorners(const TORXBaseLabel& aDoc, const TJSON& aArgs, std::int64_t aDefaultWidth = 0,
-                                  std::int64_t aDefaultHeight = 0) {
+std::vector<TQVLPto64> BoxCorners(const TORXBaseLabel& aDoc, const TJSON& aArgs,
+                                  std::int64_t aDefaultWidth = 0, std::int64_t aDefaultHeight = 0) {
     const std::int64_t x = Length(aDoc, aArgs, "x");
     const std::int64_t y = Length(aDoc, aArgs, "y");
-    const std::int64_t w = aArgs.contains("width") || aDefaultWidth == 0 ? Size(aDoc, aArgs, "width") : aDefaultWidth;
-    const std::int64_t h = aArgs.contains("height") || aDefaultHeight == 0 ? Size(aDoc, aArgs, "height") : aDefaultHeight;
+    const std::int64_t w =
+        aArgs.contains("width") || aDefaultWidth == 0 ? Size(aDoc, aArgs, "width") : aDefaultWidth;
+    const std::int64_t h =
+        aArgs.contains("height") || aDefaultHeight == 0 ? Size(aDoc, aArgs, "height") : aDefaultHeight;
     return {{x, y}, {x + w, y + h}};
 }
 
@@ -105,7 +110,8 @@ TJSON FontKeys(const TORXBaseLabel& aDoc, const TJSON& aArgs) {
         font["FontHeight"] = TJSONUtils::BaseToMM(height);
     }
     if (aArgs.contains("text_color"))
-        font["FontColor"] = TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["text_color"].get<std::string>(), "text_color"));
+        font["FontColor"] =
+            TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["text_color"].get<std::string>(), "text_color"));
     return font;
 }
 
@@ -134,7 +140,8 @@ const std::vector<std::string_view>& SideNames() {
 }
 
 const std::vector<std::string_view>& TextPosNames() {
-    static const std::vector<std::string_view> names{"above", "below", "middle", "middle_gap", "horizontal", "vertical"};
+    static const std::vector<std::string_view> names{"above",      "below",      "middle",
+                                                     "middle_gap", "horizontal", "vertical"};
     return names;
 }
 
@@ -153,29 +160,35 @@ const TORXBaseItem& LinkEnd(TORXBaseLabel& aDoc, const TJSON& aArgs, std::string
     if (aArgs.contains(idKey)) {
         const auto id = aArgs[idKey].get<std::int64_t>();
         item = ItemByInID(aDoc, static_cast<std::int32_t>(id));
-        if (item == nullptr) throw EToolArgument(fmt::format("argument \"{}\": no item has the id {}", idKey, id));
+        if (item == nullptr)
+            throw EToolArgument(fmt::format("argument \"{}\": no item has the id {}", idKey, id));
     } else {
         const auto& name = aArgs[nameKey].get_ref<const std::string&>();
         for (std::int32_t i = 0; i < aDoc.GetItemsCount() && item == nullptr; ++i)
             if (SameTextIgnoringCase(aDoc.GetItem(i)->ID(), name)) item = aDoc.GetItem(i);
-        if (item == nullptr) throw EToolArgument(fmt::format("argument \"{}\": no item is named \"{}\"", nameKey, name));
+        if (item == nullptr)
+            throw EToolArgument(fmt::format("argument \"{}\": no item is named \"{}\"", nameKey, name));
     }
     if (item->ItemType() != TQVLItemType::itFlow)
-        throw EToolArgument(fmt::format("the {} item {} is a {}, not a flow element; links join flow elements", aEnd,
-                                        item->ID(), KindNames()[static_cast<std::size_t>(item->ItemType())]));
+        throw EToolArgument(
+            fmt::format("the {} item {} is a {}, not a flow element; links join flow elements", aEnd,
+                        item->ID(), KindNames()[static_cast<std::size_t>(item->ItemType())]));
     return *item;
 }
 
 TJSON AddLink(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const TORXBaseItem& from = LinkEnd(aDoc, aArgs, "from");
     const TORXBaseItem& to = LinkEnd(aDoc, aArgs, "to");
-    if (&from == &to) throw EToolArgument(fmt::format("a link joins two different elements; both ends are {}", from.ID()));
+    if (&from == &to)
+        throw EToolArgument(fmt::format("a link joins two different elements; both ends are {}", from.ID()));
     TJSON keys = CommonItemKeys(aDoc, aArgs);
     keys["LinkType"] = EnumIndex(LinkTypeNames(), aArgs.value("link_type", std::string("direct")));
     keys["FromID"] = from.InID();
-    keys["FromIndex"] = aArgs.contains("from_side") ? EnumIndex(SideNames(), aArgs["from_side"].get<std::string>()) : -1;
+    keys["FromIndex"] =
+        aArgs.contains("from_side") ? EnumIndex(SideNames(), aArgs["from_side"].get<std::string>()) : -1;
     keys["ToID"] = to.InID();
-    keys["ToIndex"] = aArgs.contains("to_side") ? EnumIndex(SideNames(), aArgs["to_side"].get<std::string>()) : -1;
+    keys["ToIndex"] =
+        aArgs.contains("to_side") ? EnumIndex(SideNames(), aArgs["to_side"].get<std::string>()) : -1;
     TerminatorKeys(aArgs, keys, "fill_arrow");
     const TORXBaseItem* item = CreateItemFromKeys(aDoc, TQVLItemType::itLink, keys);
     return AddedResult(aDoc, *item);
@@ -194,9 +207,10 @@ TJSON AddPointList(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) 
     TJSON keys = CommonItemKeys(aDoc, aArgs);
     const auto points = PointsArg(aDoc, aArgs, "points");
     if (aType == TQVLItemType::itBezier && (points.size() - 1) % 3 != 0)
-        throw EToolArgument(fmt::format("a Bézier curve takes 1 + 3n points (start, then two control points and an "
-                                        "end point per segment); got {}",
-                                        points.size()));
+        throw EToolArgument(
+            fmt::format("a Bézier curve takes 1 + 3n points (start, then two control points and an "
+                        "end point per segment); got {}",
+                        points.size()));
     if (aType == TQVLItemType::itPolygon) FillKeys(aArgs, keys);
     if (aType != TQVLItemType::itPolygon) TerminatorKeys(aArgs, keys);
     return Create(aDoc, aType, std::move(keys), points);
@@ -267,7 +281,8 @@ TJSON AddArrowLine(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     TerminatorKeys(aArgs, keys, "fill_arrow");
     if (aArgs.contains("text")) keys["Text"] = aArgs["text"];
     if (aArgs.contains("show_length")) keys["TextMeasure"] = aArgs["show_length"];
-    if (aArgs.contains("text_position")) keys["TextPos"] = EnumIndex(TextPosNames(), aArgs["text_position"].get<std::string>());
+    if (aArgs.contains("text_position"))
+        keys["TextPos"] = EnumIndex(TextPosNames(), aArgs["text_position"].get<std::string>());
     FlatFontKeys(aDoc, aArgs, keys);
     return Create(aDoc, TQVLItemType::itArrowLine, std::move(keys), points);
 }
@@ -321,10 +336,12 @@ TJSON AddText(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) {
         points = BoxCorners(aDoc, aArgs);
     }
     if (aArgs.contains("fill_color")) {
-        keys["BackColor"] = TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
+        keys["BackColor"] =
+            TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["fill_color"].get<std::string>(), "fill_color"));
         if (aType != TQVLItemType::itPara) keys["Filled"] = true;
     }
-    if (aArgs.contains("align")) keys["HorzAlign"] = EnumIndex(AlignNames(), aArgs["align"].get<std::string>());
+    if (aArgs.contains("align"))
+        keys["HorzAlign"] = EnumIndex(AlignNames(), aArgs["align"].get<std::string>());
     if (aType == TQVLItemType::itRichText) {
         keys["RichText"] = aArgs["text"];
         if (TJSON font = FontKeys(aDoc, aArgs); !font.empty()) keys["Font"] = std::move(font);
@@ -335,13 +352,13 @@ TJSON AddText(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) {
     return Create(aDoc, aType, std::move(keys), points);
 }
 
-
 // [SECTION] Registration
 
 std::string AddedText(std::string_view aWhat) {
-    return fmt::format("{} Coordinates and sizes are in the drawing's units. Returns the new item's name, internal "
-                       "id (id) and zero-based index, with its bounds.",
-                       aWhat);
+    return fmt::format(
+        "{} Coordinates and sizes are in the drawing's units. Returns the new item's name, internal "
+        "id (id) and zero-based index, with its bounds.",
+        aWhat);
 }
 
 }  // namespace
@@ -349,31 +366,38 @@ std::string AddedText(std::string_view aWhat) {
 void RegisterItemTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "add_flow",
-        AddedText("Add a flowchart element (a box of the given shape with centred text) on the active layer. Read "
-                  "its id from the result before linking it with add_link."),
-        Merge({ObjectSchema({{"text", StringProp("Text inside the element; \\n breaks lines.")},
-                             {"shape", EnumProp("Shape. Default process (a rectangle); decision is a diamond, "
-                                                "terminator a rounded end, data a parallelogram.",
-                                                FlowTypeNames())}}),
-               BoxProps(), FillProps(), FontProps(), CommonItemProps()},
-              {"x", "y"}),
+        AddedText(
+            "Add a flowchart element (a box of the given shape with centred text) on the active layer. Read "
+            "its id from the result before linking it with add_link."),
+        Merge(
+            {ObjectSchema({{"text", StringProp("Text inside the element; \\n breaks lines.")},
+                           {"shape", EnumProp("Shape. Default process (a rectangle); decision is a diamond, "
+                                              "terminator a rounded end, data a parallelogram.",
+                                              FlowTypeNames())}}),
+             BoxProps(), FillProps(), FontProps(), CommonItemProps()},
+            {"x", "y"}),
         AddFlow);
     aRegistry.Add(
         "add_link",
-        AddedText("Connect two flowchart elements with a link (by default a straight connector with an arrow at the "
-                  "end). Name each end by id (from add_flow) or by name. The link follows the elements when they "
-                  "move."),
-        Merge({ObjectSchema({{"from_id", IntegerProp("Internal id of the source element.", 1, INT32_MAX)},
-                             {"from_name", StringProp("Name of the source element.")},
-                             {"to_id", IntegerProp("Internal id of the target element.", 1, INT32_MAX)},
-                             {"to_name", StringProp("Name of the target element.")},
-                             {"from_side", EnumProp("Side of the source the link leaves from. Default: chosen "
-                                                    "from the elements' positions.", SideNames())},
-                             {"to_side", EnumProp("Side of the target the link enters. Default: chosen.", SideNames())},
-                             {"link_type", EnumProp("Course of the link. Default direct.", LinkTypeNames())},
-                             {"start", EnumProp("Terminator at the source. Default none.", TerminatorNames())},
-                             {"end", EnumProp("Terminator at the target. Default fill_arrow.", TerminatorNames())}}),
-               CommonItemProps()}),
+        AddedText(
+            "Connect two flowchart elements with a link (by default a straight connector with an arrow at "
+            "the "
+            "end). Name each end by id (from add_flow) or by name. The link follows the elements when they "
+            "move."),
+        Merge(
+            {ObjectSchema(
+                 {{"from_id", IntegerProp("Internal id of the source element.", 1, INT32_MAX)},
+                  {"from_name", StringProp("Name of the source element.")},
+                  {"to_id", IntegerProp("Internal id of the target element.", 1, INT32_MAX)},
+                  {"to_name", StringProp("Name of the target element.")},
+                  {"from_side", EnumProp("Side of the source the link leaves from. Default: chosen "
+                                         "from the elements' positions.",
+                                         SideNames())},
+                  {"to_side", EnumProp("Side of the target the link enters. Default: chosen.", SideNames())},
+                  {"link_type", EnumProp("Course of the link. Default direct.", LinkTypeNames())},
+                  {"start", EnumProp("Terminator at the source. Default none.", TerminatorNames())},
+                  {"end", EnumProp("Terminator at the target. Default fill_arrow.", TerminatorNames())}}),
+             CommonItemProps()}),
         AddLink);
     aRegistry.Add("add_line", AddedText("Add a straight line from (x1, y1) to (x2, y2)."),
                   Merge({ObjectSchema({{"x1", NumberProp("Start x.")},
@@ -383,34 +407,49 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
                          CommonItemProps()},
                         {"x1", "y1", "x2", "y2"}),
                   AddLine);
-    aRegistry.Add("add_polyline", AddedText("Add an open line through two or more points, with optional terminators."),
+    aRegistry.Add("add_polyline",
+                  AddedText("Add an open line through two or more points, with optional terminators."),
                   Merge({ObjectSchema({{"points", PointsProp("The points in order.", 2)}}), TerminatorProps(),
                          CommonItemProps()},
                         {"points"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddPointList(aDoc, aArgs, TQVLItemType::itPolyLine); });
+                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+                      return AddPointList(aDoc, aArgs, TQVLItemType::itPolyLine);
+                  });
     aRegistry.Add("add_rectangle", AddedText("Add a rectangle, optionally filled and with rounded corners."),
                   Merge({BoxProps(),
-                         ObjectSchema({{"corner_radius", NumberProp("Corner radius; at most half the height. Default 0.")}}),
+                         ObjectSchema({{"corner_radius",
+                                        NumberProp("Corner radius; at most half the height. Default 0.")}}),
                          FillProps(), CommonItemProps()},
                         {"x", "y", "width", "height"}),
                   AddRectangle);
-    aRegistry.Add("add_polygon", AddedText("Add a closed polygon through three or more points, optionally filled."),
-                  Merge({ObjectSchema({{"points", PointsProp("The corners in order.", 3)}}), FillProps(), CommonItemProps()},
+    aRegistry.Add("add_polygon",
+                  AddedText("Add a closed polygon through three or more points, optionally filled."),
+                  Merge({ObjectSchema({{"points", PointsProp("The corners in order.", 3)}}), FillProps(),
+                         CommonItemProps()},
                         {"points"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddPointList(aDoc, aArgs, TQVLItemType::itPolygon); });
-    aRegistry.Add("add_bezier",
-                  AddedText("Add a cubic Bézier curve: a start point, then for each segment two control points and an "
-                            "end point (4, 7, 10... points)."),
-                  Merge({ObjectSchema({{"points", PointsProp("Start, then control, control, end per segment.", 4)}}),
-                         TerminatorProps(), CommonItemProps()},
-                        {"points"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddPointList(aDoc, aArgs, TQVLItemType::itBezier); });
+                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+                      return AddPointList(aDoc, aArgs, TQVLItemType::itPolygon);
+                  });
+    aRegistry.Add(
+        "add_bezier",
+        AddedText("Add a cubic Bézier curve: a start point, then for each segment two control points and an "
+                  "end point (4, 7, 10... points)."),
+        Merge({ObjectSchema({{"points", PointsProp("Start, then control, control, end per segment.", 4)}}),
+               TerminatorProps(), CommonItemProps()},
+              {"points"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddPointList(aDoc, aArgs, TQVLItemType::itBezier);
+        });
     aRegistry.Add("add_circle", AddedText("Add a circle by centre and radius, optionally filled."),
                   Merge({CircleProps(false), FillProps(), CommonItemProps()}, {"cx", "cy", "radius"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddCircleLike(aDoc, aArgs, TQVLItemType::itCircle); });
+                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+                      return AddCircleLike(aDoc, aArgs, TQVLItemType::itCircle);
+                  });
     aRegistry.Add("add_ellipse", AddedText("Add an ellipse by centre and the two radii, optionally filled."),
                   Merge({CircleProps(true), FillProps(), CommonItemProps()}, {"cx", "cy", "rx", "ry"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddCircleLike(aDoc, aArgs, TQVLItemType::itEllipse); });
+                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+                      return AddCircleLike(aDoc, aArgs, TQVLItemType::itEllipse);
+                  });
     aRegistry.Add(
         "add_sector",
         AddedText("Add a circular sector (a pie slice): centre, radius, start angle and sweep in degrees, "
@@ -420,76 +459,88 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
                              {"sweep_angle", NumberProp("Angular extent in degrees.", 0.001, 360)}}),
                FillProps(), CommonItemProps()},
               {"cx", "cy", "radius", "sweep_angle"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddCircleLike(aDoc, aArgs, TQVLItemType::itSector); });
-    aRegistry.Add("add_arc",
-                  AddedText("Add a circular arc: centre, radius, and the start and end angles in degrees "
-                            "counter-clockwise from the positive x axis (clockwise true turns the other way)."),
-                  Merge({CircleProps(false),
-                         ObjectSchema({{"start_angle", NumberProp("Start angle in degrees.", -360, 360)},
-                                       {"end_angle", NumberProp("End angle in degrees; equal to start: a full circle.", -360, 360)},
-                                       {"clockwise", BoolProp("Sweep clockwise from start to end. Default false.")}}),
-                         TerminatorProps(), CommonItemProps()},
-                        {"cx", "cy", "radius", "start_angle", "end_angle"}),
-                  AddArc);
-    aRegistry.Add("add_arrow_line",
-                  AddedText("Add an arrow from (x1, y1) to (x2, y2) (a filled arrow head at the end unless told "
-                            "otherwise), with an optional label along it."),
-                  Merge({ObjectSchema({{"x1", NumberProp("Start x.")},
-                                       {"y1", NumberProp("Start y.")},
-                                       {"x2", NumberProp("End x (the arrow head).")},
-                                       {"y2", NumberProp("End y.")},
-                                       {"text", StringProp("Label text.")},
-                                       {"show_length", BoolProp("The label shows the measured length instead.")},
-                                       {"text_position", EnumProp("Where the label stands. Default above.", TextPosNames())},
-                                       {"start", EnumProp("Terminator at the start. Default none.", TerminatorNames())},
-                                       {"end", EnumProp("Terminator at the end. Default fill_arrow.", TerminatorNames())}}),
-                         FontProps(), CommonItemProps()},
-                        {"x1", "y1", "x2", "y2"}),
-                  AddArrowLine);
-    aRegistry.Add("add_dimension",
-                  AddedText("Add a dimension measuring from (x1, y1) to (x2, y2): horizontal, vertical or aligned "
-                            "(the dimension line drawn offset from the points), radius (x1, y1 the centre, x2, y2 "
-                            "on the circle) or diameter (the two ends). The text shows the measure in the drawing's "
-                            "units unless text is given."),
-                  Merge({ObjectSchema({{"x1", NumberProp("First measured point x.")},
-                                       {"y1", NumberProp("First measured point y.")},
-                                       {"x2", NumberProp("Second measured point x.")},
-                                       {"y2", NumberProp("Second measured point y.")},
-                                       {"dim_type", EnumProp("Kind of dimension. Default aligned.",
-                                                             {"horizontal", "vertical", "aligned", "radius", "diameter"})},
-                                       {"offset", NumberProp("Distance of the dimension line from the points (linear "
-                                                             "kinds; negative: the other side). Default 10 mm.")},
-                                       {"text", StringProp("Fixed text instead of the measure.")}}),
-                         CommonItemProps(false)},
-                        {"x1", "y1", "x2", "y2"}),
-                  AddDimension);
-    aRegistry.Add("add_text",
-                  AddedText("Add a single text with its top-left corner at (x, y); its box follows the text."),
-                  Merge({ObjectSchema({{"x", NumberProp("Left edge.")},
-                                       {"y", NumberProp("Top edge.")},
-                                       {"text", StringProp("The text; \\n breaks lines.")},
-                                       {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
-                         FillProps(), FontProps(), CommonItemProps(false)},
-                        {"x", "y", "text"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itText); });
-    aRegistry.Add("add_paragraph",
-                  AddedText("Add a paragraph: text broken into lines to fit the box's width."),
-                  Merge({BoxProps(),
-                         ObjectSchema({{"text", StringProp("The text.")},
-                                       {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
-                         FillProps(), FontProps(), CommonItemProps(false)},
-                        {"x", "y", "width", "height", "text"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itPara); });
-    aRegistry.Add("add_rich_text",
-                  AddedText("Add a box of rich text. Markup: <B>bold</B>, <I>, <U>, <S>, <FN:Arial>font</FN>, "
-                            "<FS:12>size in points</FS>, <FC:FF0000>colour</FC>, <BC:FFFF00>background</BC>, "
-                            "<C>centred</C>, <R>, <L>, and <BR> for a line break (newlines do not break)."),
-                  Merge({BoxProps(),
-                         ObjectSchema({{"text", StringProp("The marked-up text.")},
-                                       {"align", EnumProp("Base horizontal alignment. Default left.", AlignNames())}}),
-                         FillProps(), FontProps(), CommonItemProps(false)},
-                        {"x", "y", "width", "height", "text"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itRichText); });
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddCircleLike(aDoc, aArgs, TQVLItemType::itSector);
+        });
+    aRegistry.Add(
+        "add_arc",
+        AddedText("Add a circular arc: centre, radius, and the start and end angles in degrees "
+                  "counter-clockwise from the positive x axis (clockwise true turns the other way)."),
+        Merge({CircleProps(false),
+               ObjectSchema({{"start_angle", NumberProp("Start angle in degrees.", -360, 360)},
+                             {"end_angle",
+                              NumberProp("End angle in degrees; equal to start: a full circle.", -360, 360)},
+                             {"clockwise", BoolProp("Sweep clockwise from start to end. Default false.")}}),
+               TerminatorProps(), CommonItemProps()},
+              {"cx", "cy", "radius", "start_angle", "end_angle"}),
+        AddArc);
+    aRegistry.Add(
+        "add_arrow_line",
+        AddedText("Add an arrow from (x1, y1) to (x2, y2) (a filled arrow head at the end unless told "
+                  "otherwise), with an optional label along it."),
+        Merge({ObjectSchema(
+                   {{"x1", NumberProp("Start x.")},
+                    {"y1", NumberProp("Start y.")},
+                    {"x2", NumberProp("End x (the arrow head).")},
+                    {"y2", NumberProp("End y.")},
+                    {"text", StringProp("Label text.")},
+                    {"show_length", BoolProp("The label shows the measured length instead.")},
+                    {"text_position", EnumProp("Where the label stands. Default above.", TextPosNames())},
+                    {"start", EnumProp("Terminator at the start. Default none.", TerminatorNames())},
+                    {"end", EnumProp("Terminator at the end. Default fill_arrow.", TerminatorNames())}}),
+               FontProps(), CommonItemProps()},
+              {"x1", "y1", "x2", "y2"}),
+        AddArrowLine);
+    aRegistry.Add(
+        "add_dimension",
+        AddedText("Add a dimension measuring from (x1, y1) to (x2, y2): horizontal, vertical or aligned "
+                  "(the dimension line drawn offset from the points), radius (x1, y1 the centre, x2, y2 "
+                  "on the circle) or diameter (the two ends). The text shows the measure in the drawing's "
+                  "units unless text is given."),
+        Merge({ObjectSchema(
+                   {{"x1", NumberProp("First measured point x.")},
+                    {"y1", NumberProp("First measured point y.")},
+                    {"x2", NumberProp("Second measured point x.")},
+                    {"y2", NumberProp("Second measured point y.")},
+                    {"dim_type", EnumProp("Kind of dimension. Default aligned.",
+                                          {"horizontal", "vertical", "aligned", "radius", "diameter"})},
+                    {"offset", NumberProp("Distance of the dimension line from the points (linear "
+                                          "kinds; negative: the other side). Default 10 mm.")},
+                    {"text", StringProp("Fixed text instead of the measure.")}}),
+               CommonItemProps(false)},
+              {"x1", "y1", "x2", "y2"}),
+        AddDimension);
+    aRegistry.Add(
+        "add_text",
+        AddedText("Add a single text with its top-left corner at (x, y); its box follows the text."),
+        Merge({ObjectSchema({{"x", NumberProp("Left edge.")},
+                             {"y", NumberProp("Top edge.")},
+                             {"text", StringProp("The text; \\n breaks lines.")},
+                             {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
+               FillProps(), FontProps(), CommonItemProps(false)},
+              {"x", "y", "text"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itText); });
+    aRegistry.Add(
+        "add_paragraph", AddedText("Add a paragraph: text broken into lines to fit the box's width."),
+        Merge({BoxProps(),
+               ObjectSchema({{"text", StringProp("The text.")},
+                             {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
+               FillProps(), FontProps(), CommonItemProps(false)},
+              {"x", "y", "width", "height", "text"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itPara); });
+    aRegistry.Add(
+        "add_rich_text",
+        AddedText("Add a box of rich text. Markup: <B>bold</B>, <I>, <U>, <S>, <FN:Arial>font</FN>, "
+                  "<FS:12>size in points</FS>, <FC:FF0000>colour</FC>, <BC:FFFF00>background</BC>, "
+                  "<C>centred</C>, <R>, <L>, and <BR> for a line break (newlines do not break)."),
+        Merge({BoxProps(),
+               ObjectSchema({{"text", StringProp("The marked-up text.")},
+                             {"align", EnumProp("Base horizontal alignment. Default left.", AlignNames())}}),
+               FillProps(), FontProps(), CommonItemProps(false)},
+              {"x", "y", "width", "height", "text"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddText(aDoc, aArgs, TQVLItemType::itRichText);
+        });
 }
 
 }  // namespace Orvex::Host

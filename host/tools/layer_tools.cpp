@@ -98,16 +98,18 @@ TJSON ModifyLayer(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }  // namespace
 
 void RegisterLayerTools(TToolRegistry& aRegistry) {
-    aRegistry.Add("add_layer",
-                  "Add a layer after the existing ones and, unless active is false, make it the active layer so that "
-                  "new items go onto it. Returns the layer with its one-based index.",
-                  LayerProps(), AddLayer);
-    aRegistry.Add("modify_layer",
-                  "Change a layer's name, colour or flags, or make it active. Only the given properties change. "
-                  "Returns the layer.",
-                  WithProperties(LayerProps(), {{"layer", IntegerProp("One-based layer index.", 1, INT16_MAX)}},
-                                 {"layer"}),
-                  ModifyLayer);
+    aRegistry.Add(
+        "add_layer",
+        "Add a layer after the existing ones and, unless active is false, make it the active layer so that "
+        "new items go onto it. Returns the layer with its one-based index.",
+        LayerProps(), AddLayer);
+    aRegistry.Add(
+        "modify_layer",
+        "Change a layer's name, colour or flags, or make it active. Only the given properties change. "
+        "Returns the layer.",
+        WithProperties(LayerProps(), {{"layer", IntegerProp("One-based layer index.", 1, INT16_MAX)}},
+                       {"layer"}),
+        ModifyLayer);
 }
 
 }  // namespace Orvex::Host

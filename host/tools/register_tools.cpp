@@ -11,17 +11,18 @@ namespace Orvex::Host {
 
 void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody) {
     TJSON schema = aSchema;
-    fServer.RegisterTool(std::move(aName), std::move(aDescription), std::move(aSchema),
-                         [schema = std::move(schema), body = std::move(aBody)](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-                             // Everything is checked before the body changes anything, so a refused call leaves
-                             // the drawing as it was.
-                             try {
-                                 ValidateArguments(schema, aArgs);
-                                 return body(aDoc, aArgs);
-                             } catch (const EToolArgument& e) {
-                                 return ErrorResult(e.what());
-                             }
-                         });
+    fServer.RegisterTool(
+        std::move(aName), std::move(aDescription), std::move(aSchema),
+        [schema = std::move(schema), body = std::move(aBody)](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            // Everything is checked before the body changes anything, so a refused call leaves
+            // the drawing as it was.
+            try {
+                ValidateArguments(schema, aArgs);
+                return body(aDoc, aArgs);
+            } catch (const EToolArgument& e) {
+                return ErrorResult(e.what());
+            }
+        });
 }
 
 void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions) {

@@ -24,15 +24,16 @@ std::int64_t Length(const TORXBaseLabel& aDoc, const TJSON& aArgs, std::string_v
     const double value = aArgs.at(std::string(aKey)).get<double>();
     const double limit = kMaxBaseCoordinate / UnitFactorOf(aDoc);
     if (!std::isfinite(value) || std::fabs(value) > limit)
-        throw EToolArgument(fmt::format("argument \"{}\" must lie between -{:g} and {:g} {}", aKey, limit, limit,
-                                        UnitName(aDoc.Units())));
+        throw EToolArgument(fmt::format("argument \"{}\" must lie between -{:g} and {:g} {}", aKey, limit,
+                                        limit, UnitName(aDoc.Units())));
     return TJSONUtils::UnitToBase(value, aDoc.Units());
 }
 
 std::int64_t Size(const TORXBaseLabel& aDoc, const TJSON& aArgs, std::string_view aKey) {
     const std::int64_t base = Length(aDoc, aArgs, aKey);
     if (base <= 0)
-        throw EToolArgument(fmt::format("argument \"{}\" must be greater than 0 {}", aKey, UnitName(aDoc.Units())));
+        throw EToolArgument(
+            fmt::format("argument \"{}\" must be greater than 0 {}", aKey, UnitName(aDoc.Units())));
     return base;
 }
 
@@ -46,9 +47,11 @@ std::string UnitName(TQVLUnits aUnit) {
 
 TAlphaColor ParseToolColor(std::string_view aText, std::string_view aKey) {
     const bool hex = (aText.size() == 7 || aText.size() == 9) && aText.front() == '#' &&
-                     std::all_of(aText.begin() + 1, aText.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; });
+                     std::all_of(aText.begin() + 1, aText.end(),
+                                 [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; });
     if (!hex)
-        throw EToolArgument(fmt::format("argument \"{}\" must be a colour \"#RRGGBB\" or \"#AARRGGBB\"; got \"{}\"", aKey, aText));
+        throw EToolArgument(fmt::format(
+            "argument \"{}\" must be a colour \"#RRGGBB\" or \"#AARRGGBB\"; got \"{}\"", aKey, aText));
     return HexToTAlphaColor(aText);
 }
 
@@ -83,7 +86,8 @@ TORXBaseItem* ResolveItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
         throw EToolArgument(fmt::format("no item is named \"{}\"", name));
     }
     const auto id = aArgs["id"].get<std::int64_t>();
-    TORXBaseItem* item = id > 0 && id <= INT32_MAX ? ItemByInID(aDoc, static_cast<std::int32_t>(id)) : nullptr;
+    TORXBaseItem* item =
+        id > 0 && id <= INT32_MAX ? ItemByInID(aDoc, static_cast<std::int32_t>(id)) : nullptr;
     if (item == nullptr) throw EToolArgument(fmt::format("no item has the id {}", id));
     return item;
 }
@@ -91,7 +95,8 @@ TORXBaseItem* ResolveItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 TORXLayer* ResolveLayer(TORXBaseLabel& aDoc, const TJSON& aArgs, std::string_view aKey) {
     const auto index = aArgs.at(std::string(aKey)).get<std::int64_t>();
     if (index < 1 || index > aDoc.GetLayersCount())
-        throw EToolArgument(fmt::format("no layer {}: layers are numbered from 1 to {}", index, aDoc.GetLayersCount()));
+        throw EToolArgument(
+            fmt::format("no layer {}: layers are numbered from 1 to {}", index, aDoc.GetLayersCount()));
     return aDoc.GetLayer(static_cast<std::int32_t>(index));
 }
 
@@ -102,8 +107,9 @@ TJSON StructuredResult(TJSON aValue) {
 }
 
 TJSON ErrorResult(std::string_view aMessage, TJSON aStructured) {
-    TJSON result = {{"content", TJSON::array({{{"type", "text"}, {"text", fmt::format("Error: {}", aMessage)}}})},
-                    {"isError", true}};
+    TJSON result = {
+        {"content", TJSON::array({{{"type", "text"}, {"text", fmt::format("Error: {}", aMessage)}}})},
+        {"isError", true}};
     if (!aStructured.is_null()) result["structuredContent"] = std::move(aStructured);
     return result;
 }
@@ -124,39 +130,40 @@ TJSON ItemSummary(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem) {
 
 const std::vector<std::string_view>& KindNames() {
     static const std::vector<std::string_view> names{
-        "undefined", "point",     "line",       "arrow_line", "polyline", "arc",        "rectangle", "polygon",
-        "circle",    "ellipse",   "text",       "paragraph",  "barcode",  "pdf417",     "datamatrix", "qrcode",
-        "image",     "flow",      "link",       "table",      "polytext", "rank",       "nutriscore", "level",
-        "symbol",    "bezier",    "dimension",  "sector",     "package",  "rich_text"};
+        "undefined", "point",   "line",      "arrow_line", "polyline", "arc",      "rectangle",  "polygon",
+        "circle",    "ellipse", "text",      "paragraph",  "barcode",  "pdf417",   "datamatrix", "qrcode",
+        "image",     "flow",    "link",      "table",      "polytext", "rank",     "nutriscore", "level",
+        "symbol",    "bezier",  "dimension", "sector",     "package",  "rich_text"};
     return names;
 }
 
 const std::vector<std::string_view>& FlowTypeNames() {
     static const std::vector<std::string_view> names{
-        "terminator",       "process",     "document", "multi_document", "decision",
-        "data",             "database",    "predefined", "manual_input", "manual_operation",
-        "preparation",      "ellipse",     "start",    "step",           "end"};
+        "terminator",  "process",  "document",   "multi_document", "decision",
+        "data",        "database", "predefined", "manual_input",   "manual_operation",
+        "preparation", "ellipse",  "start",      "step",           "end"};
     return names;
 }
 
 const std::vector<std::string_view>& LinkTypeNames() {
-    static const std::vector<std::string_view> names{"direct", "left_right_top_bottom", "top_bottom_left_right",
-                                                     "step",   "arc",   "curve", "polyline", "round_corner"};
+    static const std::vector<std::string_view> names{
+        "direct",   "left_right_top_bottom", "top_bottom_left_right", "step", "arc", "curve",
+        "polyline", "round_corner"};
     return names;
 }
 
 const std::vector<std::string_view>& LineTypeNames() {
     // Dash patterns named by their on-off lengths, in pen widths.
-    static const std::vector<std::string_view> names{"solid", "dot", "dash_1_1", "dash_2_1", "dash_1_2", "dash_2_2",
-                                                     "dash_3_1", "dash_3_3", "dash_4_1", "dash_4_2", "dash_4_4",
-                                                     "dash_4_1_1"};
+    static const std::vector<std::string_view> names{"solid",    "dot",      "dash_1_1", "dash_2_1",
+                                                     "dash_1_2", "dash_2_2", "dash_3_1", "dash_3_3",
+                                                     "dash_4_1", "dash_4_2", "dash_4_4", "dash_4_1_1"};
     return names;
 }
 
 const std::vector<std::string_view>& TerminatorNames() {
-    static const std::vector<std::string_view> names{"none",  "circle",      "fill_circle", "arrow",
-                                                     "fill_arrow", "square", "fill_square", "rhombus",
-                                                     "fill_rhombus", "left_diagonal", "right_diagonal", "cross"};
+    static const std::vector<std::string_view> names{
+        "none",        "circle",  "fill_circle",  "arrow",         "fill_arrow",     "square",
+        "fill_square", "rhombus", "fill_rhombus", "left_diagonal", "right_diagonal", "cross"};
     return names;
 }
 

@@ -14,7 +14,8 @@ using TToolBody = std::function<TJSON(TORXBaseLabel& aDoc, const TJSON& aArgs)>;
 
 class TToolRegistry {
   public:
-    TToolRegistry(TORXMCPServer& aServer, const TToolOptions& aOptions) : fServer(aServer), fOptions(aOptions) {}
+    TToolRegistry(TORXMCPServer& aServer, const TToolOptions& aOptions)
+        : fServer(aServer), fOptions(aOptions) {}
 
     void Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody);
     const TToolOptions& Options() const { return fOptions; }

@@ -44,7 +44,10 @@ TJSON PointsProp(std::string_view aDescription, std::int64_t aMinItems) {
     TJSON point = ObjectSchema({{"x", NumberProp("X in the drawing's units.")},
                                 {"y", NumberProp("Y in the drawing's units, growing downwards.")}},
                                {"x", "y"});
-    return {{"type", "array"}, {"description", aDescription}, {"items", std::move(point)}, {"minItems", aMinItems}};
+    return {{"type", "array"},
+            {"description", aDescription},
+            {"items", std::move(point)},
+            {"minItems", aMinItems}};
 }
 
 TJSON ObjectSchema(std::initializer_list<std::pair<std::string, TJSON>> aProperties,
@@ -114,15 +117,18 @@ void ValidateObject(const TJSON& aSchema, const TJSON& aValue, const std::string
     if (aSchema.contains("required"))
         for (const auto& name : aSchema["required"]) {
             const auto key = name.get<std::string>();
-            if (!aValue.contains(key)) throw EToolArgument(fmt::format("missing required argument \"{}\"", child(key)));
+            if (!aValue.contains(key))
+                throw EToolArgument(fmt::format("missing required argument \"{}\"", child(key)));
         }
     for (const auto& [key, value] : aValue.items()) {
         if (!properties.contains(key)) {
             if (aSchema.value("additionalProperties", true)) continue;
             std::vector<std::string> known;
             for (const auto& [name, property] : properties.items()) known.push_back(name);
-            throw EToolArgument(known.empty() ? fmt::format("unknown argument \"{}\": this tool takes none", child(key))
-                                              : fmt::format("unknown argument \"{}\"; expected {}", child(key), Quoted(known)));
+            throw EToolArgument(
+                known.empty()
+                    ? fmt::format("unknown argument \"{}\": this tool takes none", child(key))
+                    : fmt::format("unknown argument \"{}\"; expected {}", child(key), Quoted(known)));
         }
         Validate(properties[key], value, child(key));
     }
@@ -134,7 +140,8 @@ void Validate(const TJSON& aSchema, const TJSON& aValue, const std::string& aPat
         throw EToolArgument(fmt::format("argument \"{}\" must be {}", aPath, TypeText(type)));
     if (type == "number" || type == "integer") {
         const double v = aValue.get<double>();
-        if (!std::isfinite(v)) throw EToolArgument(fmt::format("argument \"{}\" must be a finite number", aPath));
+        if (!std::isfinite(v))
+            throw EToolArgument(fmt::format("argument \"{}\" must be a finite number", aPath));
         if (aSchema.contains("minimum") && v < aSchema["minimum"].get<double>())
             throw EToolArgument(fmt::format("argument \"{}\" must be at least {}, got {}", aPath,
                                             Number(aSchema["minimum"].get<double>()), Number(v)));
@@ -147,7 +154,8 @@ void Validate(const TJSON& aSchema, const TJSON& aValue, const std::string& aPat
             std::vector<std::string> values;
             for (const auto& v : aSchema["enum"]) values.push_back(v.get<std::string>());
             if (std::find(values.begin(), values.end(), text) == values.end())
-                throw EToolArgument(fmt::format("argument \"{}\" must be one of {}; got \"{}\"", aPath, Quoted(values), text));
+                throw EToolArgument(fmt::format("argument \"{}\" must be one of {}; got \"{}\"", aPath,
+                                                Quoted(values), text));
         }
         if (aSchema.contains("pattern")) ParseToolColor(text, aPath);  // the only pattern is the colour's
     } else if (type == "array") {

@@ -13,7 +13,6 @@
 
 namespace Orvex::Host {
 
-
 // Builders of property schemas. Every description is written for a model: what, which unit, what default.
 TJSON NumberProp(std::string_view aDescription);
 TJSON NumberProp(std::string_view aDescription, double aMinimum, double aMaximum);
@@ -21,7 +20,7 @@ TJSON IntegerProp(std::string_view aDescription, std::int64_t aMinimum, std::int
 TJSON StringProp(std::string_view aDescription);
 TJSON BoolProp(std::string_view aDescription);
 TJSON EnumProp(std::string_view aDescription, const std::vector<std::string_view>& aValues);
-TJSON ColorProp(std::string_view aDescription);  // "#RRGGBB" or "#AARRGGBB"
+TJSON ColorProp(std::string_view aDescription);                           // "#RRGGBB" or "#AARRGGBB"
 TJSON PointsProp(std::string_view aDescription, std::int64_t aMinItems);  // [{"x", "y"}, ...]
 
 // {"type": "object", "properties": ..., "required": ..., "additionalProperties": false}.

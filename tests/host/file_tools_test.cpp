@@ -25,7 +25,9 @@ class FilesRootTest : public ToolsTest {
         fs::create_directories(Folder() / "root" / "sub");
     }
     ~FilesRootTest() override { fs::remove_all(Folder()); }
-    static fs::path Folder() { return fs::temp_directory_path() / ("orvex_tools_" + std::to_string(::getpid())); }
+    static fs::path Folder() {
+        return fs::temp_directory_path() / ("orvex_tools_" + std::to_string(::getpid()));
+    }
 };
 
 TEST_F(FilesRootTest, SaveLoadAndExportStayInsideTheFolder) {
@@ -56,8 +58,10 @@ TEST_F(FilesRootTest, PathsThatLeaveTheFolderAreRefused) {
     };
     const Case cases[] = {
         {"../outside.json", "path \"../outside.json\" steps out with \"..\"; stay inside the files folder"},
-        {"sub/../../outside.json", "path \"sub/../../outside.json\" steps out with \"..\"; stay inside the files folder"},
-        {outside.string(), "path \"" + outside.string() + "\" is absolute; give a path relative to the files folder"},
+        {"sub/../../outside.json",
+         "path \"sub/../../outside.json\" steps out with \"..\"; stay inside the files folder"},
+        {outside.string(),
+         "path \"" + outside.string() + "\" is absolute; give a path relative to the files folder"},
         {"link.json", "path \"link.json\" goes through a symbolic link; links are refused"},
         {"up/outside.json", "path \"up/outside.json\" goes through a symbolic link; links are refused"},
         {"", "argument \"path\" must not be empty"},
@@ -99,16 +103,39 @@ TEST_F(InlineFilesTest, WithoutAFolderContentTravelsInline) {
     Ok("clear_drawing");
     EXPECT_EQ(Ok("load_drawing", {{"json", json}})["items_count"], 1);
 
-    const std::string refused = "file paths are disabled: the server runs without a files folder (--files-root); work inline instead";
+    const std::string refused =
+        "file paths are disabled: the server runs without a files folder (--files-root); work inline instead";
     EXPECT_EQ(Refused("save_drawing", {{"path", "a.json"}}), refused);
     EXPECT_EQ(Refused("load_drawing", {{"path", "a.json"}}), refused);
     EXPECT_EQ(Refused("load_drawing", TJSON::object()),
               "give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
-    EXPECT_EQ(Refused("export_document", {{"format", "png"}}),
-              "png export needs the painting host, which this server does not have; export \"svg\" or \"json\"");
+    EXPECT_EQ(
+        Refused("export_document", {{"format", "png"}}),
+        "png export needs the painting host, which this server does not have; export \"svg\" or \"json\"");
     const std::string before = fDoc.GetJsonString();
     EXPECT_FALSE(Refused("load_drawing", {{"json", "[1, 2]"}}).empty());
     EXPECT_EQ(fDoc.GetJsonString(), before);
+}
+
+TEST_F(InlineFilesTest, FileToolArgumentsAreChecked) {
+    struct Case {
+        std::string Tool;
+        TJSON Args;
+        std::string Message;
+    };
+    const Case cases[] = {
+        {"load_diagram", TJSON::object(), "missing required argument \"text\""},
+        {"load_diagram",
+         {{"text", "graph TD"}, {"format", "dot"}},
+         "argument \"format\" must be one of \"auto\", \"mermaid\" or \"plantuml\"; got \"dot\""},
+        {"export_document", TJSON::object(), "missing required argument \"format\""},
+        {"load_drawing", {{"json", 5}}, "argument \"json\" must be a string"},
+        {"save_drawing", {{"indent", 2}}, "unknown argument \"indent\"; expected \"path\""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.Tool + " " + c.Args.dump());
+        EXPECT_EQ(Refused(c.Tool, c.Args), c.Message);
+    }
 }
 
 TEST_F(InlineFilesTest, LoadDiagramWithoutALayoutReportsDiagnostics) {
@@ -116,7 +143,8 @@ TEST_F(InlineFilesTest, LoadDiagramWithoutALayoutReportsDiagnostics) {
     QVLSetDiagramLoader(nullptr);
     const TJSON result = Call("load_diagram", {{"text", "flowchart TD\n  A[Start] --> B[End]\n"}});
     EXPECT_TRUE(result.value("isError", false));
-    EXPECT_EQ(Text(result), "Error: no diagram layout is installed; build the diagram with add_flow and add_link instead");
+    EXPECT_EQ(Text(result),
+              "Error: no diagram layout is installed; build the diagram with add_flow and add_link instead");
     EXPECT_EQ(result["structuredContent"]["loaded"], false);
     EXPECT_TRUE(result["structuredContent"]["diagnostics"].is_array());
 

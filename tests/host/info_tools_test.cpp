@@ -10,7 +10,8 @@ namespace {
 using InfoToolsTest = ToolsTest;
 
 TEST_F(InfoToolsTest, CatalogueListsEveryToolWithAClosedSchemaAndADescription) {
-    const auto response = fServer.ProcessJsonRpc({{"jsonrpc", "2.0"}, {"id", 1}, {"method", "tools/list"}}, false);
+    const auto response =
+        fServer.ProcessJsonRpc({{"jsonrpc", "2.0"}, {"id", 1}, {"method", "tools/list"}}, false);
     ASSERT_TRUE(response.has_value());
     std::vector<std::string> names;
     for (const auto& tool : (*response)["result"]["tools"]) {
@@ -21,10 +22,12 @@ TEST_F(InfoToolsTest, CatalogueListsEveryToolWithAClosedSchemaAndADescription) {
         EXPECT_EQ(tool["inputSchema"]["additionalProperties"], false);
     }
     for (const char* expected :
-         {"get_drawing_info", "list_items", "get_item", "list_layers", "setup_drawing", "add_flow", "add_link",
-          "add_line", "add_polyline", "add_rectangle", "add_polygon", "add_bezier", "add_circle", "add_ellipse",
-          "add_sector", "add_layer", "modify_item", "modify_layer", "delete_item", "clear_drawing", "load_drawing",
-          "save_drawing", "load_diagram", "export_document", "begin_update", "end_update", "undo", "redo"})
+         {"get_drawing_info", "list_items",   "get_item",     "list_layers",     "setup_drawing",
+          "add_flow",         "add_link",     "add_line",     "add_polyline",    "add_rectangle",
+          "add_polygon",      "add_bezier",   "add_circle",   "add_ellipse",     "add_sector",
+          "add_layer",        "modify_item",  "modify_layer", "delete_item",     "clear_drawing",
+          "load_drawing",     "save_drawing", "load_diagram", "export_document", "begin_update",
+          "end_update",       "undo",         "redo"})
         EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
 }
 
@@ -34,7 +37,8 @@ TEST_F(InfoToolsTest, StructuredResultsMatchTheirOutputSchemaAndRepeatAsText) {
         SCOPED_TRACE(tool);
         const TJSON result = Call(tool);
         const TJSON schema = BuildToolOutputSchema(tool);
-        for (const auto& key : schema["required"]) EXPECT_TRUE(result["structuredContent"].contains(key)) << key;
+        for (const auto& key : schema["required"])
+            EXPECT_TRUE(result["structuredContent"].contains(key)) << key;
         for (const auto& [key, property] : schema["properties"].items()) {
             const auto& value = result["structuredContent"][key];
             const std::string type = property["type"];
@@ -56,7 +60,8 @@ TEST_F(InfoToolsTest, StructuredResultsMatchTheirOutputSchemaAndRepeatAsText) {
 }
 
 TEST_F(InfoToolsTest, DrawingInfoSpeaksInTheCurrentUnits) {
-    Ok("setup_drawing", {{"mode", "drawing"}, {"units", "cm"}, {"width", 30}, {"height", 20}, {"draw_scale", 50}});
+    Ok("setup_drawing",
+       {{"mode", "drawing"}, {"units", "cm"}, {"width", 30}, {"height", 20}, {"draw_scale", 50}});
     const TJSON info = Ok("get_drawing_info");
     EXPECT_EQ(info["units"], "cm");
     EXPECT_EQ(info["editor_mode"], "drawing");
@@ -79,10 +84,12 @@ TEST_F(InfoToolsTest, SetupDrawingRefusalsChangeNothing) {
         std::string Message;
     };
     const Case cases[] = {
-        {{{"units", "m"}}, "units \"m\" are only available in drawing mode; use mm, inch or cm, or set mode \"drawing\""},
+        {{{"units", "m"}},
+         "units \"m\" are only available in drawing mode; use mm, inch or cm, or set mode \"drawing\""},
         {{{"draw_scale", 20}}, "draw_scale applies to drawing mode only; set mode \"drawing\" as well"},
         {{{"mode", "drawing"}, {"draw_scale", 0}}, "argument \"draw_scale\" must be at least 1, got 0"},
-        {{{"mode", "sketch"}}, "argument \"mode\" must be one of \"labelling\", \"flowchart\" or \"drawing\"; got \"sketch\""},
+        {{{"mode", "sketch"}},
+         "argument \"mode\" must be one of \"labelling\", \"flowchart\" or \"drawing\"; got \"sketch\""},
         {{{"width", -5}}, "argument \"width\" must be greater than 0 and at most 1e+08 mm"},
         {{{"paper", "A99"}, {"mode", "flowchart"}}, ""},
         {{{"paper", "A4"}, {"width", 10}}, "give either \"paper\" or \"width\" and \"height\", not both"},
@@ -132,7 +139,8 @@ TEST_F(InfoToolsTest, ListItemsPagesAndFilters) {
 
 TEST_F(InfoToolsTest, GetItemByIndexNameOrId) {
     const TJSON added = Ok("add_flow", {{"x", 10}, {"y", 20}, {"text", "Start"}, {"name", "Begin"}});
-    for (const TJSON& selector : {TJSON{{"index", 0}}, TJSON{{"name", "begin"}}, TJSON{{"id", added["id"]}}}) {
+    for (const TJSON& selector :
+         {TJSON{{"index", 0}}, TJSON{{"name", "begin"}}, TJSON{{"id", added["id"]}}}) {
         SCOPED_TRACE(selector.dump());
         const TJSON item = Ok("get_item", selector);
         EXPECT_EQ(item["name"], "Begin");
@@ -141,7 +149,8 @@ TEST_F(InfoToolsTest, GetItemByIndexNameOrId) {
     EXPECT_EQ(Refused("get_item", {{"index", 1}}), "no item at index 1: indexes run from 0 to 0");
     EXPECT_EQ(Refused("get_item", {{"name", "End"}}), "no item is named \"End\"");
     EXPECT_EQ(Refused("get_item", {{"id", 99}}), "no item has the id 99");
-    EXPECT_EQ(Refused("get_item", TJSON::object()), "name the item with exactly one of \"index\", \"name\" or \"id\"");
+    EXPECT_EQ(Refused("get_item", TJSON::object()),
+              "name the item with exactly one of \"index\", \"name\" or \"id\"");
     EXPECT_EQ(Refused("get_item", {{"index", 0}, {"name", "Begin"}}),
               "name the item with exactly one of \"index\", \"name\" or \"id\"");
     EXPECT_EQ(Refused("get_item", {{"index", "0"}}), "argument \"index\" must be an integer");
@@ -162,7 +171,8 @@ TEST_F(InfoToolsTest, LayersAreAddedActivatedAndModified) {
     EXPECT_EQ(layers[0]["active"], true);
     EXPECT_EQ(layers[1]["items_count"], 1);
     EXPECT_EQ(Refused("modify_layer", {{"layer", 0}}), "argument \"layer\" must be at least 1, got 0");
-    EXPECT_EQ(Refused("modify_layer", {{"layer", 9}, {"name", "X"}}), "no layer 9: layers are numbered from 1 to 2");
+    EXPECT_EQ(Refused("modify_layer", {{"layer", 9}, {"name", "X"}}),
+              "no layer 9: layers are numbered from 1 to 2");
     EXPECT_EQ(Refused("modify_layer", {{"layer", 1}, {"name", " "}}), "argument \"name\" must not be empty");
     EXPECT_EQ(Refused("add_layer", {{"color", "red"}}),
               "argument \"color\" must be a colour \"#RRGGBB\" or \"#AARRGGBB\"; got \"red\"");

@@ -17,27 +17,51 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
         TJSON Bounds;  // x, y, width, height
     };
     const Case cases[] = {
-        {"add_flow", {{"x", 10}, {"y", 20}, {"width", 30}, {"height", 12}, {"text", "Go"}}, "flow", {10, 20, 30, 12}},
+        {"add_flow",
+         {{"x", 10}, {"y", 20}, {"width", 30}, {"height", 12}, {"text", "Go"}},
+         "flow",
+         {10, 20, 30, 12}},
         {"add_line", {{"x1", 5}, {"y1", 50}, {"x2", 1}, {"y2", 40}}, "line", {1, 40, 4, 10}},
-        {"add_polyline", {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 10}, {"y", 5}}, {{"x", 20}, {"y", 0}}}}, {"end", "arrow"}},
-         "polyline", {0, 0, 20, 5}},
-        {"add_rectangle", {{"x", 1}, {"y", 2}, {"width", 3}, {"height", 4}, {"fill_color", "#00FF00"}}, "rectangle",
+        {"add_polyline",
+         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 10}, {"y", 5}}, {{"x", 20}, {"y", 0}}}}, {"end", "arrow"}},
+         "polyline",
+         {0, 0, 20, 5}},
+        {"add_rectangle",
+         {{"x", 1}, {"y", 2}, {"width", 3}, {"height", 4}, {"fill_color", "#00FF00"}},
+         "rectangle",
          {1, 2, 3, 4}},
-        {"add_polygon", {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 8}, {"y", 0}}, {{"x", 4}, {"y", 6}}}}}, "polygon", {0, 0, 8, 6}},
+        {"add_polygon",
+         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 8}, {"y", 0}}, {{"x", 4}, {"y", 6}}}}},
+         "polygon",
+         {0, 0, 8, 6}},
         {"add_bezier",
-         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 2}, {"y", 4}}, {{"x", 6}, {"y", 4}}, {{"x", 8}, {"y", 0}}}}},
+         {{"points",
+           {{{"x", 0}, {"y", 0}}, {{"x", 2}, {"y", 4}}, {{"x", 6}, {"y", 4}}, {{"x", 8}, {"y", 0}}}}},
          "bezier",
          {0, 0, 8, 4}},
         {"add_circle", {{"cx", 50}, {"cy", 50}, {"radius", 5}}, "circle", {45, 45, 10, 10}},
         {"add_ellipse", {{"cx", 50}, {"cy", 50}, {"rx", 6}, {"ry", 3}}, "ellipse", {44, 47, 12, 6}},
-        {"add_sector", {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 360}}, "sector", {10, 10, 20, 20}},
-        {"add_arc", {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"start_angle", 0}, {"end_angle", 90}}, "arc", {20, 10, 10, 10}},
+        {"add_sector",
+         {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 360}},
+         "sector",
+         {10, 10, 20, 20}},
+        {"add_arc",
+         {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"start_angle", 0}, {"end_angle", 90}},
+         "arc",
+         {20, 10, 10, 10}},
         {"add_arrow_line", {{"x1", 0}, {"y1", 0}, {"x2", 30}, {"y2", 0}}, "arrow_line", nullptr},
-        {"add_dimension", {{"x1", 0}, {"y1", 30}, {"x2", 40}, {"y2", 30}, {"dim_type", "horizontal"}}, "dimension", nullptr},
+        {"add_dimension",
+         {{"x1", 0}, {"y1", 30}, {"x2", 40}, {"y2", 30}, {"dim_type", "horizontal"}},
+         "dimension",
+         nullptr},
         {"add_text", {{"x", 5}, {"y", 6}, {"text", "Hello"}}, "text", nullptr},
-        {"add_paragraph", {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "Some words"}}, "paragraph",
+        {"add_paragraph",
+         {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "Some words"}},
+         "paragraph",
          {5, 6, 40, 20}},
-        {"add_rich_text", {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "a<B>b</B>"}}, "rich_text",
+        {"add_rich_text",
+         {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "a<B>b</B>"}},
+         "rich_text",
          {5, 6, 40, 20}},
     };
     for (const auto& c : cases) {
@@ -52,7 +76,8 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
         EXPECT_EQ(added["id"], fDoc.GetItem(index)->InID());
         EXPECT_EQ(added["name"], fDoc.GetItem(index)->ID());
         EXPECT_EQ(added["layer"], 1);
-        if (!c.Bounds.is_null() && c.Kind != "bezier" && c.Kind != "polyline" && c.Kind != "polygon" && c.Kind != "line") {
+        if (!c.Bounds.is_null() && c.Kind != "bezier" && c.Kind != "polyline" && c.Kind != "polygon" &&
+            c.Kind != "line") {
             EXPECT_EQ((TJSON{added["x"], added["y"], added["width"], added["height"]}), c.Bounds);
         }
     }
@@ -60,8 +85,15 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
 }
 
 TEST_F(ItemToolsTest, AddToolsStoreTheirPropertiesInTheDrawing) {
-    Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 10}, {"height", 6}, {"fill_color", "#8000FF00"},
-                         {"color", "#0000FF"}, {"pen_width", 0.5}, {"line_type", "dash_2_1"}, {"corner_radius", 2}});
+    Ok("add_rectangle", {{"x", 0},
+                         {"y", 0},
+                         {"width", 10},
+                         {"height", 6},
+                         {"fill_color", "#8000FF00"},
+                         {"color", "#0000FF"},
+                         {"pen_width", 0.5},
+                         {"line_type", "dash_2_1"},
+                         {"corner_radius", 2}});
     const TJSON json = fDoc.GetItem(0)->WriteJson();
     EXPECT_EQ(TJSONUtils::GetColor(json, "BackColor"), 0x8000FF00u);
     EXPECT_EQ(json["Filled"], true);
@@ -105,35 +137,70 @@ TEST_F(ItemToolsTest, RefusedArgumentsSayWhatIsWrongAndChangeNothing) {
     const Case cases[] = {
         {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}}, "missing required argument \"y2\""},
         {"add_line", {{"x1", "0"}, {"y1", 0}, {"x2", 1}, {"y2", 1}}, "argument \"x1\" must be a number"},
-        {"add_line", {{"x1", 1e12}, {"y1", 0}, {"x2", 1}, {"y2", 1}}, "argument \"x1\" must lie between -1e+08 and 1e+08 mm"},
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"colour", "#000000"}},
-         "unknown argument \"colour\"; expected \"x1\", \"y1\", \"x2\", \"y2\", \"layer\", \"color\", \"pen_width\", "
+        {"add_line",
+         {{"x1", 1e12}, {"y1", 0}, {"x2", 1}, {"y2", 1}},
+         "argument \"x1\" must lie between -1e+08 and 1e+08 mm"},
+        {"add_line",
+         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"colour", "#000000"}},
+         "unknown argument \"colour\"; expected \"x1\", \"y1\", \"x2\", \"y2\", \"layer\", \"color\", "
+         "\"pen_width\", "
          "\"name\" or \"line_type\""},
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"layer", 2}}, "no layer 2: layers are numbered from 1 to 1"},
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "a"}}, "the name \"a\" is taken by the item at index 0"},
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"color", "#12345"}},
+        {"add_line",
+         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"layer", 2}},
+         "no layer 2: layers are numbered from 1 to 1"},
+        {"add_line",
+         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "a"}},
+         "the name \"a\" is taken by the item at index 0"},
+        {"add_line",
+         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"color", "#12345"}},
          "argument \"color\" must be a colour \"#RRGGBB\" or \"#AARRGGBB\"; got \"#12345\""},
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"pen_width", -1}},
+        {"add_line",
+         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"pen_width", -1}},
          "argument \"pen_width\" must lie between 0 and 100 mm"},
-        {"add_rectangle", {{"x", 0}, {"y", 0}, {"width", 0}, {"height", 1}}, "argument \"width\" must be greater than 0 mm"},
-        {"add_circle", {{"cx", 0}, {"cy", 0}, {"radius", -2}}, "argument \"radius\" must be greater than 0 mm"},
-        {"add_polygon", {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}}}}, "argument \"points\" needs at least 3 entries, got 2"},
-        {"add_polyline", {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}}}}}, "missing required argument \"points[1].y\""},
-        {"add_bezier", {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}, {{"x", 2}, {"y", 1}}, {{"x", 3}, {"y", 0}}, {{"x", 4}, {"y", 0}}}}},
-         "a Bézier curve takes 1 + 3n points (start, then two control points and an end point per segment); got 5"},
-        {"add_sector", {{"cx", 0}, {"cy", 0}, {"radius", 1}, {"sweep_angle", 400}}, "argument \"sweep_angle\" must be at most 360, got 400"},
+        {"add_rectangle",
+         {{"x", 0}, {"y", 0}, {"width", 0}, {"height", 1}},
+         "argument \"width\" must be greater than 0 mm"},
+        {"add_circle",
+         {{"cx", 0}, {"cy", 0}, {"radius", -2}},
+         "argument \"radius\" must be greater than 0 mm"},
+        {"add_polygon",
+         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}}}},
+         "argument \"points\" needs at least 3 entries, got 2"},
+        {"add_polyline",
+         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}}}}},
+         "missing required argument \"points[1].y\""},
+        {"add_bezier",
+         {{"points",
+           {{{"x", 0}, {"y", 0}},
+            {{"x", 1}, {"y", 1}},
+            {{"x", 2}, {"y", 1}},
+            {{"x", 3}, {"y", 0}},
+            {{"x", 4}, {"y", 0}}}}},
+         "a Bézier curve takes 1 + 3n points (start, then two control points and an end point per segment); "
+         "got 5"},
+        {"add_sector",
+         {{"cx", 0}, {"cy", 0}, {"radius", 1}, {"sweep_angle", 400}},
+         "argument \"sweep_angle\" must be at most 360, got 400"},
         {"add_flow", {{"x", 0}, {"y", 0}, {"shape", "cloud"}}, ""},
         {"add_link", {{"from_id", 1}}, "give exactly one of \"to_id\" or \"to_name\""},
         {"add_link", {{"from_id", 1}, {"to_id", 1}}, "a link joins two different elements; both ends are A"},
-        {"add_link", {{"from_id", 1}, {"to_name", "L"}}, "the to item L is a line, not a flow element; links join flow elements"},
+        {"add_link",
+         {{"from_id", 1}, {"to_name", "L"}},
+         "the to item L is a line, not a flow element; links join flow elements"},
         {"add_link", {{"from_id", 7}, {"to_name", "A"}}, "argument \"from_id\": no item has the id 7"},
         {"add_link", {{"from_id", 1}, {"to_name", "Z"}}, "argument \"to_name\": no item is named \"Z\""},
-        {"modify_item", {{"name", "L"}, {"text", "x"}},
+        {"modify_item",
+         {{"name", "L"}, {"text", "x"}},
          "argument \"text\" applies to flow elements, texts, arrow lines and dimensions; L is a line"},
         {"modify_item", {{"name", "A"}}, "nothing to change: give at least one property"},
-        {"modify_item", {{"name", "A"}, {"x", 1}, {"dx", 1}}, "give either x and y (move to) or dx and dy (move by), not both"},
-        {"modify_item", {{"name", "L"}, {"width", 3}}, "argument \"width\" applies to box items (flow, rectangle, text...); L is a line"},
-        {"modify_item", {{"name", "L"}, {"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}, {{"x", 2}, {"y", 2}}}}},
+        {"modify_item",
+         {{"name", "A"}, {"x", 1}, {"dx", 1}},
+         "give either x and y (move to) or dx and dy (move by), not both"},
+        {"modify_item",
+         {{"name", "L"}, {"width", 3}},
+         "argument \"width\" applies to box items (flow, rectangle, text...); L is a line"},
+        {"modify_item",
+         {{"name", "L"}, {"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}, {{"x", 2}, {"y", 2}}}}},
          "L has 2 points; give exactly that many, got 3"},
         {"modify_item", {{"name", "L"}, {"new_name", "A"}}, "the name \"A\" is taken by the item at index 0"},
         {"delete_item", {{"index", 2}}, "no item at index 2: indexes run from 0 to 1"},
@@ -155,8 +222,12 @@ TEST_F(ItemToolsTest, RefusedArgumentsSayWhatIsWrongAndChangeNothing) {
 TEST_F(ItemToolsTest, ModifyItemChangesOnlyWhatIsGivenAndUndoesAsOneStep) {
     Ok("add_flow", {{"x", 10}, {"y", 10}, {"width", 20}, {"height", 10}, {"text", "Old"}});
     const std::string before = fDoc.GetJsonString();
-    const TJSON changed =
-        Ok("modify_item", {{"index", 0}, {"text", "New"}, {"dx", 5}, {"height", 14}, {"fill_color", "#FFFF00"}, {"new_name", "Box"}});
+    const TJSON changed = Ok("modify_item", {{"index", 0},
+                                             {"text", "New"},
+                                             {"dx", 5},
+                                             {"height", 14},
+                                             {"fill_color", "#FFFF00"},
+                                             {"new_name", "Box"}});
     EXPECT_EQ(changed["name"], "Box");
     EXPECT_EQ(changed["x"], 15.0);
     EXPECT_EQ(changed["width"], 20.0);
@@ -186,7 +257,11 @@ TEST_F(ItemToolsTest, LinksFollowAnElementThatMovesAndUndoMovesThemBack) {
 }
 
 TEST_F(ItemToolsTest, TextsSizeThemselvesAndTakeTheirFont) {
-    const TJSON text = Ok("add_text", {{"x", 5}, {"y", 6}, {"text", "Hello"}, {"font_height", 7}, {"bold", true},
+    const TJSON text = Ok("add_text", {{"x", 5},
+                                       {"y", 6},
+                                       {"text", "Hello"},
+                                       {"font_height", 7},
+                                       {"bold", true},
                                        {"text_color", "#FF0000"}});
     EXPECT_GT(text["width"].get<double>(), 7.0);
     EXPECT_GT(text["height"].get<double>(), 6.0);

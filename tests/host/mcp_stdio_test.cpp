@@ -63,7 +63,8 @@ TEST_F(StdioTest, MalformedLinesGetJsonRpcErrors) {
 TEST_F(StdioTest, ModernRequestsAreServedWithoutHeaders) {
     const TJSON meta = {{"io.modelcontextprotocol/protocolVersion", "2026-07-28"},
                         {"io.modelcontextprotocol/clientCapabilities", TJSON::object()}};
-    const TJSON discover = {{"jsonrpc", "2.0"}, {"id", 1}, {"method", "server/discover"}, {"params", {{"_meta", meta}}}};
+    const TJSON discover = {
+        {"jsonrpc", "2.0"}, {"id", 1}, {"method", "server/discover"}, {"params", {{"_meta", meta}}}};
     const TJSON answer = TJSON::parse(*Host::HandleJsonRpcLine(fServer, discover.dump()));
     EXPECT_EQ(answer["result"]["supportedVersions"][0], "2026-07-28");
     EXPECT_EQ(answer["result"]["resultType"], "complete");

@@ -35,7 +35,8 @@ int WaitExit(pid_t aPid, std::chrono::milliseconds aLimit) {
     const auto end = std::chrono::steady_clock::now() + aLimit;
     int status = 0;
     while (std::chrono::steady_clock::now() < end) {
-        if (waitpid(aPid, &status, WNOHANG) == aPid) return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        if (waitpid(aPid, &status, WNOHANG) == aPid)
+            return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         std::this_thread::sleep_for(20ms);
     }
     return -1;
@@ -52,7 +53,8 @@ TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 2, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    std::vector<std::string> args{ORVEX_CLI_PATH, "serve", "--port", "0", "--drawing", drawing.string(), "--save-on-exit"};
+    std::vector<std::string> args{ORVEX_CLI_PATH, "serve",          "--port",        "0",
+                                  "--drawing",    drawing.string(), "--save-on-exit"};
     std::vector<char*> argv;
     for (auto& a : args) argv.push_back(a.data());
     argv.push_back(nullptr);
@@ -82,8 +84,10 @@ TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
     for (int i = 0; i < 500 && port == 0; ++i) {
         std::smatch m;
         const std::string text = ReadAll(log);
-        if (std::regex_search(text, m, listening)) port = std::stoi(m[1]);
-        else std::this_thread::sleep_for(20ms);
+        if (std::regex_search(text, m, listening))
+            port = std::stoi(m[1]);
+        else
+            std::this_thread::sleep_for(20ms);
     }
     ASSERT_NE(port, 0) << ReadAll(log);
 
@@ -107,7 +111,8 @@ TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
     auto list = post(rpc(2, "tools/list", TJSON::object()));
     ASSERT_TRUE(list);
     EXPECT_GT(TJSON::parse(list->body)["result"]["tools"].size(), 20u);
-    auto call = post(rpc(3, "tools/call", {{"name", "add_flow"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Saved"}}}}));
+    auto call = post(
+        rpc(3, "tools/call", {{"name", "add_flow"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Saved"}}}}));
     ASSERT_TRUE(call);
     EXPECT_EQ(TJSON::parse(call->body)["result"]["structuredContent"]["index"], 0);
 
