@@ -18,8 +18,8 @@ fi
 cd "$HERE"
 # Install once; reinstall only when the pinned versions change.
 if [[ ! -f node_modules/.orvex-installed || package.json -nt node_modules/.orvex-installed ]]; then
-  if ! timeout 180 npm install --no-audit --no-fund --loglevel=error >npm-install.log 2>&1; then
-    echo "SKIP: the npm registry cannot be reached (npm install failed; see tests/mcp_clients/npm-install.log)" >&2
+  if ! timeout 180 npm ci --no-audit --no-fund --loglevel=error >npm-install.log 2>&1; then
+    echo "SKIP: the npm registry cannot be reached (npm ci failed; see tests/mcp_clients/npm-install.log)" >&2
     exit $SKIP
   fi
   touch node_modules/.orvex-installed
