@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "orvex/document/document.h"
+#include "orvex/io/json.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/render/draw2d.h"
 
@@ -137,6 +138,10 @@ std::string SvgPointList(std::span<const TQVLPto64> points, TQVLUnits unit) {
         out += SvgXY(p, unit);
     }
     return out;
+}
+
+void AddInspector(TJSON& array, const char* name, TJSON value) {
+    array.push_back(TJSON{{"Name", name}, {"Value", std::move(value)}});
 }
 
 }  // namespace Orvex::ItemGeo

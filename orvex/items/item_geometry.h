@@ -9,6 +9,7 @@
 
 #include "orvex/core/types.h"
 #include "orvex/document/base_item.h"
+#include "orvex/io/json_fwd.h"
 
 namespace Orvex::ItemGeo {
 
@@ -51,5 +52,8 @@ bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::i
 std::vector<TQVLPto64> ToPto64(const TQVLPtoA& points);
 std::string SvgPointList(std::span<const TQVLPto64> points, TQVLUnits unit);  // "x,y x,y ..."
 std::string SvgXY(const TQVLPto64& p, TQVLUnits unit);                        // "x,y"
+
+// One {"Name", "Value"} entry of an item's inspector list.
+void AddInspector(TJSON& array, const char* name, TJSON value);
 
 }  // namespace Orvex::ItemGeo

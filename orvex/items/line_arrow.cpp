@@ -298,9 +298,10 @@ void TORXBaseArrowLine::WriteSVG(std::vector<std::string>& defs, std::vector<std
 }
 
 void TORXBaseArrowLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    const TQVLInsTypes asked = set;
     TORXTermLine::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators, TQVLInsType::inFont,
-                       TQVLInsType::inText, TQVLInsType::inData};
+    set = asked & TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators, TQVLInsType::inFont,
+                               TQVLInsType::inText, TQVLInsType::inData};
 }
 
 std::string TORXBaseArrowLine::GetTextProp(std::uint16_t property) const {
@@ -428,6 +429,32 @@ void TORXBaseArrowLine::SetColorProp(std::uint16_t property, TAlphaColor value) 
         SetFontColor(value);
     else
         TORXTermLine::SetColorProp(property, value);
+}
+
+void TORXBaseArrowLine::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXTermLine::JsonInspector(baseSet, set, array);
+    if (set.Contains(TQVLInsType::inText)) {
+        AddInspector(array, "Text", fText);
+        AddInspector(array, "TextPos", static_cast<int>(fTextPos));
+        AddInspector(array, "TextAngle", U::Round(fTextAngle));
+        AddInspector(array, "TextMeasure", fTextMeasure);
+        AddInspector(array, "Format", fFormat);
+    }
+    if (set.Contains(TQVLInsType::inFont)) {
+        AddInspector(array, "Font", fFont);
+        AddInspector(array, "FontHeight", U::Round(fFontHeight));
+        AddInspector(array, "FontColor", AlphaColorToHex(fFontColor));
+        AddInspector(array, "Bold", fBold);
+        AddInspector(array, "Italic", fItalic);
+        AddInspector(array, "Underline", fUnderline);
+        AddInspector(array, "Strikeout", fStrikeout);
+    }
+    if (set.Contains(TQVLInsType::inData)) {
+        AddInspector(array, "FillType", fFillType);
+        AddInspector(array, "Field", fField);
+        AddInspector(array, "Data", fData);
+        AddInspector(array, "Name", fName);
+    }
 }
 
 }  // namespace Orvex

@@ -425,8 +425,9 @@ void TORXBaseDim::RotateRight() {
 }
 
 void TORXBaseDim::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    const TQVLInsTypes asked = set;
     TORXBasePoint::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inText};
+    set = asked & TQVLInsTypes{TQVLInsType::inText};
 }
 
 TJSON TORXBaseDim::WriteJson() const {
@@ -567,6 +568,18 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
             SvgEscape(text));
     }
     body.push_back(out + "</g>");
+}
+
+void TORXBaseDim::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBasePoint::JsonInspector(baseSet, set, array);
+    AddInspector(array, "DimType", static_cast<int>(fDimType));
+    AddInspector(array, "DimExt", fDimExt);
+    AddInspector(array, "IdDimStyle", fIdDimStyle);
+    if (!set.Contains(TQVLInsType::inText)) return;
+    AddInspector(array, "Text", fText);
+    AddInspector(array, "TextAngle", U::Round(fTextAngle));
+    AddInspector(array, "TextMeasure", fTextMeasure);
+    AddInspector(array, "DisplayText", fDisplayText);
 }
 
 }  // namespace Orvex

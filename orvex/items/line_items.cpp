@@ -113,8 +113,10 @@ void TORXTermLine::SetBaseSizeTo(std::int32_t size) {
 }
 
 void TORXTermLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    // The parent narrows the kind groups to its own; this kind shows these of those asked for.
+    const TQVLInsTypes asked = set;
     TORXBasePoint::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators};
+    set = asked & TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators};
 }
 
 std::int64_t TORXTermLine::GetBaseValueProp(std::uint16_t property) const {
@@ -270,8 +272,9 @@ void TORXBaseLine::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
 }
 
 void TORXBaseLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    const TQVLInsTypes asked = set;
     TORXBasePoint::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inLineType};
+    set = asked & TQVLInsTypes{TQVLInsType::inLineType};
 }
 
 std::int64_t TORXBaseLine::GetEnumProp(std::uint16_t property) const {
@@ -542,6 +545,35 @@ void TORXBaseArc::SetBoolProp(std::uint16_t property, bool value) {
         SetClockWise(value);
     else
         TORXTermLine::SetBoolProp(property, value);
+}
+
+// [SECTION] Inspector entries: each kind adds its own after the base's, for the groups the set holds.
+
+void TORXTermLine::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBasePoint::JsonInspector(baseSet, set, array);
+    if (set.Contains(TQVLInsType::inLineType)) AddInspector(array, "LineType", static_cast<int>(fLineType));
+    if (!set.Contains(TQVLInsType::inTerminators)) return;
+    const TQVLUnits units = fOwner->Units();
+    AddInspector(array, "FromType", static_cast<int>(fFromType));
+    AddInspector(array, "ToType", static_cast<int>(fToType));
+    AddInspector(array, "FromColor", AlphaColorToHex(fFromColor));
+    AddInspector(array, "ToColor", AlphaColorToHex(fToColor));
+    AddInspector(array, "SizeFrom", U::BaseToUnit(fSizeFrom, units));
+    AddInspector(array, "SizeTo", U::BaseToUnit(fSizeTo, units));
+}
+
+void TORXBaseLine::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBasePoint::JsonInspector(baseSet, set, array);
+    if (set.Contains(TQVLInsType::inLineType)) AddInspector(array, "LineType", static_cast<int>(fLineType));
+}
+
+void TORXBaseArc::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXTermLine::JsonInspector(baseSet, set, array);
+    AddInspector(array, "StartAngle", U::Round(fStartAngle));
+    AddInspector(array, "EndAngle", U::Round(fEndAngle));
+    AddInspector(array, "SweepAngle", U::Round(fSweepAngle));
+    AddInspector(array, "ClockWise", fClockWise);
+    AddInspector(array, "Radius", U::BaseToUnit(fRadius, fOwner->Units()));
 }
 
 }  // namespace Orvex

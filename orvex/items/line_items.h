@@ -3,6 +3,8 @@
 // with undo, picking, snapping, bounds, quarter turns, the JSON keys and SVG.
 //
 // Angles (arc, labels) are degrees counter-clockwise on screen from +x, as they are entered on paper.
+// Every kind (here and in shape_items.h) has a constructor (owner, preview) and one (owner, layer, preview)
+// that puts the new item on the given layer instead of the document's first.
 //
 // [SECTION] Property indexes   [SECTION] TORXTermLine   [SECTION] TORXBaseLine   [SECTION] TORXBasePolyLine
 // [SECTION] TORXBaseArc   [SECTION] TORXBaseArrowLine   [SECTION] TORXBaseDim
@@ -68,6 +70,7 @@ class TORXTermLine : public TORXBasePoint {
     std::int32_t BaseSizeTo() const { return fSizeTo; }
     void SetBaseSizeTo(std::int32_t size);
 
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetBaseValueProp(std::uint16_t property) const override;
     void SetBaseValueProp(std::uint16_t property, std::int64_t value) override;
@@ -98,6 +101,9 @@ class TORXBaseLine : public TORXBasePoint {
   public:
     explicit TORXBaseLine(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itLine, preview) {}
+    TORXBaseLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseLine(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -109,6 +115,7 @@ class TORXBaseLine : public TORXBasePoint {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -122,6 +129,10 @@ class TORXBasePolyLine : public TORXTermLine {
   public:
     explicit TORXBasePolyLine(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itPolyLine, preview) {}
+    TORXBasePolyLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBasePolyLine(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -139,6 +150,9 @@ class TORXBaseArc : public TORXTermLine {
   public:
     explicit TORXBaseArc(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itArc, preview) {}
+    TORXBaseArc(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseArc(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     void SetStartAngle(float degrees);
@@ -173,6 +187,7 @@ class TORXBaseArc : public TORXTermLine {
     void UpdateBounds() override;  // the arc's own extent, not the whole circle's
     void RotateLeft() override;
     void RotateRight() override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     TQVLPto64 CenterPoint() const override { return Center(); }
     double GetFloatProp(std::uint16_t property) const override;
     void SetFloatProp(std::uint16_t property, double value) override;
@@ -202,6 +217,10 @@ class TORXBaseArrowLine : public TORXTermLine {
   public:
     // A new arrow line points at its second end; its label (empty) is set in "Arial".
     explicit TORXBaseArrowLine(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseArrowLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseArrowLine(owner, preview) {
+        fLayer = layer;
+    }
 
     const std::string& Text() const { return fText; }
     void SetText(const std::string& text);
@@ -246,6 +265,7 @@ class TORXBaseArrowLine : public TORXTermLine {
     void UpdateBounds() override;  // the label's points follow the line first
     void UpdatePoints() override;
     void CalcValues(std::int16_t value) override { (void)value, UpdatePoints(); }
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::string GetTextProp(std::uint16_t property) const override;
     void SetTextProp(std::uint16_t property, const std::string& value) override;
@@ -317,6 +337,9 @@ class TORXBaseArrowLine : public TORXTermLine {
 class TORXBaseDim : public TORXBasePoint {
   public:
     explicit TORXBaseDim(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseDim(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseDim(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVDimType DimType() const { return fDimType; }
     void SetDimType(TQVDimType type);
@@ -355,6 +378,7 @@ class TORXBaseDim : public TORXBasePoint {
     void RotateLeft() override;
     void RotateRight() override;
     TQVLPto64 CenterPoint() const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::string GetTextProp(std::uint16_t property) const override;
     void SetTextProp(std::uint16_t property, const std::string& value) override;

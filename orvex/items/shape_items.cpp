@@ -71,8 +71,9 @@ void TORXBoxShape::RotateRight() {
 }
 
 void TORXBoxShape::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    const TQVLInsTypes asked = set;
     TORX2DItem::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inLineType};
+    set = asked & TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inLineType};
 }
 
 std::int64_t TORXBoxShape::GetEnumProp(std::uint16_t property) const {
@@ -244,8 +245,9 @@ void TORXBasePolygon::WriteSVG(std::vector<std::string>& defs, std::vector<std::
 }
 
 void TORXBasePolygon::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    const TQVLInsTypes asked = set;
     TORXBasePoint::CheckProp(baseSet, set);
-    set = TQVLInsTypes{TQVLInsType::inLineType};
+    set = asked & TQVLInsTypes{TQVLInsType::inLineType};
 }
 
 std::int64_t TORXBasePolygon::GetEnumProp(std::uint16_t property) const {
@@ -648,6 +650,39 @@ void TORXBaseSector::SetFloatProp(std::uint16_t property, double value) {
         SetAngleGap(static_cast<float>(value));
     else
         TORXBaseCircle::SetFloatProp(property, value);
+}
+
+// [SECTION] Inspector entries
+
+void TORXBoxShape::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORX2DItem::JsonInspector(baseSet, set, array);
+    if (set.Contains(TQVLInsType::inFill)) AddInspector(array, "Filled", fFill);
+    if (set.Contains(TQVLInsType::inBackColor)) AddInspector(array, "BackColor", AlphaColorToHex(fBackColor));
+    if (set.Contains(TQVLInsType::inLineType)) AddInspector(array, "LineType", static_cast<int>(fLineType));
+}
+
+void TORXBaseRectangle::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBoxShape::JsonInspector(baseSet, set, array);
+    AddInspector(array, "Radio", U::BaseToUnit(fRadio, fOwner->Units()));
+}
+
+void TORXBasePolygon::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBasePoint::JsonInspector(baseSet, set, array);
+    if (set.Contains(TQVLInsType::inLineType)) AddInspector(array, "LineType", static_cast<int>(fLineType));
+}
+
+void TORXBaseCircle::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBoxShape::JsonInspector(baseSet, set, array);
+    const TQVLUnits units = fOwner->Units();
+    AddInspector(array, "CenterX", U::BaseToUnit(fCX, units));
+    AddInspector(array, "CenterY", U::BaseToUnit(fCY, units));
+    AddInspector(array, "Radio", U::BaseToUnit(fRadius, units));
+}
+
+void TORXBaseSector::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TORXBaseCircle::JsonInspector(baseSet, set, array);
+    AddInspector(array, "StartAngle", U::Round(fStartAngle));
+    AddInspector(array, "SweepAngle", U::Round(fSweepAngle));
 }
 
 }  // namespace Orvex

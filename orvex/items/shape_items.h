@@ -24,6 +24,7 @@ class TORXBoxShape : public TORX2DItem {
 
     void RotateLeft() override;
     void RotateRight() override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -41,6 +42,10 @@ class TORXBaseRectangle : public TORXBoxShape {
   public:
     explicit TORXBaseRectangle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itRectangle, preview) {}
+    TORXBaseRectangle(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseRectangle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;    // corner radius in the document's unit
     float GetMMRadio() const;  // in millimetres; exactly 0 for square corners
@@ -56,6 +61,7 @@ class TORXBaseRectangle : public TORXBoxShape {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     std::int64_t GetBaseValueProp(std::uint16_t property) const override;
     void SetBaseValueProp(std::uint16_t property, std::int64_t value) override;
 
@@ -70,6 +76,9 @@ class TORXBasePolygon : public TORXBasePoint {
   public:
     explicit TORXBasePolygon(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itPolygon, preview) {}
+    TORXBasePolygon(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBasePolygon(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -81,6 +90,7 @@ class TORXBasePolygon : public TORXBasePoint {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
@@ -95,6 +105,9 @@ class TORXBaseBezier : public TORXTermLine {
   public:
     explicit TORXBaseBezier(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itBezier, preview) {}
+    TORXBaseBezier(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseBezier(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -111,6 +124,9 @@ class TORXBaseCircle : public TORXBoxShape {
   public:
     explicit TORXBaseCircle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itCircle, preview) {}
+    TORXBaseCircle(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseCircle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;  // document units
     std::int64_t GetBaseRadio() const;
@@ -131,6 +147,7 @@ class TORXBaseCircle : public TORXBoxShape {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void UpdateBounds() override;
     TQVLPto64 CenterPoint() const override { return {fCX, fCY}; }
 
@@ -149,6 +166,9 @@ class TORXBaseEllipse : public TORXBoxShape {
   public:
     explicit TORXBaseEllipse(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itEllipse, preview) {}
+    TORXBaseEllipse(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseEllipse(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadioX() const;  // document units
     float GetRadioY() const;
@@ -172,6 +192,9 @@ class TORXBaseEllipse : public TORXBoxShape {
 class TORXBaseSector : public TORXBaseCircle {
   public:
     explicit TORXBaseSector(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseSector(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseSector(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     float SweepAngle() const { return fSweepAngle; }
@@ -186,6 +209,7 @@ class TORXBaseSector : public TORXBaseCircle {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
     double GetFloatProp(std::uint16_t property) const override;
     void SetFloatProp(std::uint16_t property, double value) override;

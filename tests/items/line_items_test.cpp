@@ -44,6 +44,15 @@ TEST(LineItems, KindKeysFollowTheCommonKeysInOrder) {
               (K{"DimType", "DimExt", "IdDimStyle", "Text", "TextAngle", "TextMeasure"}));
 }
 
+TEST(LineItems, TheLayerConstructorPlacesTheNewItem) {
+    TORXHeadlessLabel doc;
+    TORXLayer* second = doc.AddLayer();
+    auto* dim = new THeadlessItem<TORXBaseDim>(&doc, second, false);  // the document owns it
+    EXPECT_EQ(dim->Layer(), second);
+    EXPECT_EQ(doc.GetItem(doc.GetItemsCount() - 1), dim);
+    EXPECT_EQ(dim->NumPoints(), 10);
+}
+
 TEST(LineItems, EveryKindReadsBackWhatItWrote) {
     TORXHeadlessLabel doc;
     doc.SetEditorMode(TQVLEditorMode::emDrawing);
@@ -153,6 +162,26 @@ TEST(LineItems, AngularDimensionMeasuresTheSweepThatHoldsItsArcPoint) {
     // Collinear arc points have no circle: the stored centre (point 8) serves.
     dim->SetAngular({50000, 50000}, {60000, 50000}, {40000, 50000}, {55000, 50000});
     EXPECT_EQ(dim->DisplayText(), "180.00\xC2\xB0");
+}
+
+TEST(LineItems, AngularDimensionReadFromAFileKeepsItsArms) {
+    TORXHeadlessLabel doc;
+    TJSON points = TJSON::array();
+    const double pts[10][2] = {{0, 0},   {0, 0},           {0, 0},   {0, 0}, {30, 10},
+                               {10, 30}, {24.142, 24.142}, {10, 10}, {0, 0}, {0, 0}};
+    for (const auto& p : pts) points.push_back(TJSON{{"X", p[0]}, {"Y", p[1]}});
+    const TJSON file = {{"Version", 3200},
+                        {"Items", TJSON::array({TJSON{{"Type", 26},
+                                                      {"InID", 4},
+                                                      {"Options", {{"Visible", true}}},
+                                                      {"Points", points},
+                                                      {"DimType", 7},
+                                                      {"TextMeasure", true}}})}};
+    doc.ReadJson(file);
+    auto* dim = dynamic_cast<TORXBaseDim*>(doc.GetItem(0));
+    ASSERT_NE(dim, nullptr);
+    EXPECT_EQ(dim->GetPoint(5), (TQVLPto{30000, 10000}));
+    EXPECT_EQ(dim->DisplayText(), "90.00\xC2\xB0");
 }
 
 TEST(LineItems, RadialAndDiameterTextsTakeTheirPrefixes) {
@@ -313,6 +342,12 @@ TEST(LineItems, SvgCarriesDashesMarkersAndEscapedLabels) {
     arc->WriteSVG(defs, body, TQVLExportSVG::esFile, 1.0f, false);
     ASSERT_EQ(body.size(), 1u);
     EXPECT_NE(body[0].find("d=\"M15,10 A5,5 0 1 0 10,15\""), std::string::npos) << body[0];
+
+    // A label that replaces the middle of the line breaks the line around it.
+    arrow->SetTextPos(TQVLTextPos::tpMiddleRemove);
+    body.clear();
+    arrow->WriteSVG(defs, body, TQVLExportSVG::esFile, 1.0f, false);
+    EXPECT_EQ(body[0].rfind("<path d=\"M0,0 L5.8,0 M14.2,0 L20,0\"", 0), 0u) << body[0];
 
     auto* poly = Create<TORXBasePolyLine>(doc, TQVLItemType::itPolyLine);
     poly->InsertPoint(0, 0, 1);

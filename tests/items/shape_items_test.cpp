@@ -155,6 +155,21 @@ TEST(ShapeItems, OtherShapesPickTheirOutlineOrTheirInside) {
     EXPECT_FALSE(sector->Pick(6000, 14000, 0, false));
 }
 
+TEST(ShapeItems, TurnedBoxesKeepPointOneTopLeftAndUndoAsOne) {
+    TORXHeadlessLabel doc;
+    auto* rect = Box<TORXBaseRectangle>(doc, TQVLItemType::itRectangle, 0, 0, 40000, 10000);
+    const std::string before = rect->WriteJson().dump();
+    rect->RotateRight();
+    EXPECT_EQ(rect->Points(), (TQVLPtoA{{15000, -15000}, {25000, 25000}}));
+    doc.Undo();
+    EXPECT_EQ(rect->WriteJson().dump(), before);
+
+    auto* bez = Create<TORXBaseBezier>(doc, TQVLItemType::itBezier);
+    for (auto [x, y] : {std::pair{0, 0}, {0, 10000}, {10000, 10000}, {10000, 0}}) bez->InsertPoint(x, y, 99);
+    EXPECT_TRUE(bez->Pick(5000, 7550, 100, false));    // the curve's middle, three quarters of the way up
+    EXPECT_FALSE(bez->Pick(5000, 10000, 100, false));  // on the control polygon only
+}
+
 TEST(ShapeItems, SnapsToCornersQuadrantsAndCentres) {
     TORXHeadlessLabel doc;
     TQVLRef ref;
@@ -168,6 +183,22 @@ TEST(ShapeItems, SnapsToCornersQuadrantsAndCentres) {
     EXPECT_EQ((std::pair(ref.X, ref.Y)), (std::pair<std::int64_t, std::int64_t>(10000, 0)));
     ASSERT_TRUE(circle->CheckPoint(17000, 3000, 200, TQVLSnap::snNearest, ref));
     EXPECT_EQ((std::pair(ref.X, ref.Y)), (std::pair<std::int64_t, std::int64_t>(17071, 2929)));
+}
+
+TEST(ShapeItems, InspectorShowsTheAskedGroupsOfTheKind) {
+    TORXHeadlessLabel doc;
+    auto* rect = Box<TORXBaseRectangle>(doc, TQVLItemType::itRectangle, 0, 0, 20000, 10000);
+    rect->SetRadio(2.0f);
+    TQVLInsTypeBases bases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibAngle};
+    TQVLInsTypes groups{TQVLInsType::inLineType, TQVLInsType::inFill, TQVLInsType::inFont};
+    rect->CheckProp(bases, groups);
+    EXPECT_EQ(groups, (TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inFill}));
+    TJSON list = TJSON::array();
+    rect->JsonInspector(bases, groups, list);
+    std::vector<std::string> names;
+    for (const auto& entry : list) names.push_back(entry["Name"]);
+    EXPECT_EQ(names, (std::vector<std::string>{"ID", "Angle", "Filled", "LineType", "Radio"}));
+    EXPECT_EQ(list.back()["Value"], 2.0);
 }
 
 TEST(ShapeItems, SvgElementsPerKind) {
