@@ -107,12 +107,18 @@ TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
             return new THeadlessItem<TORXBaseEllipse>(this);
         case TQVLItemType::itSector:
             return new THeadlessItem<TORXBaseSector>(this);
-        case TQVLItemType::itText: return new THeadlessItem<TORXBaseText>(this, false);
-        case TQVLItemType::itPara: return new THeadlessItem<TORXBasePara>(this, false);
-        case TQVLItemType::itPolyText: return new THeadlessItem<TORXDataPoly>(this, false);
-        case TQVLItemType::itRichText: return new THeadlessItem<TORXBaseRichText>(this, false);
-        case TQVLItemType::itFlow: return new THeadlessItem<TORXBaseFlow>(this, false);
-        case TQVLItemType::itLink: return new THeadlessItem<TORXBaseLink>(this, false);
+        case TQVLItemType::itText:
+            return new THeadlessItem<TORXBaseText>(this, false);
+        case TQVLItemType::itPara:
+            return new THeadlessItem<TORXBasePara>(this, false);
+        case TQVLItemType::itPolyText:
+            return new THeadlessItem<TORXDataPoly>(this, false);
+        case TQVLItemType::itRichText:
+            return new THeadlessItem<TORXBaseRichText>(this, false);
+        case TQVLItemType::itFlow:
+            return new THeadlessItem<TORXBaseFlow>(this, false);
+        case TQVLItemType::itLink:
+            return new THeadlessItem<TORXBaseLink>(this, false);
         default:
             break;
     }

@@ -12,19 +12,19 @@
 namespace Orvex {
 
 class TORXHeadlessPoint final : public TORXBasePoint {
-public:
+  public:
     TORXHeadlessPoint(TORXBaseLabel* owner, TQVLItemType type) : TORXBasePoint(owner, type, false) {}
     void Draw(TORXBaseDraw& surface) override { (void)surface; }
     void Print(TORXBaseDraw& surface) override { (void)surface; }
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
 
-private:
+  private:
     std::string fKindKeys = "{}";  // the kind's own keys as read, compact JSON text
 };
 
 class TORXHeadlessBox final : public TORX2DItem {
-public:
+  public:
     TORXHeadlessBox(TORXBaseLabel* owner, TQVLItemType type) : TORX2DItem(owner, type, false) {}
     void Draw(TORXBaseDraw& surface) override { (void)surface; }
     void Print(TORXBaseDraw& surface) override { (void)surface; }
@@ -32,7 +32,7 @@ public:
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void UpdateBounds() override;  // texts too: without text metrics the box is their extent
 
-private:
+  private:
     std::string fKindKeys = "{}";
 };
 
@@ -42,17 +42,17 @@ bool IsBoxKind(TQVLItemType type);  // kinds spanned by two corners
 // below creates these for every kind the library implements.
 template <class TKind>
 class THeadlessItem final : public TKind {
-public:
+  public:
     using TKind::TKind;
     void Draw(TORXBaseDraw& surface) override { (void)surface; }
     void Print(TORXBaseDraw& surface) override { (void)surface; }
 };
 
 class TORXHeadlessLabel : public TORXBaseLabel {
-public:
+  public:
     TORXHeadlessLabel() = default;
     TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds
-    void AssignSymbolAndFlowLinks() override;               // links find their flow elements by id
+    void AssignSymbolAndFlowLinks() override;              // links find their flow elements by id
 };
 
 }  // namespace Orvex

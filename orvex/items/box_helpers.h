@@ -19,6 +19,7 @@ std::string SvgFontAttributes(const TQVLFont& font, TQVLUnits unit);  // family,
 std::string SvgRotation(TQVLAngle angle, const TQVLRect& box, TQVLUnits unit);  // about the box's centre
 std::string SvgBoxRect(const TQVLRect& r, float radiusMM, TQVLUnits unit, const std::string& paint);
 // Drops extents that are still -1 in favour of the rectangle's.
-void FitRect(const TQVLRect& r, std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY);
+void FitRect(const TQVLRect& r, std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+             std::int64_t& maxY);
 
 }  // namespace Orvex

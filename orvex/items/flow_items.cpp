@@ -1,4 +1,6 @@
 // Flow elements: properties, outline, connection points, text lines, picking, JSON and SVG.
+//
+// [SECTION] Geometry   [SECTION] JSON   [SECTION] SVG   [SECTION] Property access
 #include "orvex/items/flow_items.h"
 
 #include <fmt/format.h>
@@ -24,11 +26,13 @@ E EnumOf(std::int64_t v, E last) {
 }
 }  // namespace
 
-TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, bool create) : TPropItem(owner, TQVLItemType::itFlow, create) {
+TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, bool create)
+    : TPropItem(owner, TQVLItemType::itFlow, create) {
     fFill = true;
 }
 
-TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, TORXLayer* layer, bool create) : TORXBaseFlow(owner, create) {
+TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, TORXLayer* layer, bool create)
+    : TORXBaseFlow(owner, create) {
     fLayer = layer;
 }
 
@@ -64,10 +68,10 @@ TQVLPto64 TORXBaseFlow::LinkPoint(std::int16_t index) const {
         if ((a1 < fixed && b1 < fixed) || (a1 > fixed && b1 > fixed)) continue;
         const std::int64_t a2 = vertical ? a.Y : a.X;
         const std::int64_t b2 = vertical ? b.Y : b.X;
-        const std::int64_t at =
-            a1 == b1 ? (low ? std::min(a2, b2) : std::max(a2, b2))
-                     : a2 + static_cast<std::int64_t>(static_cast<double>(b2 - a2) * static_cast<double>(fixed - a1) /
-                                                      static_cast<double>(b1 - a1));
+        const std::int64_t at = a1 == b1 ? (low ? std::min(a2, b2) : std::max(a2, b2))
+                                         : a2 + static_cast<std::int64_t>(static_cast<double>(b2 - a2) *
+                                                                          static_cast<double>(fixed - a1) /
+                                                                          static_cast<double>(b1 - a1));
         if (!found || (low ? at < best : at > best)) best = at, found = true;
     }
     if (!found) best = vertical ? (low ? box.Top : box.Bottom) : (low ? box.Left : box.Right);
@@ -98,7 +102,8 @@ bool TORXBaseFlow::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, 
     return !fText.empty() && FlowTextArea(fFlowType, Box()).Contains(x, y);
 }
 
-bool TORXBaseFlow::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBaseFlow::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                              TQVLRef& ref) {
     const auto near = [&](const TQVLPto64& p, std::int32_t index) {
         if (Orvex::Distance(x, y, p.X, p.Y) > tolerance) return false;
         ref = TQVLRef{this, index, p.X, p.Y};
@@ -120,7 +125,8 @@ bool TORXBaseFlow::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t toler
     return false;
 }
 
-void TORXBaseFlow::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+void TORXBaseFlow::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                            std::int64_t& maxY) const {
     TQVLRect r = Box();
     r.Inflate(fPenWidth / 2, fPenWidth / 2);
     FitRect(r, minX, maxX, minY, maxY);
@@ -134,7 +140,8 @@ void TORXBaseFlow::UpdateBounds() {
     const TQVLRect before = fBoundsRect;
     fBoundsRect = Box();
     if (fBoundsRect == before) return;
-    if (fBoundsRect.GetWidth() != before.GetWidth() || fBoundsRect.GetHeight() != before.GetHeight()) UpdatePoints();
+    if (fBoundsRect.GetWidth() != before.GetWidth() || fBoundsRect.GetHeight() != before.GetHeight())
+        UpdatePoints();
     QueueLinks();
 }
 
@@ -152,9 +159,9 @@ void TORXBaseFlow::UpdatePoints() {
     const ITextMetrics& metrics = QVLTextMetrics();
     TQVLRect area = FlowTextArea(fFlowType, Box());
     const auto lines = WrapText(fText, fFont, area.GetWidth() - 2 * SetBaseValue(fPaddingX), metrics);
-    const auto placed = PosBaseLinesText(lines, fFont, area, fHorzAlign, fVertAlign, TQVLAngle::ag0,
-                                         SetBaseValue(fPaddingX), SetBaseValue(fPaddingY), SetBaseValue(fInterline),
-                                         metrics);
+    const auto placed =
+        PosBaseLinesText(lines, fFont, area, fHorzAlign, fVertAlign, TQVLAngle::ag0, SetBaseValue(fPaddingX),
+                         SetBaseValue(fPaddingY), SetBaseValue(fInterline), metrics);
     fTextPos.clear();
     std::size_t cursor = 0;
     for (const auto& line : placed) {
@@ -162,7 +169,8 @@ void TORXBaseFlow::UpdatePoints() {
         if (from == std::string::npos) from = cursor;
         cursor = std::min(fText.size(), from + line.Text.size());
         fTextPos.push_back(TQVLFlowTextPos{static_cast<std::int64_t>(from), static_cast<std::int64_t>(cursor),
-                                           GetBaseValue(line.X - GetPointX(1)), GetBaseValue(line.Y - GetPointY(1))});
+                                           GetBaseValue(line.X - GetPointX(1)),
+                                           GetBaseValue(line.Y - GetPointY(1))});
     }
 }
 
@@ -191,7 +199,9 @@ TJSON TORXBaseFlow::WriteJson() const {
     obj["Text"] = fText;
     TJSON pos = TJSON::array();
     for (const auto& p : fTextPos)
-        pos.push_back(TJSON{{"FromPos", p.FromPos}, {"ToPos", p.ToPos}, {"BaseX", U::Round(p.BaseX)},
+        pos.push_back(TJSON{{"FromPos", p.FromPos},
+                            {"ToPos", p.ToPos},
+                            {"BaseX", U::Round(p.BaseX)},
                             {"BaseY", U::Round(p.BaseY)}});
     obj["TextPos"] = std::move(pos);
     return obj;
@@ -231,8 +241,8 @@ void TORXBaseFlow::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJS
 
 // [SECTION] SVG
 
-void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     const TQVLRect box = Box();
@@ -243,7 +253,7 @@ void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
         TQVLRect shadow = box;
         shadow.Offset(SetBaseValue(fShadowDX), SetBaseValue(fShadowDY));
         const std::string paint = SvgFill(fShadowColor, true);
-        body.push_back(FlowShapeSVG(fFlowType, shadow, unit, paint, paint));
+        body.push_back(FlowShapeSVG(fFlowType, shadow, unit, paint, paint, " fill=\"none\""));
     }
     std::string fill = SvgFill(fBackColor, fFill);
     if (fFill && fGradient != TQVLGradient::grNone && AlphaOf(fBackColor) != 0) {
@@ -256,18 +266,21 @@ void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
         if (fGradient == TQVLGradient::grRadial)
             defs.push_back(fmt::format("<radialGradient id=\"{}\">{}</radialGradient>", id, stops));
         else
-            defs.push_back(fmt::format("<linearGradient id=\"{}\" x1=\"0\" y1=\"0\" x2=\"{}\" y2=\"{}\">{}</linearGradient>",
-                                       id, fGradient == TQVLGradient::grHorizontal ? 1 : 0,
-                                       fGradient == TQVLGradient::grVertical ? 1 : 0, stops));
+            defs.push_back(fmt::format(
+                "<linearGradient id=\"{}\" x1=\"0\" y1=\"0\" x2=\"{}\" y2=\"{}\">{}</linearGradient>", id,
+                fGradient == TQVLGradient::grHorizontal ? 1 : 0,
+                fGradient == TQVLGradient::grVertical ? 1 : 0, stops));
         fill = fmt::format(" fill=\"url(#{})\"", id);
     }
-    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink));
+    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink, " fill=\"none\"" + stroke));
     if (!fTextPos.empty()) {
         std::string text = fmt::format("<text{}>", SvgFontAttributes(fFont, unit));
         for (const auto& p : fTextPos) {
-            const auto from = static_cast<std::size_t>(std::clamp<std::int64_t>(p.FromPos, 0, std::ssize(fText)));
+            const auto from =
+                static_cast<std::size_t>(std::clamp<std::int64_t>(p.FromPos, 0, std::ssize(fText)));
             const auto to = static_cast<std::size_t>(std::clamp<std::int64_t>(p.ToPos, 0, std::ssize(fText)));
-            text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>", SvgLength(GetPointX(1) + SetBaseValue(p.BaseX), unit),
+            text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>",
+                                SvgLength(GetPointX(1) + SetBaseValue(p.BaseX), unit),
                                 SvgLength(GetPointY(1) + SetBaseValue(p.BaseY), unit),
                                 SvgEscape(std::string_view(fText).substr(from, to > from ? to - from : 0)));
         }
@@ -286,42 +299,63 @@ void TORXBaseFlow::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const
 
 std::int64_t TORXBaseFlow::GetEnumProp(std::uint16_t p) const {
     switch (p) {
-        case FlowProp::kFlowType: return static_cast<std::int64_t>(fFlowType);
-        case FlowProp::kLineType: return static_cast<std::int64_t>(fLineType);
-        case FlowProp::kHorzAlign: return static_cast<std::int64_t>(fHorzAlign);
-        case FlowProp::kVertAlign: return static_cast<std::int64_t>(fVertAlign);
-        case FlowProp::kGradient: return static_cast<std::int64_t>(fGradient);
-        default: return TPropItem::GetEnumProp(p);
+        case FlowProp::kFlowType:
+            return static_cast<std::int64_t>(fFlowType);
+        case FlowProp::kLineType:
+            return static_cast<std::int64_t>(fLineType);
+        case FlowProp::kHorzAlign:
+            return static_cast<std::int64_t>(fHorzAlign);
+        case FlowProp::kVertAlign:
+            return static_cast<std::int64_t>(fVertAlign);
+        case FlowProp::kGradient:
+            return static_cast<std::int64_t>(fGradient);
+        default:
+            return TPropItem::GetEnumProp(p);
     }
 }
 
 void TORXBaseFlow::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
-        case FlowProp::kFlowType: return SetFlowType(EnumOf(v, TQVLFlowType::ftEnd));
-        case FlowProp::kLineType: return SetLineType(EnumOf(v, TQVLineType::ii411));
-        case FlowProp::kHorzAlign: return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
-        case FlowProp::kVertAlign: return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
-        case FlowProp::kGradient: return SetGradient(EnumOf(v, TQVLGradient::grRadial));
-        default: return TPropItem::SetEnumProp(p, v);
+        case FlowProp::kFlowType:
+            return SetFlowType(EnumOf(v, TQVLFlowType::ftEnd));
+        case FlowProp::kLineType:
+            return SetLineType(EnumOf(v, TQVLineType::ii411));
+        case FlowProp::kHorzAlign:
+            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+        case FlowProp::kVertAlign:
+            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+        case FlowProp::kGradient:
+            return SetGradient(EnumOf(v, TQVLGradient::grRadial));
+        default:
+            return TPropItem::SetEnumProp(p, v);
     }
 }
 
 TAlphaColor* TORXBaseFlow::ColorField(std::uint16_t p) {
     switch (p) {
-        case FlowProp::kShadowColor: return &fShadowColor;
-        case FlowProp::kGradColor: return &fGradColor;
-        case FlowProp::kFontColor: return &fFont.FontColor;
-        default: return nullptr;
+        case FlowProp::kShadowColor:
+            return &fShadowColor;
+        case FlowProp::kGradColor:
+            return &fGradColor;
+        case FlowProp::kFontColor:
+            return &fFont.FontColor;
+        default:
+            return nullptr;
     }
 }
 
 bool* TORXBaseFlow::BoolField(std::uint16_t p) {
     switch (p) {
-        case FlowProp::kBold: return &fFont.Bold;
-        case FlowProp::kItalic: return &fFont.Italic;
-        case FlowProp::kUnderline: return &fFont.Underline;
-        case FlowProp::kStrikeout: return &fFont.Strikeout;
-        default: return nullptr;
+        case FlowProp::kBold:
+            return &fFont.Bold;
+        case FlowProp::kItalic:
+            return &fFont.Italic;
+        case FlowProp::kUnderline:
+            return &fFont.Underline;
+        case FlowProp::kStrikeout:
+            return &fFont.Strikeout;
+        default:
+            return nullptr;
     }
 }
 
@@ -333,13 +367,20 @@ std::string* TORXBaseFlow::TextField(std::uint16_t p) {
 
 float* TORXBaseFlow::FloatField(std::uint16_t p) {
     switch (p) {
-        case FlowProp::kPaddingX: return &fPaddingX;
-        case FlowProp::kPaddingY: return &fPaddingY;
-        case FlowProp::kShadowDX: return &fShadowDX;
-        case FlowProp::kShadowDY: return &fShadowDY;
-        case FlowProp::kFontHeight: return &fFont.FontHeight;
-        case FlowProp::kInterline: return &fInterline;
-        default: return nullptr;
+        case FlowProp::kPaddingX:
+            return &fPaddingX;
+        case FlowProp::kPaddingY:
+            return &fPaddingY;
+        case FlowProp::kShadowDX:
+            return &fShadowDX;
+        case FlowProp::kShadowDY:
+            return &fShadowDY;
+        case FlowProp::kFontHeight:
+            return &fFont.FontHeight;
+        case FlowProp::kInterline:
+            return &fInterline;
+        default:
+            return nullptr;
     }
 }
 

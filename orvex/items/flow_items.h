@@ -53,7 +53,7 @@ struct TQVLFlowTextPos {
 };
 
 class TORXBaseFlow : public TPropItem<TORX2DItem> {
-public:
+  public:
     TORXBaseFlow(TORXBaseLabel* owner, bool create);
     TORXBaseFlow(TORXBaseLabel* owner, TORXLayer* layer, bool create);
 
@@ -104,20 +104,22 @@ public:
     static constexpr std::int64_t kLinkSnap = 2000;  // base units
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
-    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) override;
-    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const override;
+    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                    TQVLRef& ref) override;
+    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                  std::int64_t& maxY) const override;
     void UpdateBounds() override;  // also queues the element's links
     void UpdatePoints() override;  // the text lines
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
 
-protected:
+  protected:
     TAlphaColor* ColorField(std::uint16_t p) override;
     bool* BoolField(std::uint16_t p) override;
     std::string* TextField(std::uint16_t p) override;

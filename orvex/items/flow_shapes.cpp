@@ -33,7 +33,8 @@ void AppendWave(std::vector<TQVLPto64>& out, double l, double r, double y, doubl
         for (int i = 1; i <= 12; ++i) {
             const double t = i / 12.0;
             const double u = 1 - t;
-            out.push_back(P(u * u * x0 + 2 * u * t * qx + t * t * x1, u * u * y0 + 2 * u * t * qy + t * t * y1));
+            out.push_back(
+                P(u * u * x0 + 2 * u * t * qx + t * t * x1, u * u * y0 + 2 * u * t * qy + t * t * y1));
         }
     };
     quad(r, y, r - w / 4, y - 2 * a, l + w / 2, y);
@@ -43,8 +44,14 @@ void AppendWave(std::vector<TQVLPto64>& out, double l, double r, double y, doubl
 struct TBox {
     double l, t, r, b, w, h, cx, cy;
     explicit TBox(const TQVLRect& box)
-        : l(static_cast<double>(box.Left)), t(static_cast<double>(box.Top)), r(static_cast<double>(box.Right)),
-          b(static_cast<double>(box.Bottom)), w(r - l), h(b - t), cx((l + r) / 2), cy((t + b) / 2) {}
+        : l(static_cast<double>(box.Left)),
+          t(static_cast<double>(box.Top)),
+          r(static_cast<double>(box.Right)),
+          b(static_cast<double>(box.Bottom)),
+          w(r - l),
+          h(b - t),
+          cx((l + r) / 2),
+          cy((t + b) / 2) {}
 };
 
 // The front sheet of a multi-document; the two behind it are moved up and right by one and two steps.
@@ -67,16 +74,17 @@ std::string Num(double base, TQVLUnits unit) {
 
 std::string Polygon(const std::vector<TQVLPto64>& points, TQVLUnits unit, const std::string& paint) {
     std::string list;
-    for (const auto& p : points) list += (list.empty() ? "" : " ") + SvgLength(p.X, unit) + "," + SvgLength(p.Y, unit);
+    for (const auto& p : points)
+        list += (list.empty() ? "" : " ") + SvgLength(p.X, unit) + "," + SvgLength(p.Y, unit);
     return fmt::format("<polygon points=\"{}\"{}/>", list, paint);
 }
 
 std::string DocumentPath(const TBox& k, TQVLUnits unit, const std::string& paint) {
     const double a = k.h / 10;
     const auto n = [&](double v) { return Num(v, unit); };
-    return fmt::format("<path d=\"M{},{} L{},{} L{},{} Q{},{} {},{} T{},{} Z\"{}/>", n(k.l), n(k.t), n(k.r), n(k.t),
-                       n(k.r), n(k.b - a), n(k.r - k.w / 4), n(k.b - 3 * a), n(k.cx), n(k.b - a), n(k.l), n(k.b - a),
-                       paint);
+    return fmt::format("<path d=\"M{},{} L{},{} L{},{} Q{},{} {},{} T{},{} Z\"{}/>", n(k.l), n(k.t), n(k.r),
+                       n(k.t), n(k.r), n(k.b - a), n(k.r - k.w / 4), n(k.b - 3 * a), n(k.cx), n(k.b - a),
+                       n(k.l), n(k.b - a), paint);
 }
 
 }  // namespace
@@ -121,7 +129,8 @@ std::vector<TQVLPto64> FlowOutline(TQVLFlowType type, const TQVLRect& box) {
         }
         case TQVLFlowType::ftPreparation: {
             const double s = std::min(k.w / 5, k.h / 2);
-            return {P(k.l, k.cy), P(k.l + s, k.t), P(k.r - s, k.t), P(k.r, k.cy), P(k.r - s, k.b), P(k.l + s, k.b)};
+            return {P(k.l, k.cy), P(k.l + s, k.t), P(k.r - s, k.t),
+                    P(k.r, k.cy), P(k.r - s, k.b), P(k.l + s, k.b)};
         }
         case TQVLFlowType::ftEllipse:
             AppendArc(out, k.cx, k.cy, k.w / 2, k.h / 2, 0, 2 * pi, 48);
@@ -136,31 +145,32 @@ std::vector<TQVLPto64> FlowOutline(TQVLFlowType type, const TQVLRect& box) {
         }
         case TQVLFlowType::ftStep: {
             const double s = std::min(k.w / 4, k.h / 2);
-            return {P(k.l, k.t), P(k.r - s, k.t), P(k.r, k.cy), P(k.r - s, k.b), P(k.l, k.b), P(k.l + s, k.cy)};
+            return {P(k.l, k.t),     P(k.r - s, k.t), P(k.r, k.cy),
+                    P(k.r - s, k.b), P(k.l, k.b),     P(k.l + s, k.cy)};
         }
     }
     return {P(k.l, k.t), P(k.r, k.t), P(k.r, k.b), P(k.l, k.b)};
 }
 
 std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit, const std::string& paint,
-                         const std::string& ink) {
+                         const std::string& ink, const std::string& line) {
     const TBox k(box);
     const auto n = [&](double v) { return Num(v, unit); };
     switch (type) {
         case TQVLFlowType::ftTerminator: {
             const double rad = std::min(k.w, k.h) / 2;
-            return fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"{}\"{}/>", n(k.l), n(k.t),
-                               n(k.w), n(k.h), n(rad), paint);
+            return fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"{}\"{}/>", n(k.l),
+                               n(k.t), n(k.w), n(k.h), n(rad), paint);
         }
         case TQVLFlowType::ftProcess:
-            return fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/>", n(k.l), n(k.t), n(k.w),
-                               n(k.h), paint);
+            return fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/>", n(k.l), n(k.t),
+                               n(k.w), n(k.h), paint);
         case TQVLFlowType::ftPredefined: {
             const double s = k.w / 10;
             return fmt::format(
-                "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/><path d=\"M{},{} V{} M{},{} V{}\" "
-                "fill=\"none\"{}/>",
-                n(k.l), n(k.t), n(k.w), n(k.h), paint, n(k.l + s), n(k.t), n(k.b), n(k.r - s), n(k.t), n(k.b), ink);
+                "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/><path d=\"M{},{} V{} M{},{} V{}\"{}/>",
+                n(k.l), n(k.t), n(k.w), n(k.h), paint, n(k.l + s), n(k.t), n(k.b), n(k.r - s), n(k.t), n(k.b),
+                line);
         }
         case TQVLFlowType::ftDocument:
             return DocumentPath(k, unit, paint);
@@ -176,16 +186,17 @@ std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit,
             return out;
         }
         case TQVLFlowType::ftEllipse:
-            return fmt::format("<ellipse cx=\"{}\" cy=\"{}\" rx=\"{}\" ry=\"{}\"{}/>", n(k.cx), n(k.cy), n(k.w / 2),
-                               n(k.h / 2), paint);
+            return fmt::format("<ellipse cx=\"{}\" cy=\"{}\" rx=\"{}\" ry=\"{}\"{}/>", n(k.cx), n(k.cy),
+                               n(k.w / 2), n(k.h / 2), paint);
         case TQVLFlowType::ftDatabase: {
             const double ry = k.h / 10;
             const double rx = k.w / 2;
             return fmt::format(
                 "<path d=\"M{},{} V{} A{},{} 0 0 0 {},{} V{} A{},{} 0 0 0 {},{} Z\"{}/>"
-                "<path d=\"M{},{} A{},{} 0 0 0 {},{}\" fill=\"none\"{}/>",
-                n(k.l), n(k.t + ry), n(k.b - ry), n(rx), n(ry), n(k.r), n(k.b - ry), n(k.t + ry), n(rx), n(ry), n(k.l),
-                n(k.t + ry), paint, n(k.l), n(k.t + ry), n(rx), n(ry), n(k.r), n(k.t + ry), ink);
+                "<path d=\"M{},{} A{},{} 0 0 0 {},{}\"{}/>",
+                n(k.l), n(k.t + ry), n(k.b - ry), n(rx), n(ry), n(k.r), n(k.b - ry), n(k.t + ry), n(rx),
+                n(ry), n(k.l), n(k.t + ry), paint, n(k.l), n(k.t + ry), n(rx), n(ry), n(k.r), n(k.t + ry),
+                line);
         }
         case TQVLFlowType::ftStart: {
             const double rad = std::min(k.w, k.h) / 2;
@@ -193,8 +204,9 @@ std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit,
         }
         case TQVLFlowType::ftEnd: {
             const double rad = std::min(k.w, k.h) / 2;
-            return fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/><circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/>",
-                               n(k.cx), n(k.cy), n(rad), paint, n(k.cx), n(k.cy), n(rad * 0.6), ink);
+            return fmt::format(
+                "<circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/><circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/>", n(k.cx),
+                n(k.cy), n(rad), paint, n(k.cx), n(k.cy), n(rad * 0.6), ink);
         }
         case TQVLFlowType::ftDecision:
         case TQVLFlowType::ftData:
@@ -212,21 +224,42 @@ TQVLRect FlowTextArea(TQVLFlowType type, const TQVLRect& box) {
     const std::int64_t h = box.GetHeight();
     TQVLRect r = box;
     switch (type) {
-        case TQVLFlowType::ftDecision: r.Inflate(-w / 4, -h / 4); break;
+        case TQVLFlowType::ftDecision:
+            r.Inflate(-w / 4, -h / 4);
+            break;
         case TQVLFlowType::ftEllipse:
         case TQVLFlowType::ftStart:
-        case TQVLFlowType::ftEnd: r.Inflate(-w * 3 / 20, -h * 3 / 20); break;
+        case TQVLFlowType::ftEnd:
+            r.Inflate(-w * 3 / 20, -h * 3 / 20);
+            break;
         case TQVLFlowType::ftData:
         case TQVLFlowType::ftManualOperation:
-        case TQVLFlowType::ftPreparation: r.Inflate(-w / 5, 0); break;
-        case TQVLFlowType::ftPredefined: r.Inflate(-w / 10, 0); break;
-        case TQVLFlowType::ftStep: r.Inflate(-std::min(w / 4, h / 2), 0); break;
-        case TQVLFlowType::ftDocument: r.Bottom -= h / 5; break;
-        case TQVLFlowType::ftMultiDocument: r = FrontSheet(box), r.Bottom -= h / 5; break;
-        case TQVLFlowType::ftDatabase: r.Top += h / 5; break;
-        case TQVLFlowType::ftManualInput: r.Top += h / 4; break;
-        case TQVLFlowType::ftTerminator: r.Inflate(-std::min(w, h) / 4, 0); break;
-        case TQVLFlowType::ftProcess: break;
+        case TQVLFlowType::ftPreparation:
+            r.Inflate(-w / 5, 0);
+            break;
+        case TQVLFlowType::ftPredefined:
+            r.Inflate(-w / 10, 0);
+            break;
+        case TQVLFlowType::ftStep:
+            r.Inflate(-std::min(w / 4, h / 2), 0);
+            break;
+        case TQVLFlowType::ftDocument:
+            r.Bottom -= h / 5;
+            break;
+        case TQVLFlowType::ftMultiDocument:
+            r = FrontSheet(box), r.Bottom -= h / 5;
+            break;
+        case TQVLFlowType::ftDatabase:
+            r.Top += h / 5;
+            break;
+        case TQVLFlowType::ftManualInput:
+            r.Top += h / 4;
+            break;
+        case TQVLFlowType::ftTerminator:
+            r.Inflate(-std::min(w, h) / 4, 0);
+            break;
+        case TQVLFlowType::ftProcess:
+            break;
     }
     return r;
 }
@@ -249,12 +282,14 @@ bool PointInPolygon(const std::vector<TQVLPto64>& polygon, std::int64_t x, std::
 
 bool PointOnPolyline(const std::vector<TQVLPto64>& points, bool closed, std::int64_t x, std::int64_t y,
                      std::int64_t tolerance) {
-    if (points.size() == 1) return TDraw2D::PointInLine(points[0].X, points[0].Y, points[0].X, points[0].Y, x, y, tolerance);
+    if (points.size() == 1)
+        return TDraw2D::PointInLine(points[0].X, points[0].Y, points[0].X, points[0].Y, x, y, tolerance);
     for (std::size_t i = 0; i + 1 < points.size(); ++i)
         if (TDraw2D::PointInLine(points[i].X, points[i].Y, points[i + 1].X, points[i + 1].Y, x, y, tolerance))
             return true;
     return closed && points.size() > 2 &&
-           TDraw2D::PointInLine(points.back().X, points.back().Y, points.front().X, points.front().Y, x, y, tolerance);
+           TDraw2D::PointInLine(points.back().X, points.back().Y, points.front().X, points.front().Y, x, y,
+                                tolerance);
 }
 
 }  // namespace Orvex

@@ -13,7 +13,7 @@ namespace Orvex {
 
 template <class TBase>
 class TPropItem : public TBase {
-public:
+  public:
     using TBase::TBase;
 
     TAlphaColor GetColorProp(std::uint16_t p) const override {
@@ -67,13 +67,28 @@ public:
             TBase::SetBaseValueProp(p, v);
     }
 
-protected:
+  protected:
     // The field behind a property index, or nullptr when the kind has none of that type there.
-    virtual TAlphaColor* ColorField(std::uint16_t p) { (void)p; return nullptr; }
-    virtual bool* BoolField(std::uint16_t p) { (void)p; return nullptr; }
-    virtual std::string* TextField(std::uint16_t p) { (void)p; return nullptr; }
-    virtual float* FloatField(std::uint16_t p) { (void)p; return nullptr; }
-    virtual std::int64_t* IntField(std::uint16_t p) { (void)p; return nullptr; }
+    virtual TAlphaColor* ColorField(std::uint16_t p) {
+        (void)p;
+        return nullptr;
+    }
+    virtual bool* BoolField(std::uint16_t p) {
+        (void)p;
+        return nullptr;
+    }
+    virtual std::string* TextField(std::uint16_t p) {
+        (void)p;
+        return nullptr;
+    }
+    virtual float* FloatField(std::uint16_t p) {
+        (void)p;
+        return nullptr;
+    }
+    virtual std::int64_t* IntField(std::uint16_t p) {
+        (void)p;
+        return nullptr;
+    }
     // Runs after a property changed (also when undo restores it): derived geometry follows here.
     virtual void PropChanged(std::uint16_t p) { (void)p; }
 
@@ -91,7 +106,7 @@ protected:
         return SetField<TORXEnumValueCmd>(field, value, p);
     }
 
-private:
+  private:
     TPropItem& Self() const { return const_cast<TPropItem&>(*this); }  // the field lookups are shared
 };
 

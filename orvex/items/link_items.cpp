@@ -39,10 +39,14 @@ TQVLPto64 P(double x, double y) {
 // Outward direction of a connection point's side: 0 top, 1 right, 2 bottom, 3 left.
 TPoint2D SideNormal(int side) {
     switch (side) {
-        case 0: return {0, -1};
-        case 1: return {1, 0};
-        case 2: return {0, 1};
-        default: return {-1, 0};
+        case 0:
+            return {0, -1};
+        case 1:
+            return {1, 0};
+        case 2:
+            return {0, 1};
+        default:
+            return {-1, 0};
     }
 }
 
@@ -50,7 +54,15 @@ bool Horizontal(int side) {
     return side == 1 || side == 3;
 }
 
-constexpr int kCornerPoints = 7;  // per rounded corner; two corners make the 14 points of the type
+double Degrees(double radians) {
+    return radians * 180.0 / std::numbers::pi;
+}
+
+double Radians(double degrees) {
+    return degrees * std::numbers::pi / 180.0;
+}
+
+constexpr int kCornerPoints = 7;          // per rounded corner; two corners make the 14 points of the type
 constexpr double kCornerRadius = 2500.0;  // base units
 
 }  // namespace
@@ -59,17 +71,19 @@ constexpr double kCornerRadius = 2500.0;  // base units
 
 // The link type and the link points together: changing the type drops points that undo must bring back.
 class TORXLinkCmd final : public TORXCmd {
-public:
-    TORXLinkCmd(TORXBaseLink* link, std::int32_t kind, std::uint16_t property) : TORXCmd(kind, link, property) {}
+  public:
+    TORXLinkCmd(TORXBaseLink* link, std::int32_t kind, std::uint16_t property)
+        : TORXCmd(kind, link, property) {}
     static void AddCommand(TORXBaseLink* link, std::int32_t kind, std::uint16_t property) {
         if (!CanRecord(kind, link, property)) return;
         Push(std::make_unique<TORXLinkCmd>(link, kind, property));
     }
     void RestoreState() override {
-        if (auto* link = dynamic_cast<TORXBaseLink*>(fItem)) link->RestoreLinkState(fType, fPoints, fProperty);
+        if (auto* link = dynamic_cast<TORXBaseLink*>(fItem))
+            link->RestoreLinkState(fType, fPoints, fProperty);
     }
 
-protected:
+  protected:
     void StoreState() override {
         if (const auto* link = dynamic_cast<const TORXBaseLink*>(fItem)) {
             fType = link->LinkType();
@@ -77,7 +91,7 @@ protected:
         }
     }
 
-private:
+  private:
     TQVLinkType fType = TQVLinkType::ltDirLine;
     std::vector<TQVLPto64> fPoints;
 };
@@ -88,7 +102,8 @@ std::int32_t CommandKind(std::uint16_t property) {
 }
 }  // namespace
 
-void TORXBaseLink::RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto64>& points, std::uint16_t property) {
+void TORXBaseLink::RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto64>& points,
+                                    std::uint16_t property) {
     if (type == fLinkType && points == fLinkPoints) return;
     TORXLinkCmd::AddCommand(this, CommandKind(property), property);
     fLinkType = type;
@@ -102,26 +117,33 @@ void TORXBaseLink::RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto6
 std::int32_t LinkTypePointCount(TQVLinkType type) {
     switch (type) {
         case TQVLinkType::ltDirLine:
-        case TQVLinkType::ltCurve: return 0;
+        case TQVLinkType::ltCurve:
+            return 0;
         case TQVLinkType::ltLeftRightTopBottom:
         case TQVLinkType::ltTopBottomLeftRight:
         case TQVLinkType::ltStepLineTwoPto:
-        case TQVLinkType::ltArc: return 1;
-        case TQVLinkType::ltPolyline: return -1;
-        case TQVLinkType::ltRoundCorner: return 2 * kCornerPoints;
+        case TQVLinkType::ltArc:
+            return 1;
+        case TQVLinkType::ltPolyline:
+            return -1;
+        case TQVLinkType::ltRoundCorner:
+            return 2 * kCornerPoints;
     }
     return 0;
 }
 
-TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, bool create) : TPropItem(owner, TQVLItemType::itLink, create) {
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, bool create)
+    : TPropItem(owner, TQVLItemType::itLink, create) {
     IniLink();
 }
 
-TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TORXLayer* layer, bool create) : TORXBaseLink(owner, create) {
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TORXLayer* layer, bool create)
+    : TORXBaseLink(owner, create) {
     fLayer = layer;
 }
 
-TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TQVLinkType type, bool create) : TORXBaseLink(owner, create) {
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TQVLinkType type, bool create)
+    : TORXBaseLink(owner, create) {
     fLinkType = type;
     fLinkPoints.assign(static_cast<std::size_t>(std::max(0, LinkTypePointCount(type))), TQVLPto64{});
 }
@@ -160,21 +182,31 @@ void TORXBaseLink::Bind(const TORXBaseFlow* from, std::int16_t fromIndex, const 
 
 std::int64_t TORXBaseLink::GetEnumProp(std::uint16_t p) const {
     switch (p) {
-        case LinkProp::kLinkType: return static_cast<std::int64_t>(fLinkType);
-        case LinkProp::kLineType: return static_cast<std::int64_t>(fLineType);
-        case LinkProp::kFromType: return static_cast<std::int64_t>(fFromType);
-        case LinkProp::kToType: return static_cast<std::int64_t>(fToType);
-        default: return TPropItem::GetEnumProp(p);
+        case LinkProp::kLinkType:
+            return static_cast<std::int64_t>(fLinkType);
+        case LinkProp::kLineType:
+            return static_cast<std::int64_t>(fLineType);
+        case LinkProp::kFromType:
+            return static_cast<std::int64_t>(fFromType);
+        case LinkProp::kToType:
+            return static_cast<std::int64_t>(fToType);
+        default:
+            return TPropItem::GetEnumProp(p);
     }
 }
 
 void TORXBaseLink::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
-        case LinkProp::kLinkType: return SetLinkType(EnumOf(v, TQVLinkType::ltRoundCorner));
-        case LinkProp::kLineType: return SetLineType(EnumOf(v, TQVLineType::ii411));
-        case LinkProp::kFromType: return SetFromType(EnumOf(v, TQVLTermType::ttCross));
-        case LinkProp::kToType: return SetToType(EnumOf(v, TQVLTermType::ttCross));
-        default: return TPropItem::SetEnumProp(p, v);
+        case LinkProp::kLinkType:
+            return SetLinkType(EnumOf(v, TQVLinkType::ltRoundCorner));
+        case LinkProp::kLineType:
+            return SetLineType(EnumOf(v, TQVLineType::ii411));
+        case LinkProp::kFromType:
+            return SetFromType(EnumOf(v, TQVLTermType::ttCross));
+        case LinkProp::kToType:
+            return SetToType(EnumOf(v, TQVLTermType::ttCross));
+        default:
+            return TPropItem::SetEnumProp(p, v);
     }
 }
 
@@ -186,16 +218,22 @@ TAlphaColor* TORXBaseLink::ColorField(std::uint16_t p) {
 
 std::int64_t* TORXBaseLink::IntField(std::uint16_t p) {
     switch (p) {
-        case LinkProp::kFromID: return &fFromID;
-        case LinkProp::kFromIndex: return &fFromIndex;
-        case LinkProp::kToID: return &fToID;
-        case LinkProp::kToIndex: return &fToIndex;
-        default: return nullptr;
+        case LinkProp::kFromID:
+            return &fFromID;
+        case LinkProp::kFromIndex:
+            return &fFromIndex;
+        case LinkProp::kToID:
+            return &fToID;
+        case LinkProp::kToIndex:
+            return &fToIndex;
+        default:
+            return nullptr;
     }
 }
 
 void TORXBaseLink::PropChanged(std::uint16_t p) {
-    if (p == LinkProp::kFromID || p == LinkProp::kFromIndex || p == LinkProp::kToID || p == LinkProp::kToIndex)
+    if (p == LinkProp::kFromID || p == LinkProp::kFromIndex || p == LinkProp::kToID ||
+        p == LinkProp::kToIndex)
         fOwner->ChangeState(TOrvexState::lsCalc, this);
 }
 
@@ -205,7 +243,8 @@ namespace {
 TORXBaseFlow* FindFlow(const TORXBaseLabel& doc, std::int64_t id) {
     for (std::int32_t i = 0; i < doc.GetItemsCount(); ++i) {
         TORXBaseItem* item = doc.GetItem(i);
-        if (item->ItemType() == TQVLItemType::itFlow && item->InID() == id) return dynamic_cast<TORXBaseFlow*>(item);
+        if (item->ItemType() == TQVLItemType::itFlow && item->InID() == id)
+            return dynamic_cast<TORXBaseFlow*>(item);
     }
     return nullptr;
 }
@@ -303,13 +342,25 @@ void TORXBaseLink::CalcLinkPoints(bool reset) {
             if (!reset && fArcFromMiddle && fLinkPoints.size() == 1) {
                 std::int64_t cx = 0, cy = 0, radius = 0;
                 double a0 = 0, a1 = 0;
-                if (TDraw2D::ArcThreePoints(s.X, s.Y, fLinkPoints[0].X, fLinkPoints[0].Y, e.X, e.Y, cx, cy, radius, a0,
-                                            a1, ccw))
+                if (TDraw2D::ArcThreePoints(s.X, s.Y, fLinkPoints[0].X, fLinkPoints[0].Y, e.X, e.Y, cx, cy,
+                                            radius, a0, a1, ccw))
                     sweep = TDraw2D::ArcSweep(a0, a1, ccw);
             }
-            if (reset || sweep <= 0.0 || sweep >= 2 * std::numbers::pi) sweep = std::numbers::pi / 2, ccw = true;
             fArcFromMiddle = false;
             const double chord = TDraw2D::Distance(s.X, s.Y, e.X, e.Y);
+            const TPoint2D sd = D(s), ed = D(e);
+            const TPoint2D perp =
+                chord > 0.0 ? TPoint2D{-(ed.Y - sd.Y) / chord, (ed.X - sd.X) / chord} : TPoint2D{};
+            if (reset || sweep <= 0.0 || sweep >= 2 * std::numbers::pi) {
+                // A quarter circle that bulges the way the start's side faces, so it leaves its element
+                // outwards.
+                const TPoint2D n0 = SideNormal(fromSide);
+                sweep = std::numbers::pi / 2;
+                ccw = perp.X * n0.X + perp.Y * n0.Y <= 0.0;
+            }
+            // Files keep the sweep in degrees to 3 decimals: routing from that value makes a read drawing
+            // route exactly as it was saved.
+            sweep = Radians(RoundTo3Decimals(Degrees(sweep)));
             const double side = ccw ? 1.0 : -1.0;
             fSweep = sweep;
             fClockWise = !ccw;
@@ -320,9 +371,7 @@ void TORXBaseLink::CalcLinkPoints(bool reset) {
             }
             const double r = chord / (2 * std::sin(sweep / 2));
             const double d = r * std::cos(sweep / 2);
-            const TPoint2D sd = D(s), ed = D(e);
             const TPoint2D mid{(sd.X + ed.X) / 2.0, (sd.Y + ed.Y) / 2.0};
-            const TPoint2D perp{-(ed.Y - sd.Y) / chord, (ed.X - sd.X) / chord};
             const TPoint2D c{mid.X + side * perp.X * d, mid.Y + side * perp.Y * d};
             fRadio = static_cast<std::int64_t>(std::llround(r));
             fCx = static_cast<std::int64_t>(std::llround(c.X));
@@ -404,8 +453,9 @@ std::vector<TQVLPto64> TORXBaseLink::Course() const {
     switch (fLinkType) {
         case TQVLinkType::ltArc:
             if (fRadio > 0) {
-                for (const auto& p : TDraw2D::ArcSegment(static_cast<double>(fCx), static_cast<double>(fCy),
-                                                         static_cast<double>(fRadio), fStart, fEnd, !fClockWise, 32))
+                for (const auto& p :
+                     TDraw2D::ArcSegment(static_cast<double>(fCx), static_cast<double>(fCy),
+                                         static_cast<double>(fRadio), fStart, fEnd, !fClockWise, 32))
                     out.push_back(P(p.X, p.Y));
                 out.front() = fStartPt;
                 out.back() = fEndPt;
@@ -413,11 +463,13 @@ std::vector<TQVLPto64> TORXBaseLink::Course() const {
             }
             break;
         case TQVLinkType::ltCurve: {
-            const double reach = std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
+            const double reach =
+                std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
             const TPoint2D n0 = SideNormal(fFromSide);
             const TPoint2D n1 = SideNormal(fToSide);
-            const std::vector<TQVLPto64> control{fStartPt, P(D(fStartPt).X + n0.X * reach, D(fStartPt).Y + n0.Y * reach),
-                                                 P(D(fEndPt).X + n1.X * reach, D(fEndPt).Y + n1.Y * reach), fEndPt};
+            const std::vector<TQVLPto64> control{
+                fStartPt, P(D(fStartPt).X + n0.X * reach, D(fStartPt).Y + n0.Y * reach),
+                P(D(fEndPt).X + n1.X * reach, D(fEndPt).Y + n1.Y * reach), fEndPt};
             out.clear();
             for (const auto& p : TDraw2D::CurvePoints(control, 24)) out.push_back(P(p.X, p.Y));
             return out;
@@ -450,10 +502,12 @@ std::vector<TQVLPto64> TORXBaseLink::Arrow(bool atEnd) const {
     const std::int64_t size = SetBaseValue(fOwner->Settings().fTermSize);
     std::int64_t ax1 = 0, ay1 = 0, ax2 = 0, ay2 = 0;
     switch (type) {
-        case TQVLTermType::ttNone: return {};
+        case TQVLTermType::ttNone:
+            return {};
         case TQVLTermType::ttArrow:
         case TQVLTermType::ttFillArrow:
-            TDraw2D::DrawArrow(back.X, back.Y, tip.X, tip.Y, size, ax1, ay1, ax2, ay2, TDraw2D::kArrowDivisor);
+            TDraw2D::DrawArrow(back.X, back.Y, tip.X, tip.Y, size, ax1, ay1, ax2, ay2,
+                               TDraw2D::kArrowDivisor);
             return {{ax1, ay1}, tip, {ax2, ay2}};
         case TQVLTermType::ttLeftDia:
             TDraw2D::DrawLeft(back.X, back.Y, tip.X, tip.Y, size / 2, ax1, ay1, ax2, ay2);
@@ -476,7 +530,8 @@ std::vector<TQVLPto64> TORXBaseLink::Arrow(bool atEnd) const {
             std::vector<TQVLPto64> out;
             for (int i = 0; i < corners; ++i) {
                 const double a = 2 * std::numbers::pi * (i + (square ? 0.5 : 0.0)) / corners;
-                out.push_back(P(static_cast<double>(tip.X) + rad * std::cos(a), static_cast<double>(tip.Y) + rad * std::sin(a)));
+                out.push_back(P(static_cast<double>(tip.X) + rad * std::cos(a),
+                                static_cast<double>(tip.Y) + rad * std::sin(a)));
             }
             return out;
         }
@@ -488,7 +543,8 @@ bool TORXBaseLink::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, 
     return PointOnPolyline(Course(), false, x, y, std::max<std::int64_t>(tolerance, fPenWidth / 2));
 }
 
-bool TORXBaseLink::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBaseLink::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                              TQVLRef& ref) {
     const auto near = [&](const TQVLPto64& p, std::int32_t index) {
         if (Orvex::Distance(x, y, p.X, p.Y) > tolerance) return false;
         ref = TQVLRef{this, index, p.X, p.Y};
@@ -517,7 +573,8 @@ bool TORXBaseLink::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t toler
     return false;
 }
 
-void TORXBaseLink::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+void TORXBaseLink::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                            std::int64_t& maxY) const {
     TQVLRect r = fBoundsRect;
     r.Inflate(fPenWidth / 2, fPenWidth / 2);
     FitRect(r, minX, maxX, minY, maxY);
@@ -538,7 +595,8 @@ void TORXBaseLink::Turn(bool right) {
     const std::int64_t cx = (fBoundsRect.Left + fBoundsRect.Right) / 2;
     const std::int64_t cy = (fBoundsRect.Top + fBoundsRect.Bottom) / 2;
     std::vector<TQVLPto64> points = fLinkPoints;
-    for (auto& p : points) p = TDraw2D::RotatePoint(p.X, p.Y, cx, cy, right ? TQVLAngle::ag90 : TQVLAngle::ag270);
+    for (auto& p : points)
+        p = TDraw2D::RotatePoint(p.X, p.Y, cx, cy, right ? TQVLAngle::ag90 : TQVLAngle::ag270);
     SetLinkPoints(points);
 }
 
@@ -550,8 +608,8 @@ void TORXBaseLink::RotateRight() {
     Turn(true);
 }
 
-void TORXBaseLink::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, TQVLMoveOpt option,
-                            bool flag) {
+void TORXBaseLink::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
+                            TQVLMoveOpt option, bool flag) {
     (void)flag;
     const std::int64_t dx = x2 - x1;
     const std::int64_t dy = y2 - y1;
@@ -560,9 +618,10 @@ void TORXBaseLink::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, s
     if (option == TQVLMoveOpt::moMove) {
         for (auto& p : points) p.Offset(dx, dy);
     } else if (option == TQVLMoveOpt::moPoint) {
-        const auto nearest = std::min_element(points.begin(), points.end(), [&](const TQVLPto64& a, const TQVLPto64& b) {
-            return Orvex::Distance(x1, y1, a.X, a.Y) < Orvex::Distance(x1, y1, b.X, b.Y);
-        });
+        const auto nearest =
+            std::min_element(points.begin(), points.end(), [&](const TQVLPto64& a, const TQVLPto64& b) {
+                return Orvex::Distance(x1, y1, a.X, a.Y) < Orvex::Distance(x1, y1, b.X, b.Y);
+            });
         nearest->Offset(dx, dy);
     } else {
         return;
@@ -587,9 +646,9 @@ TJSON TORXBaseLink::WriteJson() const {
     obj["Radio"] = fRadio;
     obj["Cx"] = fCx;
     obj["Cy"] = fCy;
-    obj["Start"] = U::Round(fStart);
-    obj["End"] = U::Round(fEnd);
-    obj["Sweep"] = U::Round(fSweep);
+    obj["Start"] = U::Round(Degrees(fStart));  // degrees in files
+    obj["End"] = U::Round(Degrees(fEnd));
+    obj["Sweep"] = U::Round(Degrees(fSweep));
     obj["ClockWise"] = fClockWise;
     TJSON points = TJSON::array();
     for (const auto& p : fLinkPoints) points.push_back(TJSON{{"BaseX", p.X}, {"BaseY", p.Y}});
@@ -612,9 +671,9 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fRadio = U::GetInt(obj, "Radio");
     fCx = U::GetInt(obj, "Cx");
     fCy = U::GetInt(obj, "Cy");
-    fStart = U::GetFloat(obj, "Start");
-    fEnd = U::GetFloat(obj, "End");
-    fSweep = U::GetFloat(obj, "Sweep");
+    fStart = Radians(U::GetFloat(obj, "Start"));
+    fEnd = Radians(U::GetFloat(obj, "End"));
+    fSweep = Radians(U::GetFloat(obj, "Sweep"));
     fClockWise = U::GetBool(obj, "ClockWise");
     fLinkPoints.clear();
     for (const auto& p : U::GetArray(obj, "LinkPoints"))
@@ -627,8 +686,8 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fOwner->ChangeState(TOrvexState::lsCalc, this);
 }
 
-void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     const auto pt = [unit](const TQVLPto64& p) { return SvgLength(p.X, unit) + "," + SvgLength(p.Y, unit); };
@@ -637,7 +696,8 @@ void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
         d += fmt::format(" A{},{} 0 {} {} {}", SvgLength(fRadio, unit), SvgLength(fRadio, unit),
                          fSweep > std::numbers::pi ? 1 : 0, fClockWise ? 0 : 1, pt(fEndPt));
     } else if (fLinkType == TQVLinkType::ltCurve) {
-        const double reach = std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
+        const double reach =
+            std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
         const TPoint2D n0 = SideNormal(fFromSide);
         const TPoint2D n1 = SideNormal(fToSide);
         d += " C" + pt(P(D(fStartPt).X + n0.X * reach, D(fStartPt).Y + n0.Y * reach)) + " " +
@@ -651,13 +711,15 @@ void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     const std::string end = SvgTerminatorMarker(fToType, fToColor, defs);
     if (!start.empty()) markers += " marker-start=\"" + start + "\"";
     if (!end.empty()) markers += " marker-end=\"" + end + "\"";
-    body.push_back(fmt::format("<path id=\"{}\" d=\"{}\" fill=\"none\"{}{} stroke-linejoin=\"round\"/>", SvgEscape(fID),
-                               d, SvgStroke(fColor, GetPenWidthMM(), fLineType, unit), markers));
+    body.push_back(fmt::format("<path id=\"{}\" d=\"{}\" fill=\"none\"{}{} stroke-linejoin=\"round\"/>",
+                               SvgEscape(fID), d, SvgStroke(fColor, GetPenWidthMM(), fLineType, unit),
+                               markers));
 }
 
 void TORXBaseLink::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
-    baseSet = baseSet & TQVLInsTypeBases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibLayer, TQVLInsTypeBase::ibColor,
-                                         TQVLInsTypeBase::ibPenWidth, TQVLInsTypeBase::ibOptions};
+    baseSet =
+        baseSet & TQVLInsTypeBases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibLayer, TQVLInsTypeBase::ibColor,
+                                   TQVLInsTypeBase::ibPenWidth, TQVLInsTypeBase::ibOptions};
     set = set & TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators};
 }
 

@@ -38,7 +38,7 @@ inline constexpr std::uint16_t kLinkPoints = kPropFirstKind + 110;
 std::int32_t LinkTypePointCount(TQVLinkType type);
 
 class TORXBaseLink : public TPropItem<TORXBasePoint> {
-public:
+  public:
     TORXBaseLink(TORXBaseLabel* owner, bool create);
     TORXBaseLink(TORXBaseLabel* owner, TORXLayer* layer, bool create);
     TORXBaseLink(TORXBaseLabel* owner, TQVLinkType type, bool create);
@@ -51,9 +51,13 @@ public:
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType t) { SetEnumField(fLineType, t, LinkProp::kLineType); }
     std::int32_t FromID() const { return static_cast<std::int32_t>(fFromID); }
-    void SetFromID(std::int32_t id) { SetField<TORXBaseValueCmd>(fFromID, std::int64_t{id}, LinkProp::kFromID); }
+    void SetFromID(std::int32_t id) {
+        SetField<TORXBaseValueCmd>(fFromID, std::int64_t{id}, LinkProp::kFromID);
+    }
     std::int16_t FromIndex() const { return static_cast<std::int16_t>(fFromIndex); }
-    void SetFromIndex(std::int16_t i) { SetField<TORXBaseValueCmd>(fFromIndex, std::int64_t{i}, LinkProp::kFromIndex); }
+    void SetFromIndex(std::int16_t i) {
+        SetField<TORXBaseValueCmd>(fFromIndex, std::int64_t{i}, LinkProp::kFromIndex);
+    }
     TQVLTermType FromType() const { return fFromType; }
     void SetFromType(TQVLTermType t) { SetEnumField(fFromType, t, LinkProp::kFromType); }
     TAlphaColor FromColor() const { return fFromColor; }
@@ -61,7 +65,9 @@ public:
     std::int32_t ToID() const { return static_cast<std::int32_t>(fToID); }
     void SetToID(std::int32_t id) { SetField<TORXBaseValueCmd>(fToID, std::int64_t{id}, LinkProp::kToID); }
     std::int16_t ToIndex() const { return static_cast<std::int16_t>(fToIndex); }
-    void SetToIndex(std::int16_t i) { SetField<TORXBaseValueCmd>(fToIndex, std::int64_t{i}, LinkProp::kToIndex); }
+    void SetToIndex(std::int16_t i) {
+        SetField<TORXBaseValueCmd>(fToIndex, std::int64_t{i}, LinkProp::kToIndex);
+    }
     TQVLTermType ToType() const { return fToType; }
     void SetToType(TQVLTermType t) { SetEnumField(fToType, t, LinkProp::kToType); }
     TAlphaColor ToColor() const { return fToColor; }
@@ -69,7 +75,8 @@ public:
     // Both ends at once, as one undo step: what add_link and the diagram layout call.
     void Bind(const TORXBaseFlow* from, std::int16_t fromIndex, const TORXBaseFlow* to, std::int16_t toIndex);
 
-    // Arc of an ltArc link (derived): radius and centre in base units, angles in radians (as TDraw2D).
+    // Arc of an ltArc link (derived): radius and centre in base units, angles in radians (as TDraw2D;
+    // drawing files hold degrees).
     std::int64_t Radio() const { return fRadio; }
     std::int64_t Cx() const { return fCx; }
     std::int64_t Cy() const { return fCy; }
@@ -102,8 +109,10 @@ public:
     std::vector<TQVLPto64> Arrow(bool atEnd) const;
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
-    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) override;
-    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const override;
+    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                    TQVLRef& ref) override;
+    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                  std::int64_t& maxY) const override;
     void UpdateBounds() override;
     void CalcValues(std::int16_t value) override;
     void RotateLeft() override;
@@ -112,8 +121,8 @@ public:
                   bool flag) override;
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
@@ -121,7 +130,7 @@ public:
     // Used by the link's own undo command: type and link points together.
     void RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto64>& points, std::uint16_t property);
 
-protected:
+  protected:
     TAlphaColor* ColorField(std::uint16_t p) override;
     std::int64_t* IntField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;

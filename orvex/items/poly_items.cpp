@@ -46,11 +46,13 @@ std::string TORXBasePoly::ShownText() const {
 bool TORXBasePoly::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
     (void)flag;
     // A code or a text covers its box; an empty text box only shows its outline when filled.
-    const bool solid = fPolyType != TQVLPolyType::poText || !ShownText().empty() || (fFill && AlphaOf(fBackColor) != 0);
+    const bool solid =
+        fPolyType != TQVLPolyType::poText || !ShownText().empty() || (fFill && AlphaOf(fBackColor) != 0);
     return PickBox(BoxOf(*this), x, y, tolerance, solid);
 }
 
-bool TORXBasePoly::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBasePoly::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                              TQVLRef& ref) {
     return SnapBox(this, BoxOf(*this), x, y, tolerance, snap, ref);
 }
 
@@ -108,8 +110,8 @@ void TORXBasePoly::ReadJson(std::int32_t version, const TJSON& obj) {
     UpdateBounds();
 }
 
-void TORXBasePoly::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXBasePoly::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     const TQVLRect box = BoxOf(*this);
@@ -121,46 +123,63 @@ void TORXBasePoly::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     TQVLFont font;
     font.FontColor = fColor;
     const TQVLRect frame = AdjustRect(box, fAngle);
-    const double fit = GetBaseValue(frame.GetHeight() - 2 * SetBaseValue(fPaddingY)) /
-                       (1.2 * static_cast<double>(std::max<std::size_t>(lines.size(), 1)));
     if (fPolyType != TQVLPolyType::poText) {
-        body.push_back(SvgBoxRect(box, 0.0f, unit,
-                                  " fill=\"none\"" + SvgStroke(fColor, GetPenWidthMM(), TQVLineType::ii21, unit)));
-        font.FontHeight = static_cast<float>(std::min(3.0, fit));
+        body.push_back(SvgBoxRect(
+            box, 0.0f, unit, " fill=\"none\"" + SvgStroke(fColor, GetPenWidthMM(), TQVLineType::ii21, unit)));
         lines = {fData};
-    } else {
-        font.FontHeight = static_cast<float>(std::clamp(fit, 0.5, 12.0));
     }
-    const auto placed = PosBaseLinesText(lines, font, box, fHorzAlign, fVertAlign, fAngle, SetBaseValue(fPaddingX),
-                                         SetBaseValue(fPaddingY), 0, metrics);
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(font, unit), SvgRotation(fAngle, box, unit));
+    // The largest font (up to 12 mm, 3 mm for a code's caption) whose lines fit the frame both ways.
+    const double height = GetBaseValue(frame.GetHeight() - 2 * SetBaseValue(fPaddingY));
+    const double width = GetBaseValue(frame.GetWidth() - 2 * SetBaseValue(fPaddingX));
+    double fit = height / (1.2 * static_cast<double>(std::max<std::size_t>(lines.size(), 1)));
+    TQVLFont unitFont = font;
+    unitFont.FontHeight = 1.0f;
+    for (const auto& line : lines) {
+        const double perMM = GetBaseValue(metrics.TextWidth(line, unitFont));
+        if (perMM > 0.0) fit = std::min(fit, width / perMM);
+    }
+    font.FontHeight =
+        static_cast<float>(std::clamp(fit, 0.5, fPolyType == TQVLPolyType::poText ? 12.0 : 3.0));
+    const auto placed = PosBaseLinesText(lines, font, box, fHorzAlign, fVertAlign, fAngle,
+                                         SetBaseValue(fPaddingX), SetBaseValue(fPaddingY), 0, metrics);
+    std::string text =
+        fmt::format("<text{}{}>", SvgFontAttributes(font, unit), SvgRotation(fAngle, box, unit));
     for (const auto& line : placed)
-        text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>", SvgLength(line.X, unit), SvgLength(line.Y, unit),
-                            SvgEscape(line.Text));
+        text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>", SvgLength(line.X, unit),
+                            SvgLength(line.Y, unit), SvgEscape(line.Text));
     body.push_back(text + "</text>");
     body.push_back("</g>");
 }
 
 void TORXBasePoly::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
     (void)baseSet;
-    set = set & TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inText, TQVLInsType::inData};
+    set = set & TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inText,
+                             TQVLInsType::inData};
 }
 
 std::int64_t TORXBasePoly::GetEnumProp(std::uint16_t p) const {
     switch (p) {
-        case PolyProp::kPolyType: return static_cast<std::int64_t>(fPolyType);
-        case PolyProp::kHorzAlign: return static_cast<std::int64_t>(fHorzAlign);
-        case PolyProp::kVertAlign: return static_cast<std::int64_t>(fVertAlign);
-        default: return TPropItem::GetEnumProp(p);
+        case PolyProp::kPolyType:
+            return static_cast<std::int64_t>(fPolyType);
+        case PolyProp::kHorzAlign:
+            return static_cast<std::int64_t>(fHorzAlign);
+        case PolyProp::kVertAlign:
+            return static_cast<std::int64_t>(fVertAlign);
+        default:
+            return TPropItem::GetEnumProp(p);
     }
 }
 
 void TORXBasePoly::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
-        case PolyProp::kPolyType: return SetPolyType(EnumOf(v, TQVLPolyType::poDataMatrix));
-        case PolyProp::kHorzAlign: return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
-        case PolyProp::kVertAlign: return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
-        default: return TPropItem::SetEnumProp(p, v);
+        case PolyProp::kPolyType:
+            return SetPolyType(EnumOf(v, TQVLPolyType::poDataMatrix));
+        case PolyProp::kHorzAlign:
+            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+        case PolyProp::kVertAlign:
+            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+        default:
+            return TPropItem::SetEnumProp(p, v);
     }
 }
 
@@ -176,10 +195,14 @@ void TORXBasePoly::SetTextProp(std::uint16_t p, const std::string& v) {
 
 bool* TORXBasePoly::BoolField(std::uint16_t p) {
     switch (p) {
-        case PolyProp::kCheckSum: return &fCheckSum;
-        case PolyProp::kAutoType128: return &fAutoType128;
-        case PolyProp::kShowNumber: return &fShowNumber;
-        default: return nullptr;
+        case PolyProp::kCheckSum:
+            return &fCheckSum;
+        case PolyProp::kAutoType128:
+            return &fAutoType128;
+        case PolyProp::kShowNumber:
+            return &fShowNumber;
+        default:
+            return nullptr;
     }
 }
 
@@ -189,25 +212,39 @@ std::string* TORXBasePoly::TextField(std::uint16_t p) {
 
 float* TORXBasePoly::FloatField(std::uint16_t p) {
     switch (p) {
-        case PolyProp::kRadio: return &fRadio;
-        case PolyProp::kPaddingX: return &fPaddingX;
-        case PolyProp::kPaddingY: return &fPaddingY;
-        case PolyProp::kDistance: return &fDistance;
-        case PolyProp::kFactor: return &fFactor;
-        case PolyProp::kBarHeight: return &fBarHeight;
-        case PolyProp::kBarWidth: return &fBarWidth;
-        default: return nullptr;
+        case PolyProp::kRadio:
+            return &fRadio;
+        case PolyProp::kPaddingX:
+            return &fPaddingX;
+        case PolyProp::kPaddingY:
+            return &fPaddingY;
+        case PolyProp::kDistance:
+            return &fDistance;
+        case PolyProp::kFactor:
+            return &fFactor;
+        case PolyProp::kBarHeight:
+            return &fBarHeight;
+        case PolyProp::kBarWidth:
+            return &fBarWidth;
+        default:
+            return nullptr;
     }
 }
 
 std::int64_t* TORXBasePoly::IntField(std::uint16_t p) {
     switch (p) {
-        case PolyProp::kBarcodeType: return &fBarcodeType;
-        case PolyProp::kCheckType: return &fCheckType;
-        case PolyProp::kEncoding: return &fEncoding;
-        case PolyProp::kDMShape: return &fDMShape;
-        case PolyProp::kDMSize: return &fDMSize;
-        default: return nullptr;
+        case PolyProp::kBarcodeType:
+            return &fBarcodeType;
+        case PolyProp::kCheckType:
+            return &fCheckType;
+        case PolyProp::kEncoding:
+            return &fEncoding;
+        case PolyProp::kDMShape:
+            return &fDMShape;
+        case PolyProp::kDMSize:
+            return &fDMSize;
+        default:
+            return nullptr;
     }
 }
 

@@ -42,7 +42,7 @@ inline constexpr std::uint16_t kIA = kPropFirstKind + 64;
 // "Filled" and "FillColor" are the box's fill (the 2D item's Filled and BackColor); the item colour is
 // the ink of the text or the bars. Items holds the lines of a text; Data is what a code encodes.
 class TORXBasePoly : public TPropItem<TORX2DItem> {
-public:
+  public:
     TORXBasePoly(TORXBaseLabel* owner, bool preview) : TPropItem(owner, TQVLItemType::itPolyText, preview) {}
 
     TQVLPolyType PolyType() const { return fPolyType; }
@@ -66,7 +66,9 @@ public:
     float Factor() const { return fFactor; }  // module size factor of the codes
     void SetFactor(float f) { SetField<TORXFloatCmd>(fFactor, f, PolyProp::kFactor); }
     std::int64_t BarcodeType() const { return fBarcodeType; }
-    void SetBarcodeType(std::int64_t t) { SetField<TORXBaseValueCmd>(fBarcodeType, t, PolyProp::kBarcodeType); }
+    void SetBarcodeType(std::int64_t t) {
+        SetField<TORXBaseValueCmd>(fBarcodeType, t, PolyProp::kBarcodeType);
+    }
     float BarHeight() const { return fBarHeight; }
     void SetBarHeight(float mm) { SetField<TORXFloatCmd>(fBarHeight, mm, PolyProp::kBarHeight); }
     float BarWidth() const { return fBarWidth; }
@@ -88,18 +90,19 @@ public:
     std::string ShownText() const;  // the lines of Items, or Data when there are none
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
-    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) override;
+    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                    TQVLRef& ref) override;
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
     std::string GetTextProp(std::uint16_t p) const override;  // Items as JSON text
     void SetTextProp(std::uint16_t p, const std::string& v) override;
 
-protected:
+  protected:
     bool* BoolField(std::uint16_t p) override;
     std::string* TextField(std::uint16_t p) override;
     float* FloatField(std::uint16_t p) override;
@@ -130,7 +133,7 @@ protected:
 // The multi-purpose item filled from data: its keys follow the item's own, "Data" being shared.
 // AddParenthesis writes GS1 application identifiers in parentheses; IA is the identifier prefix.
 class TORXDataPoly : public TORXBasePoly {
-public:
+  public:
     using TORXBasePoly::TORXBasePoly;
 
     TQVLFillType FillType() const { return fFillType; }
@@ -150,7 +153,7 @@ public:
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
 
-protected:
+  protected:
     bool* BoolField(std::uint16_t p) override;
     std::string* TextField(std::uint16_t p) override;
 

@@ -52,8 +52,9 @@ bool ParseSizeValue(std::string_view value, std::int32_t& size) {
 }
 
 class TParseState {
-public:
-    TParseState(const TRichTextFormat& base, TQVLHorzAlign align) : fFormat(base), fBaseAlign(align), fAlign(align) {}
+  public:
+    TParseState(const TRichTextFormat& base, TQVLHorzAlign align)
+        : fFormat(base), fBaseAlign(align), fAlign(align) {}
 
     void Emit(bool lineBreak) {
         if (fPending.empty() && !lineBreak) return;
@@ -96,7 +97,7 @@ public:
     std::string fPending;
     TRichTextParseResult fResult;
 
-private:
+  private:
     TRichTextFormat fFormat;
     std::vector<TRichTextFormat> fStack;
     TQVLHorzAlign fBaseAlign;

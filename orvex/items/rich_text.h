@@ -41,7 +41,7 @@ struct TRichTextParseResult {
 };
 
 class TRichTextParser {
-public:
+  public:
     // Never fails: unknown tags and bad values are ignored, an unterminated tag runs to the end.
     static TRichTextParseResult Parse(std::string_view text, const TRichTextFormat& baseFormat,
                                       TQVLHorzAlign baseAlign);

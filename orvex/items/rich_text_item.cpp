@@ -139,7 +139,8 @@ std::size_t TORXBaseRichText::RichPosToPlainPos(std::size_t pos) const {
     return plain;
 }
 
-bool TORXBaseRichText::GetSegmentAtPlainPos(std::size_t pos, std::int32_t& segment, std::size_t& offset) const {
+bool TORXBaseRichText::GetSegmentAtPlainPos(std::size_t pos, std::int32_t& segment,
+                                            std::size_t& offset) const {
     const TRichTextParseResult parsed = Parse();
     std::size_t start = 0;
     for (std::size_t i = 0; i < parsed.Segments.size(); ++i) {
@@ -231,10 +232,14 @@ std::string* TORXBaseRichText::TextField(std::uint16_t p) {
 
 float* TORXBaseRichText::FloatField(std::uint16_t p) {
     switch (p) {
-        case TextProp::kPaddingX: return &fPaddingX;
-        case TextProp::kPaddingY: return &fPaddingY;
-        case TextProp::kInterline: return &fInterline;
-        default: return nullptr;
+        case TextProp::kPaddingX:
+            return &fPaddingX;
+        case TextProp::kPaddingY:
+            return &fPaddingY;
+        case TextProp::kInterline:
+            return &fInterline;
+        default:
+            return nullptr;
     }
 }
 
@@ -293,8 +298,8 @@ void TORXBaseRichText::ReadJson(std::int32_t version, const TJSON& obj) {
     fInterline = static_cast<float>(U::GetFloat(obj, "Interline"));
 }
 
-void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                                float factor, bool flag) const {
+void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                                TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     const TQVLRect box = BoxOf(*this);
@@ -329,23 +334,33 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
     std::int64_t top = AdjustRectPos(frame, 0, total, TQVLHorzAlign::haLeft, fVertAlign).Top;
 
     std::vector<std::string> backs;  // segment backgrounds go under the text
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, box, unit));
+    // Runs meet at their own spaces, which a viewer would otherwise drop at each run's edge.
+    std::string text = fmt::format("<text xml:space=\"preserve\"{}{}>", SvgFontAttributes(fFont, unit),
+                                   SvgRotation(fAngle, box, unit));
     for (const auto& line : lines) {
         const std::int64_t height = line.Height > 0 ? line.Height : metrics.LineHeight(fFont);
         const TQVLHorzAlign align = line.Segments.empty() ? fHorzAlign : line.Segments.front()->Align;
         std::int64_t x = AdjustRectPos(frame, line.Width, height, align, TQVLVertAlign::vaTop).Left;
         const std::int64_t y = top + (line.Ascent > 0 ? line.Ascent : metrics.Ascent(fFont));
+        bool first = true;
         for (const TRichTextSegment* seg : line.Segments) {
             const TQVLFont font = FontOf(parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)]);
             const std::int64_t width = metrics.TextWidth(seg->Text, font);
             if (!seg->Text.empty()) {
                 const TAlphaColor back = parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)].BackColor;
                 if (AlphaOf(back) != 0) {
-                    const TQVLRect r(x, y - metrics.Ascent(font), x + width, y - metrics.Ascent(font) + height);
-                    backs.push_back(SvgBoxRect(r, 0.0f, unit, SvgFill(back, true) + SvgRotation(fAngle, box, unit)));
+                    const TQVLRect r(x, y - metrics.Ascent(font), x + width,
+                                     y - metrics.Ascent(font) + height);
+                    backs.push_back(
+                        SvgBoxRect(r, 0.0f, unit, SvgFill(back, true) + SvgRotation(fAngle, box, unit)));
                 }
-                text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(x, unit), SvgLength(y, unit),
-                                    SvgFontAttributes(font, unit), SvgEscape(seg->Text));
+                // Only a line's first run is placed: the others follow the real glyphs of the viewer.
+                const std::string at =
+                    first ? fmt::format(" x=\"{}\" y=\"{}\"", SvgLength(x, unit), SvgLength(y, unit))
+                          : std::string{};
+                text += fmt::format("<tspan{}{}>{}</tspan>", at, SvgFontAttributes(font, unit),
+                                    SvgEscape(seg->Text));
+                first = false;
             }
             x += width;
         }
@@ -358,7 +373,8 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
 
 void TORXBaseRichText::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
     (void)baseSet;
-    set = set & TQVLInsTypes{TQVLInsType::inFont, TQVLInsType::inText, TQVLInsType::inBackColor, TQVLInsType::inFill};
+    set = set & TQVLInsTypes{TQVLInsType::inFont, TQVLInsType::inText, TQVLInsType::inBackColor,
+                             TQVLInsType::inFill};
 }
 
 }  // namespace Orvex

@@ -64,15 +64,17 @@ bool PickBox(const TQVLRect& r, std::int64_t x, std::int64_t y, std::int32_t tol
     return inner.IsEmpty() || !(inner.Left < x && x < inner.Right && inner.Top < y && y < inner.Bottom);
 }
 
-void FitRect(const TQVLRect& r, std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) {
+void FitRect(const TQVLRect& r, std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+             std::int64_t& maxY) {
     const auto lower = [](std::int64_t& e, std::int64_t v) { e = (e == -1 || v < e) ? v : e; };
     const auto upper = [](std::int64_t& e, std::int64_t v) { e = (e == -1 || v > e) ? v : e; };
     lower(minX, r.Left), upper(maxX, r.Right), lower(minY, r.Top), upper(maxY, r.Bottom);
 }
 
 std::string SvgFontAttributes(const TQVLFont& font, TQVLUnits unit) {
-    std::string out = fmt::format(" font-family=\"{}\" font-size=\"{}\"{}", SvgEscape(font.Name),
-                                  SvgNumber(MillimetresInUnit(font.FontHeight, unit)), SvgFill(font.FontColor, true));
+    std::string out =
+        fmt::format(" font-family=\"{}\" font-size=\"{}\"{}", SvgEscape(font.Name),
+                    SvgNumber(MillimetresInUnit(font.FontHeight, unit)), SvgFill(font.FontColor, true));
     if (font.Bold) out += " font-weight=\"bold\"";
     if (font.Italic) out += " font-style=\"italic\"";
     if (font.Underline || font.Strikeout)
@@ -84,20 +86,22 @@ std::string SvgFontAttributes(const TQVLFont& font, TQVLUnits unit) {
 std::string SvgRotation(TQVLAngle angle, const TQVLRect& box, TQVLUnits unit) {
     if (angle == TQVLAngle::ag0) return {};
     return fmt::format(" transform=\"rotate({} {} {})\"", 90 * static_cast<int>(angle),
-                       SvgLength((box.Left + box.Right) / 2, unit), SvgLength((box.Top + box.Bottom) / 2, unit));
+                       SvgLength((box.Left + box.Right) / 2, unit),
+                       SvgLength((box.Top + box.Bottom) / 2, unit));
 }
 
 std::string SvgBoxRect(const TQVLRect& r, float radiusMM, TQVLUnits unit, const std::string& paint) {
     std::string rounded;
     if (radiusMM > 0.0f) rounded = fmt::format(" rx=\"{}\"", SvgNumber(MillimetresInUnit(radiusMM, unit)));
     return fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}{}/>", SvgLength(r.Left, unit),
-                       SvgLength(r.Top, unit), SvgLength(r.GetWidth(), unit), SvgLength(r.GetHeight(), unit), rounded,
-                       paint);
+                       SvgLength(r.Top, unit), SvgLength(r.GetWidth(), unit), SvgLength(r.GetHeight(), unit),
+                       rounded, paint);
 }
 
 // [SECTION] Shared text item
 
-TORXTextItem::TORXTextItem(TORXBaseLabel* owner, TQVLItemType type, bool preview) : TPropItem(owner, type, preview) {
+TORXTextItem::TORXTextItem(TORXBaseLabel* owner, TQVLItemType type, bool preview)
+    : TPropItem(owner, type, preview) {
     fBackColor = 0;
 }
 
@@ -108,8 +112,8 @@ TQVLRect TORXTextItem::Box() const {
 }
 
 std::vector<TTextLinePos> TORXTextItem::TextLines() const {
-    return PosBaseLinesText(WrapText(fText, fFont, 0, QVLTextMetrics()), fFont, Box(), fHorzAlign, fVertAlign, fAngle,
-                            MM(fPaddingX), MM(fPaddingY), 0, QVLTextMetrics());
+    return PosBaseLinesText(WrapText(fText, fFont, 0, QVLTextMetrics()), fFont, Box(), fHorzAlign, fVertAlign,
+                            fAngle, MM(fPaddingX), MM(fPaddingY), 0, QVLTextMetrics());
 }
 
 bool TORXTextItem::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
@@ -117,11 +121,13 @@ bool TORXTextItem::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, 
     return PickBox(Box(), x, y, tolerance, true);  // the glyphs fill the box: any point of it picks the text
 }
 
-bool TORXTextItem::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXTextItem::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                              TQVLRef& ref) {
     return SnapBox(this, Box(), x, y, tolerance, snap, ref);
 }
 
-void TORXTextItem::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+void TORXTextItem::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                            std::int64_t& maxY) const {
     FitRect(Box(), minX, maxX, minY, maxY);  // the box is the ink: no pen runs around a text
 }
 
@@ -131,21 +137,27 @@ void TORXTextItem::UpdateBounds() {
 
 void TORXTextItem::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
     (void)baseSet;
-    set = set & TQVLInsTypes{TQVLInsType::inFont, TQVLInsType::inText, TQVLInsType::inBackColor, TQVLInsType::inFill,
-                             TQVLInsType::inData};
+    set = set & TQVLInsTypes{TQVLInsType::inFont, TQVLInsType::inText, TQVLInsType::inBackColor,
+                             TQVLInsType::inFill, TQVLInsType::inData};
 }
 
-void TORXTextItem::WriteSVGText(std::vector<std::string>& body, const std::vector<TTextLinePos>& lines) const {
+void TORXTextItem::WriteSVGText(std::vector<std::string>& body,
+                                const std::vector<TTextLinePos>& lines) const {
     const TQVLUnits unit = fOwner->Units();
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, Box(), unit));
-    for (const auto& line : lines)
-        text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>", SvgLength(line.X, unit), SvgLength(line.Y, unit),
-                            SvgEscape(line.Text));
+    std::string text =
+        fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, Box(), unit));
+    for (const auto& line : lines) {
+        std::string spread;
+        if (line.Spread > 0)
+            spread = fmt::format(" textLength=\"{}\" lengthAdjust=\"spacing\"", SvgLength(line.Spread, unit));
+        text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(line.X, unit),
+                            SvgLength(line.Y, unit), spread, SvgEscape(line.Text));
+    }
     body.push_back(text + "</text>");
 }
 
-void TORXTextItem::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXTextItem::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
@@ -160,51 +172,76 @@ TAlphaColor* TORXTextItem::ColorField(std::uint16_t p) {
 
 bool* TORXTextItem::BoolField(std::uint16_t p) {
     switch (p) {
-        case TextProp::kBold: return &fFont.Bold;
-        case TextProp::kItalic: return &fFont.Italic;
-        case TextProp::kUnderline: return &fFont.Underline;
-        case TextProp::kStrikeout: return &fFont.Strikeout;
-        default: return nullptr;
+        case TextProp::kBold:
+            return &fFont.Bold;
+        case TextProp::kItalic:
+            return &fFont.Italic;
+        case TextProp::kUnderline:
+            return &fFont.Underline;
+        case TextProp::kStrikeout:
+            return &fFont.Strikeout;
+        default:
+            return nullptr;
     }
 }
 
 std::string* TORXTextItem::TextField(std::uint16_t p) {
     switch (p) {
-        case TextProp::kText: return &fText;
-        case TextProp::kFontName: return &fFont.Name;
-        case TextProp::kName: return &fName;
-        case TextProp::kField: return &fField;
-        case TextProp::kData: return &fData;
-        case TextProp::kFormat: return &fFormat;
-        default: return nullptr;
+        case TextProp::kText:
+            return &fText;
+        case TextProp::kFontName:
+            return &fFont.Name;
+        case TextProp::kName:
+            return &fName;
+        case TextProp::kField:
+            return &fField;
+        case TextProp::kData:
+            return &fData;
+        case TextProp::kFormat:
+            return &fFormat;
+        default:
+            return nullptr;
     }
 }
 
 float* TORXTextItem::FloatField(std::uint16_t p) {
     switch (p) {
-        case TextProp::kFontHeight: return &fFont.FontHeight;
-        case TextProp::kRadio: return &fRadio;
-        case TextProp::kPaddingX: return &fPaddingX;
-        case TextProp::kPaddingY: return &fPaddingY;
-        default: return nullptr;
+        case TextProp::kFontHeight:
+            return &fFont.FontHeight;
+        case TextProp::kRadio:
+            return &fRadio;
+        case TextProp::kPaddingX:
+            return &fPaddingX;
+        case TextProp::kPaddingY:
+            return &fPaddingY;
+        default:
+            return nullptr;
     }
 }
 
 std::int64_t TORXTextItem::GetEnumProp(std::uint16_t p) const {
     switch (p) {
-        case TextProp::kHorzAlign: return static_cast<std::int64_t>(fHorzAlign);
-        case TextProp::kVertAlign: return static_cast<std::int64_t>(fVertAlign);
-        case TextProp::kFillType: return static_cast<std::int64_t>(fFillType);
-        default: return TPropItem::GetEnumProp(p);
+        case TextProp::kHorzAlign:
+            return static_cast<std::int64_t>(fHorzAlign);
+        case TextProp::kVertAlign:
+            return static_cast<std::int64_t>(fVertAlign);
+        case TextProp::kFillType:
+            return static_cast<std::int64_t>(fFillType);
+        default:
+            return TPropItem::GetEnumProp(p);
     }
 }
 
 void TORXTextItem::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
-        case TextProp::kHorzAlign: return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
-        case TextProp::kVertAlign: return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
-        case TextProp::kFillType: return SetFillType(EnumOf(v, TQVLFillType::ftImg64));
-        default: return TPropItem::SetEnumProp(p, v);
+        case TextProp::kHorzAlign:
+            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+        case TextProp::kVertAlign:
+            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+        case TextProp::kFillType:
+            return SetFillType(EnumOf(v, TQVLFillType::ftImg64));
+        default:
+            return TPropItem::SetEnumProp(p, v);
     }
 }
 
@@ -251,11 +288,13 @@ void TORXTextItem::ReadBindingKeys(const TJSON& obj) {
 
 // [SECTION] Text
 
-TORXBaseText::TORXBaseText(TORXBaseLabel* owner, bool preview) : TORXTextItem(owner, TQVLItemType::itText, preview) {
+TORXBaseText::TORXBaseText(TORXBaseLabel* owner, bool preview)
+    : TORXTextItem(owner, TQVLItemType::itText, preview) {
     UpdatePoints();  // even an empty text is one line high
 }
 
-TORXBaseText::TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseText(owner, preview) {
+TORXBaseText::TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+    : TORXBaseText(owner, preview) {
     fLayer = layer;
 }
 
@@ -266,7 +305,8 @@ TQVLSPoint TORXBaseText::Position(const TORXBaseDraw& draw) const {
 std::vector<TTextLinePos> TORXBaseText::TextLines() const {
     std::vector<TTextLinePos> lines = TORXTextItem::TextLines();
     // The horizontal scale stretches each line from its left end.
-    for (auto& line : lines) line.Width = static_cast<std::int64_t>(static_cast<double>(line.Width) * Scale());
+    for (auto& line : lines)
+        line.Width = static_cast<std::int64_t>(static_cast<double>(line.Width) * Scale());
     return lines;
 }
 
@@ -279,7 +319,8 @@ void TORXBaseText::UpdatePoints() {
     width = static_cast<std::int64_t>(static_cast<double>(width) * Scale());
     if (fDispWidth > 0.0f) width = MM(fDispWidth) - 2 * MM(fPaddingX);
     const std::int64_t w = width + 2 * MM(fPaddingX);
-    const std::int64_t h = static_cast<std::int64_t>(lines.size()) * metrics.LineHeight(fFont) + 2 * MM(fPaddingY);
+    const std::int64_t h =
+        static_cast<std::int64_t>(lines.size()) * metrics.LineHeight(fFont) + 2 * MM(fPaddingY);
     const bool turned = fAngle == TQVLAngle::ag90 || fAngle == TQVLAngle::ag270;
     fPoints[1] = TQVLPto{fPoints[0].X + (turned ? h : w), fPoints[0].Y + (turned ? w : h)};
     fBoundsRect = Box();
@@ -354,20 +395,22 @@ void TORXBaseText::ReadJson(std::int32_t version, const TJSON& obj) {
     UpdatePoints();
 }
 
-void TORXBaseText::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXBaseText::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
     if (HasBackground()) body.push_back(SvgBoxRect(Box(), fRadio, unit, SvgFill(fBackColor, true)));
     const auto lines = TextLines();
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, Box(), unit));
+    std::string text =
+        fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, Box(), unit));
     for (const auto& line : lines) {
         std::string stretch;
         if (Scale() != 1.0 && !line.Text.empty())
-            stretch = fmt::format(" textLength=\"{}\" lengthAdjust=\"spacingAndGlyphs\"", SvgLength(line.Width, unit));
-        text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(line.X, unit), SvgLength(line.Y, unit),
-                            stretch, SvgEscape(line.Text));
+            stretch = fmt::format(" textLength=\"{}\" lengthAdjust=\"spacingAndGlyphs\"",
+                                  SvgLength(line.Width, unit));
+        text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(line.X, unit),
+                            SvgLength(line.Y, unit), stretch, SvgEscape(line.Text));
     }
     body.push_back(text + "</text>");
     body.push_back("</g>");
@@ -386,11 +429,13 @@ void TORXBaseText::PropChanged(std::uint16_t p) {
 
 // [SECTION] Paragraph
 
-TORXBasePara::TORXBasePara(TORXBaseLabel* owner, bool preview) : TORXTextItem(owner, TQVLItemType::itPara, preview) {
-    fHorzAlign = TQVLHorzAlign::haJustify;
+TORXBasePara::TORXBasePara(TORXBaseLabel* owner, bool preview)
+    : TORXTextItem(owner, TQVLItemType::itPara, preview) {
+    fHorzAlign = TQVLHorzAlign::haJustify;  // paragraphs are set as blocks unless told otherwise
 }
 
-TORXBasePara::TORXBasePara(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBasePara(owner, preview) {
+TORXBasePara::TORXBasePara(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+    : TORXBasePara(owner, preview) {
     fLayer = layer;
 }
 
@@ -408,9 +453,10 @@ TQVLSPoint TORXBasePara::Position(const TORXBaseDraw& draw) const {
 std::vector<TTextLinePos> TORXBasePara::TextLines() const {
     const TQVLRect frame = AdjustRect(Box(), fAngle);
     const ITextMetrics& metrics = QVLTextMetrics();
-    const auto lines = WrapText(ShownText(), fFont, frame.GetWidth() - 2 * MM(fPaddingX), metrics);
-    auto out = PosBaseLinesText(lines, fFont, Box(), fHorzAlign, fVertAlign, fAngle, MM(fPaddingX), MM(fPaddingY),
-                                MM(fInterline), metrics);
+    std::vector<bool> ends;
+    const auto lines = WrapText(ShownText(), fFont, frame.GetWidth() - 2 * MM(fPaddingX), metrics, &ends);
+    auto out = PosBaseLinesText(lines, fFont, Box(), fHorzAlign, fVertAlign, fAngle, MM(fPaddingX),
+                                MM(fPaddingY), MM(fInterline), metrics, &ends);
     for (auto& line : out) line.X += MM(fBaseX), line.Y += MM(fBaseY);
     return out;
 }
@@ -474,8 +520,8 @@ void TORXBasePara::ReadJson(std::int32_t version, const TJSON& obj) {
     fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
     fPaddingY = static_cast<float>(U::GetFloat(obj, "PaddingY"));
     // Older drawings named the line spacing "LineSize".
-    const char* interline = obj.is_object() && !obj.contains("Interline") && obj.contains("LineSize") ? "LineSize"
-                                                                                                       : "Interline";
+    const char* interline =
+        obj.is_object() && !obj.contains("Interline") && obj.contains("LineSize") ? "LineSize" : "Interline";
     fInterline = static_cast<float>(U::GetFloat(obj, interline));
     fIncreaseHeight = U::GetBool(obj, "IncreaseHeight");
     fDecreaseHeight = U::GetBool(obj, "DecreaseHeight");

@@ -23,7 +23,17 @@ namespace Orvex {
 
 enum class TQVLPolyType : std::uint8_t { poText, poBarcode, poQR, poDataMatrix };
 enum class TQVLFillType : std::uint8_t {
-    ftNone, ftField, ftCounter, ftJson, ftCsv, ftAsk, ftList, ftFieldCount, ftJsonCount, ftCsvCount, ftImg64
+    ftNone,
+    ftField,
+    ftCounter,
+    ftJson,
+    ftCsv,
+    ftAsk,
+    ftList,
+    ftFieldCount,
+    ftJsonCount,
+    ftCsvCount,
+    ftImg64
 };
 
 // Property indexes of the text kinds (undo commands carry them).
@@ -65,7 +75,7 @@ inline constexpr std::uint16_t kRichContentCount = 7;
 // What texts, paragraphs and data texts share: the text, its font, alignment, padding, a rounded
 // background and the data binding ("FillType", "Field", "Data", "Format").
 class TORXTextItem : public TPropItem<TORX2DItem> {
-public:
+  public:
     TORXTextItem(TORXBaseLabel* owner, TQVLItemType type, bool preview);
 
     const std::string& Text() const { return fText; }
@@ -103,16 +113,18 @@ public:
     // Where the lines stand, in the text's own frame (see orvex/items/text_place.h).
     virtual std::vector<TTextLinePos> TextLines() const;
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
-    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) override;
-    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const override;
+    bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                    TQVLRef& ref) override;
+    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                  std::int64_t& maxY) const override;
     void UpdateBounds() override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
 
-protected:
+  protected:
     TAlphaColor* ColorField(std::uint16_t p) override;
     bool* BoolField(std::uint16_t p) override;
     std::string* TextField(std::uint16_t p) override;
@@ -143,7 +155,7 @@ protected:
 // A text whose box follows its content: point 1 is the top-left corner, point 2 follows from the text,
 // font, paddings, horizontal scale and display width, turned with the angle.
 class TORXBaseText : public TORXTextItem {
-public:
+  public:
     TORXBaseText(TORXBaseLabel* owner, bool preview);
     TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview);
 
@@ -161,11 +173,11 @@ public:
     void RotateRight() override;
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
-    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
-                  bool flag) const override;
+    void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                  float factor, bool flag) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;  // an undone turn resizes at once
 
-protected:
+  protected:
     float* FloatField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
     void Turn(int quarters);
@@ -180,7 +192,7 @@ protected:
 // show a part of the text (byte positions, ToPos 0 to the end), so that one text can flow over several
 // paragraphs; BaseX and BaseY move the lines within the box; TextPos is kept for the host.
 class TORXBasePara : public TORXTextItem {
-public:
+  public:
     TORXBasePara(TORXBaseLabel* owner, bool preview);
     TORXBasePara(TORXBaseLabel* owner, TORXLayer* layer, bool preview);
 
@@ -210,7 +222,7 @@ public:
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
 
-protected:
+  protected:
     bool* BoolField(std::uint16_t p) override;
     float* FloatField(std::uint16_t p) override;
     std::int64_t* IntField(std::uint16_t p) override;
@@ -232,7 +244,7 @@ protected:
 // not in the library yet, so the item carries the table kind; the headless factory still keeps table
 // items as they are read.
 class TORXBaseData : public TORXTextItem {
-public:
+  public:
     TORXBaseData(TORXBaseLabel* owner, bool preview) : TORXTextItem(owner, TQVLItemType::itTable, preview) {}
 
     bool FillBackground() const { return fFillBackground; }
@@ -240,7 +252,7 @@ public:
     TJSON WriteJson() const override;
     void ReadJson(std::int32_t version, const TJSON& obj) override;
 
-protected:
+  protected:
     bool* BoolField(std::uint16_t p) override;
     bool HasBackground() const override { return fFillBackground; }
 

@@ -32,8 +32,8 @@ std::size_t CodePointCount(std::string_view text) {
 std::int64_t TApproxTextMetrics::TextWidth(std::string_view text, const TQVLFont& font) const {
     double advance = IsMonospaced(font) ? 0.6 : 0.5;
     if (font.Bold) advance *= 1.1;
-    return static_cast<std::int64_t>(
-        std::llround(static_cast<double>(CodePointCount(text)) * advance * static_cast<double>(HeightBase(font))));
+    return static_cast<std::int64_t>(std::llround(static_cast<double>(CodePointCount(text)) * advance *
+                                                  static_cast<double>(HeightBase(font))));
 }
 
 std::int64_t TApproxTextMetrics::LineHeight(const TQVLFont& font) const {

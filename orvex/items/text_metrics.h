@@ -12,7 +12,7 @@ namespace Orvex {
 
 // Lengths in base units for a font whose height (TQVLFont::FontHeight) is in millimetres.
 class ITextMetrics {
-public:
+  public:
     virtual ~ITextMetrics() = default;
     virtual std::int64_t TextWidth(std::string_view text, const TQVLFont& font) const = 0;  // one line
     virtual std::int64_t LineHeight(const TQVLFont& font) const = 0;  // baseline to baseline
@@ -22,7 +22,7 @@ public:
 // Without a font engine: an average advance of half the height per character (0.6 for monospaced fonts,
 // bold 10 % wider), lines 1.2 times the height apart, the baseline at 0.8 of the height.
 class TApproxTextMetrics final : public ITextMetrics {
-public:
+  public:
     std::int64_t TextWidth(std::string_view text, const TQVLFont& font) const override;
     std::int64_t LineHeight(const TQVLFont& font) const override;
     std::int64_t Ascent(const TQVLFont& font) const override;

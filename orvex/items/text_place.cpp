@@ -49,8 +49,13 @@ TQVLPto64 AdjustPos(std::int64_t x, std::int64_t y, std::int64_t width, std::int
 }
 
 std::vector<std::string> WrapText(std::string_view text, const TQVLFont& font, std::int64_t width,
-                                  const ITextMetrics& metrics) {
+                                  const ITextMetrics& metrics, std::vector<bool>* ends) {
     std::vector<std::string> lines;
+    if (ends != nullptr) ends->clear();
+    const auto push = [&](std::string line, bool last) {
+        lines.push_back(std::move(line));
+        if (ends != nullptr) ends->push_back(last);
+    };
     std::size_t start = 0;
     while (true) {
         const std::size_t end = text.find('\n', start);
@@ -64,7 +69,7 @@ std::vector<std::string> WrapText(std::string_view text, const TQVLFont& font, s
             const std::string_view word = para.substr(pos, space == para.npos ? para.npos : space - pos);
             const std::string candidate = line.empty() ? std::string(word) : line + " " + std::string(word);
             if (width > 0 && !line.empty() && metrics.TextWidth(candidate, font) > width) {
-                lines.push_back(line);
+                push(line, false);
                 line = std::string(word);
             } else {
                 line = candidate;
@@ -73,7 +78,7 @@ std::vector<std::string> WrapText(std::string_view text, const TQVLFont& font, s
             if (space == para.npos) break;
             pos = space + 1;
         }
-        if (any || para.empty()) lines.push_back(line);
+        if (any || para.empty()) push(line, true);
         if (end == std::string_view::npos) break;
         start = end + 1;
     }
@@ -83,7 +88,8 @@ std::vector<std::string> WrapText(std::string_view text, const TQVLFont& font, s
 std::vector<TTextLinePos> PosBaseLinesText(const std::vector<std::string>& lines, const TQVLFont& font,
                                            const TQVLRect& box, TQVLHorzAlign h, TQVLVertAlign v,
                                            TQVLAngle angle, std::int64_t padX, std::int64_t padY,
-                                           std::int64_t interline, const ITextMetrics& metrics) {
+                                           std::int64_t interline, const ITextMetrics& metrics,
+                                           const std::vector<bool>* ends) {
     TQVLRect frame = AdjustRect(box, angle);
     frame.Inflate(-padX, -padY);
     const std::int64_t lineHeight = metrics.LineHeight(font);
@@ -93,10 +99,13 @@ std::vector<TTextLinePos> PosBaseLinesText(const std::vector<std::string>& lines
     const TQVLRect block = AdjustRectPos(frame, frame.GetWidth(), blockHeight, TQVLHorzAlign::haLeft, v);
     std::vector<TTextLinePos> out;
     std::int64_t top = block.Top;
-    for (const auto& text : lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string& text = lines[i];
         const std::int64_t width = metrics.TextWidth(text, font);
         const TQVLRect at = AdjustRectPos(frame, width, lineHeight, h, TQVLVertAlign::vaTop);
-        out.push_back(TTextLinePos{text, at.Left, top + ascent, width});
+        const bool last = ends != nullptr && i < ends->size() ? (*ends)[i] : i + 1 == lines.size();
+        const bool spread = h == TQVLHorzAlign::haJustify && !last && text.find(' ') != std::string::npos;
+        out.push_back(TTextLinePos{text, at.Left, top + ascent, width, spread ? frame.GetWidth() : 0});
         top += lineHeight + interline;
     }
     return out;
@@ -135,7 +144,8 @@ TPoint PosPrintText(const TORXBaseDraw& draw, const TTextLinePos& line) {
 TRectF PrintTxtPos(const TORXBaseDraw& draw, const TQVLRect& rect) {
     using Qvl::Utils::PrintFromBaseX;
     using Qvl::Utils::PrintFromBaseY;
-    return {static_cast<float>(PrintFromBaseX(rect.Left, draw)), static_cast<float>(PrintFromBaseY(rect.Top, draw)),
+    return {static_cast<float>(PrintFromBaseX(rect.Left, draw)),
+            static_cast<float>(PrintFromBaseY(rect.Top, draw)),
             static_cast<float>(PrintFromBaseX(rect.Right, draw)),
             static_cast<float>(PrintFromBaseY(rect.Bottom, draw))};
 }

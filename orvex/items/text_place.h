@@ -21,11 +21,13 @@ namespace Orvex {
 class ITextMetrics;
 
 // One line placed in the text's frame: X its left end, Y its baseline, Width its advance (base units).
+// Spread is the width a justified line is stretched to (0: the line keeps its own width).
 struct TTextLinePos {
     std::string Text;
     std::int64_t X = 0;
     std::int64_t Y = 0;
     std::int64_t Width = 0;
+    std::int64_t Spread = 0;
     friend bool operator==(const TTextLinePos&, const TTextLinePos&) = default;
 };
 
@@ -41,16 +43,18 @@ TQVLPto64 AdjustPos(std::int64_t x, std::int64_t y, std::int64_t width, std::int
                     TQVLVertAlign v);
 
 // The words of text broken into lines no wider than width (a longer word stands alone); "\n" always
-// breaks. Width <= 0 breaks only at "\n".
+// breaks. Width <= 0 breaks only at "\n". ends, when given, tells which lines end a paragraph.
 std::vector<std::string> WrapText(std::string_view text, const TQVLFont& font, std::int64_t width,
-                                  const ITextMetrics& metrics);
+                                  const ITextMetrics& metrics, std::vector<bool>* ends = nullptr);
 
 // Lines in the box less the paddings, aligned as a block; interline is extra space between lines (base
-// units). Justified lines keep their left end; the painter spreads their words to the frame's width.
+// units). Justified lines start at the left and spread to the frame's width, except those that end a
+// paragraph (ends, from WrapText; without it only the last line).
 std::vector<TTextLinePos> PosBaseLinesText(const std::vector<std::string>& lines, const TQVLFont& font,
                                            const TQVLRect& box, TQVLHorzAlign h, TQVLVertAlign v,
                                            TQVLAngle angle, std::int64_t padX, std::int64_t padY,
-                                           std::int64_t interline, const ITextMetrics& metrics);
+                                           std::int64_t interline, const ITextMetrics& metrics,
+                                           const std::vector<bool>* ends = nullptr);
 TTextLinePos PosBaseText(std::string_view text, const TQVLFont& font, const TQVLRect& box, TQVLHorzAlign h,
                          TQVLVertAlign v, TQVLAngle angle, std::int64_t padX, std::int64_t padY,
                          const ITextMetrics& metrics);

@@ -214,12 +214,12 @@ TEST(DrawingJsonTest, WritingWhatWasReadGivesTheSameText) {
 
 TEST(DrawingJsonTest, KindKeysTheFamilyDoesNotKnowPassThrough) {
     TORXHeadlessLabel doc;
-    const TJSON barcode{{"Type", 12}, {"InID", 1}, {"ID", "Barcode001"}, {"Data", "Hello"}, {"BarHeight", 5}};
-    doc.ReadJson(Envelope(0, TJSON::array({barcode})));
+    const TJSON text{{"Type", 16}, {"InID", 1}, {"ID", "Image001"}, {"Text", "Hello"}, {"FontHeight", 5}};
+    doc.ReadJson(Envelope(0, TJSON::array({text})));
     const TJSON out = doc.GetItem(0)->WriteJson();
-    EXPECT_EQ(out["Data"], "Hello");
-    EXPECT_EQ(out["BarHeight"], 5);
-    EXPECT_EQ(Keys(out).back(), "BarHeight");
+    EXPECT_EQ(out["Text"], "Hello");
+    EXPECT_EQ(out["FontHeight"], 5);
+    EXPECT_EQ(Keys(out).back(), "FontHeight");
 }
 
 TEST(DrawingFileTest, NotJsonOrNotAnObjectIsRefusedAndTheDocumentKept) {

@@ -31,9 +31,9 @@ TEST(FlowItemsTest, KeysInOrderAndBothPaddingsReadFromTheHorizontalOne) {
         if (after) keys.push_back(key);
         after = after || key == "Filled";
     }
-    EXPECT_EQ(keys, (std::vector<std::string>{"FlowType", "LineType", "HorzAlign", "VertAlign", "PaddingX", "PaddingY",
-                                              "ShadowColor", "ShadowDX", "ShadowDY", "Gradient", "GradColor", "Font",
-                                              "Interline", "Text", "TextPos"}));
+    EXPECT_EQ(keys, (std::vector<std::string>{"FlowType", "LineType", "HorzAlign", "VertAlign", "PaddingX",
+                                              "PaddingY", "ShadowColor", "ShadowDX", "ShadowDY", "Gradient",
+                                              "GradColor", "Font", "Interline", "Text", "TextPos"}));
     EXPECT_DOUBLE_EQ(obj["PaddingY"].get<double>(), 5.0);
 
     TORXHeadlessLabel copy;

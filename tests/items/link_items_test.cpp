@@ -11,7 +11,7 @@ namespace Orvex {
 namespace {
 
 class LinkItemsTest : public ::testing::Test {
-protected:
+  protected:
     TORXBaseFlow* Flow(const TQVLRect& box) {
         auto* flow = new THeadlessItem<TORXBaseFlow>(&fDoc, false);  // the document owns it
         flow->SetBase(1, box.Left, box.Top);
@@ -39,10 +39,14 @@ TEST_F(LinkItemsTest, SetLinkTypeLeavesThePointCountOfTheType) {
         TQVLinkType Type;
         std::int32_t Points;
     };
-    const TCase cases[] = {{TQVLinkType::ltLeftRightTopBottom, 1}, {TQVLinkType::ltTopBottomLeftRight, 1},
-                           {TQVLinkType::ltStepLineTwoPto, 1},     {TQVLinkType::ltArc, 1},
-                           {TQVLinkType::ltCurve, 0},              {TQVLinkType::ltRoundCorner, 14},
-                           {TQVLinkType::ltPolyline, 14},          {TQVLinkType::ltDirLine, 0},
+    const TCase cases[] = {{TQVLinkType::ltLeftRightTopBottom, 1},
+                           {TQVLinkType::ltTopBottomLeftRight, 1},
+                           {TQVLinkType::ltStepLineTwoPto, 1},
+                           {TQVLinkType::ltArc, 1},
+                           {TQVLinkType::ltCurve, 0},
+                           {TQVLinkType::ltRoundCorner, 14},
+                           {TQVLinkType::ltPolyline, 14},
+                           {TQVLinkType::ltDirLine, 0},
                            {TQVLinkType::ltPolyline, 0}};
     for (const auto& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.Type));

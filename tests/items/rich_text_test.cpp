@@ -82,7 +82,8 @@ TEST(RichTextParserTest, LineBreaksComeOnlyFromTheBreakTag) {
 }
 
 TEST(RichTextParserTest, AlignmentTagsAndIgnoredTags) {
-    const auto r = TRichTextParser::Parse("a<C>b<R>c</L>d<NBR><X:1>e", TRichTextFormat{}, TQVLHorzAlign::haRight);
+    const auto r =
+        TRichTextParser::Parse("a<C>b<R>c</L>d<NBR><X:1>e", TRichTextFormat{}, TQVLHorzAlign::haRight);
     ASSERT_EQ(r.Segments.size(), 5u);
     EXPECT_EQ(r.Segments[0].Align, TQVLHorzAlign::haRight);
     EXPECT_EQ(r.Segments[1].Align, TQVLHorzAlign::haCenter);
@@ -99,8 +100,9 @@ TEST(RichTextParserTest, UnterminatedTagRunsToTheEnd) {
 
 TEST(RichTextParserTest, ComposeParsesBackToTheSameSegments) {
     const TRichTextFormat base;
-    for (const char* text : {"a<B>b</B>c", "<FN:Courier><FS:14><FC:80FF0000><BC:00FF00>x</BC>y</FC></FS></FN>z",
-                             "l<C>c<BR>d</C><R>r<U><S><I>u</I></S></U>", "<BR><BR>"}) {
+    for (const char* text :
+         {"a<B>b</B>c", "<FN:Courier><FS:14><FC:80FF0000><BC:00FF00>x</BC>y</FC></FS></FN>z",
+          "l<C>c<BR>d</C><R>r<U><S><I>u</I></S></U>", "<BR><BR>"}) {
         SCOPED_TRACE(text);
         const auto first = TRichTextParser::Parse(text, base, TQVLHorzAlign::haLeft);
         const std::string composed = TRichTextParser::Compose(first, base, TQVLHorzAlign::haLeft);
@@ -116,7 +118,7 @@ TEST(RichTextParserTest, ComposeParsesBackToTheSameSegments) {
 }
 
 class RichTextItemTest : public ::testing::Test {
-protected:
+  protected:
     TORXHeadlessLabel fDoc;
     TORXBaseRichText* fItem = new THeadlessItem<TORXBaseRichText>(&fDoc, false);  // the document owns it
 };

@@ -36,23 +36,26 @@ std::pair<std::string, std::string> RoundTrip(const TORXBaseLabel& doc) {
 
 TEST(TextItemsTest, KindKeysFollowTheCommonKeysInOrder) {
     TORXHeadlessLabel doc;
-    const std::vector<std::string> text{"Text", "Font", "FontHeight", "FontColor", "Bold", "Italic", "Underline",
-                                        "Strikeout", "BackColor", "Filled", "Radio", "HorzAlign", "VertAlign",
-                                        "PaddingX", "PaddingY", "ScaleX", "DispWidth", "Name", "FillType", "Field",
-                                        "Data", "Format"};
+    const std::vector<std::string> text{
+        "Text",      "Font",   "FontHeight", "FontColor", "Bold",      "Italic",   "Underline", "Strikeout",
+        "BackColor", "Filled", "Radio",      "HorzAlign", "VertAlign", "PaddingX", "PaddingY",  "ScaleX",
+        "DispWidth", "Name",   "FillType",   "Field",     "Data",      "Format"};
     EXPECT_EQ(KeysAfter(Make<TORXBaseText>(doc)->WriteJson(), "Points"), text);
-    const std::vector<std::string> para{"Text", "Font", "FontHeight", "FontColor", "Bold", "Italic", "Underline",
-                                        "Strikeout", "BackColor", "Radio", "HorzAlign", "VertAlign", "PaddingX",
-                                        "PaddingY", "Interline", "IncreaseHeight", "DecreaseHeight", "BaseX", "BaseY",
-                                        "TextPos", "FromPos", "ToPos", "Name", "FillType", "Field", "Data", "Format"};
+    const std::vector<std::string> para{
+        "Text",      "Font",           "FontHeight",     "FontColor", "Bold",      "Italic",   "Underline",
+        "Strikeout", "BackColor",      "Radio",          "HorzAlign", "VertAlign", "PaddingX", "PaddingY",
+        "Interline", "IncreaseHeight", "DecreaseHeight", "BaseX",     "BaseY",     "TextPos",  "FromPos",
+        "ToPos",     "Name",           "FillType",       "Field",     "Data",      "Format"};
     EXPECT_EQ(KeysAfter(Make<TORXBasePara>(doc)->WriteJson(), "Points"), para);
-    const std::vector<std::string> data{"Text", "Font", "FontHeight", "FontColor", "Bold", "Italic", "Underline",
-                                        "Strikeout", "BackColor", "FillBackground", "Name"};
+    const std::vector<std::string> data{"Text",      "Font",           "FontHeight", "FontColor",
+                                        "Bold",      "Italic",         "Underline",  "Strikeout",
+                                        "BackColor", "FillBackground", "Name"};
     EXPECT_EQ(KeysAfter(Make<TORXBaseData>(doc)->WriteJson(), "Points"), data);
-    const std::vector<std::string> poly{"PolyType", "Items", "Data", "Filled", "FillColor", "Radio", "HorzAlign",
-                                        "VertAlign", "PaddingX", "PaddingY", "Distance", "Factor", "BarcodeType",
-                                        "BarHeight", "BarWidth", "CheckSum", "CheckType", "AutoType128", "Encoding",
-                                        "ShowNumber", "DMShape", "DMSize"};
+    const std::vector<std::string> poly{"PolyType", "Items",     "Data",        "Filled",    "FillColor",
+                                        "Radio",    "HorzAlign", "VertAlign",   "PaddingX",  "PaddingY",
+                                        "Distance", "Factor",    "BarcodeType", "BarHeight", "BarWidth",
+                                        "CheckSum", "CheckType", "AutoType128", "Encoding",  "ShowNumber",
+                                        "DMShape",  "DMSize"};
     EXPECT_EQ(KeysAfter(Make<TORXBasePoly>(doc)->WriteJson(), "Points"), poly);
     EXPECT_EQ(KeysAfter(Make<TORXDataPoly>(doc)->WriteJson(), "DMSize"),
               (std::vector<std::string>{"FillType", "Field", "Format", "AddParenthesis", "IA"}));
@@ -142,7 +145,10 @@ TEST(TextItemsTest, EachSetterIsOneUndoStepAndOnlyOnChange) {
         {"text position", para, [&] { para->SetTextPos(TQVLTextPos::tpVert); }},
         {"base y", para, [&] { para->SetBaseY(2.0f); }},
         {"poly type", poly, [&] { poly->SetPolyType(TQVLPolyType::poBarcode); }},
-        {"items", poly, [&] { poly->SetItems({"a", "b"}); }},
+        {"items", poly,
+         [&] {
+             poly->SetItems({"a", "b"});
+         }},
         {"barcode type", poly, [&] { poly->SetBarcodeType(7); }},
         {"show number", poly, [&] { poly->SetShowNumber(false); }},
         {"add parenthesis", poly, [&] { poly->SetAddParenthesis(true); }},
@@ -204,6 +210,19 @@ TEST(TextItemsTest, ParagraphBreaksLinesAndGrowsWhenAllowed) {
     EXPECT_EQ(para->ShownText(), "delta epsilon zeta eta");
 }
 
+TEST(TextItemsTest, JustifiedLinesSpreadExceptAtParagraphEnds) {
+    TORXHeadlessLabel doc;
+    auto* para = Make<TORXBasePara>(doc);
+    para->SetBase(2, 20000, 20000);
+    para->SetFontHeight(2.0f);
+    para->SetText("alpha beta gamma delta\nshort\nepsilon zeta eta theta iota");
+    std::vector<std::int64_t> spread;
+    for (const auto& line : para->TextLines()) spread.push_back(line.Spread);
+    EXPECT_EQ(spread, (std::vector<std::int64_t>{20000, 0, 0, 20000, 0}));
+    para->SetHorzAlign(TQVLHorzAlign::haLeft);
+    for (const auto& line : para->TextLines()) EXPECT_EQ(line.Spread, 0);
+}
+
 TEST(TextItemsTest, PickCoversTheBoxAndNotBeyond) {
     TORXHeadlessLabel doc;
     auto* poly = Make<TORXBasePoly>(doc);
@@ -214,7 +233,10 @@ TEST(TextItemsTest, PickCoversTheBoxAndNotBeyond) {
         std::int64_t X, Y;
         bool Hit;
     };
-    const TCase cases[] = {{20000, 15000, true}, {9600, 15000, true}, {9400, 15000, false}, {20000, 20400, true},
+    const TCase cases[] = {{20000, 15000, true},
+                           {9600, 15000, true},
+                           {9400, 15000, false},
+                           {20000, 20400, true},
                            {31000, 15000, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.X * 100000 + c.Y);
@@ -248,7 +270,7 @@ TEST(TextItemsTest, SvgEscapesTextAndTurnsWithTheItem) {
 
 // A host's font engine replaces the approximation everywhere text is measured.
 class TFixedMetrics final : public ITextMetrics {
-public:
+  public:
     std::int64_t TextWidth(std::string_view text, const TQVLFont&) const override {
         return 1000 * static_cast<std::int64_t>(text.size());
     }
