@@ -9,6 +9,19 @@
 
 namespace Orvex::Host {
 
+namespace {
+
+// Some model APIs fill every optional parameter, with null for the ones left out: those count as absent.
+TJSON WithoutNulls(const TJSON& aArguments) {
+    if (!aArguments.is_object()) return aArguments;
+    TJSON arguments = TJSON::object();
+    for (const auto& [key, value] : aArguments.items())
+        if (!value.is_null()) arguments[key] = value;
+    return arguments;
+}
+
+}  // namespace
+
 void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody) {
     TJSON schema = aSchema;
     fServer.RegisterTool(
@@ -17,8 +30,9 @@ void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSche
             // Everything is checked before the body changes anything, so a refused call leaves
             // the drawing as it was.
             try {
-                ValidateArguments(schema, aArgs);
-                return body(aDoc, aArgs);
+                const TJSON arguments = WithoutNulls(aArgs);
+                ValidateArguments(schema, arguments);
+                return body(aDoc, arguments);
             } catch (const EToolArgument& e) {
                 return ErrorResult(e.what());
             }

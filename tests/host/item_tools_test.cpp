@@ -84,6 +84,14 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
     EXPECT_EQ(fDoc.GetItemsCount(), static_cast<std::int32_t>(std::size(cases)));
 }
 
+TEST_F(ItemToolsTest, NullArgumentsCountAsAbsent) {
+    const TJSON line =
+        Ok("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", nullptr}, {"layer", nullptr}});
+    EXPECT_EQ(line["name"], "Line001");
+    EXPECT_EQ(Refused("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", nullptr}}),
+              "missing required argument \"y2\"");
+}
+
 TEST_F(ItemToolsTest, AddToolsStoreTheirPropertiesInTheDrawing) {
     Ok("add_rectangle", {{"x", 0},
                          {"y", 0},
