@@ -368,7 +368,7 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
         "add_flow",
         AddedText(
             "Add a flowchart element (a box of the given shape with centred text) on the active layer. Read "
-            "its id from the result before linking it with add_link."),
+            "its id from the result before linking it with add_link. Default size 40 x 20 mm."),
         Merge(
             {ObjectSchema({{"text", StringProp("Text inside the element; \\n breaks lines.")},
                            {"shape", EnumProp("Shape. Default process (a rectangle); decision is a diamond, "

@@ -22,12 +22,13 @@ TEST_F(InfoToolsTest, CatalogueListsEveryToolWithAClosedSchemaAndADescription) {
         EXPECT_EQ(tool["inputSchema"]["additionalProperties"], false);
     }
     for (const char* expected :
-         {"get_drawing_info", "list_items",   "get_item",     "list_layers",     "setup_drawing",
-          "add_flow",         "add_link",     "add_line",     "add_polyline",    "add_rectangle",
-          "add_polygon",      "add_bezier",   "add_circle",   "add_ellipse",     "add_sector",
-          "add_layer",        "modify_item",  "modify_layer", "delete_item",     "clear_drawing",
-          "load_drawing",     "save_drawing", "load_diagram", "export_document", "begin_update",
-          "end_update",       "undo",         "redo"})
+         {"get_drawing_info", "list_items",     "get_item",      "list_layers",  "setup_drawing",
+          "add_flow",         "add_link",       "add_line",      "add_polyline", "add_rectangle",
+          "add_polygon",      "add_bezier",     "add_circle",    "add_ellipse",  "add_sector",
+          "add_arc",          "add_arrow_line", "add_dimension", "add_text",     "add_paragraph",
+          "add_rich_text",    "add_layer",      "modify_item",   "modify_layer", "delete_item",
+          "clear_drawing",    "load_drawing",   "save_drawing",  "load_diagram", "export_document",
+          "begin_update",     "end_update",     "undo",          "redo"})
         EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
 }
 
