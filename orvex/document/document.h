@@ -214,6 +214,8 @@ public:
     TJSON GetJson() const;                             // a new object; the caller owns it
     std::string GetJsonString(int indent = -1) const;  // compact with -1
     void ReadJson(const TJSON& obj);
+    // The whole drawing as SVG: scale multiplies its size on paper (<= 0 counts as 1); flag paints the
+    // background surface's colour under the items.
     std::string SVG(TQVLExportSVG kind, float scale, bool flag) const;
     bool SaveSVG(const std::string& fileName, TQVLExportSVG kind, float scale, bool flag) const;
 
