@@ -17,6 +17,7 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterParse(app, commands);
     RegisterConvert(app, commands);
     RegisterInfo(app, commands);
+    RegisterServe(app, commands);
 }
 
 }  // namespace OrvexCli

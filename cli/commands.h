@@ -33,5 +33,6 @@ void RegisterAnimate(CLI::App& app, TCommandRegistry& commands);
 void RegisterParse(CLI::App& app, TCommandRegistry& commands);
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands);
 void RegisterInfo(CLI::App& app, TCommandRegistry& commands);
+void RegisterServe(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli

@@ -1,0 +1,191 @@
+// `orvex serve`: exposes one drawing to AI agents over MCP, on HTTP or, with --stdio, over standard input
+// and output. The main thread runs the tools; SIGINT or SIGTERM stops the server cleanly.
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "cli/commands.h"
+#include "host/mcp_stdio.h"
+#include "host/tools/register_tools.h"
+#include "orvex/agent/main_thread.h"
+#include "orvex/agent/mcp_server.h"
+#include "orvex/document/headless.h"
+#include "orvex/io/drawing_file.h"
+
+namespace OrvexCli {
+namespace {
+
+struct TServeArgs {
+    std::uint16_t Port = 3001;
+    std::string Bind = "127.0.0.1";
+    std::string Endpoint = "/mcp";
+    std::string AllowedOrigins;
+    std::int32_t MaxRequestBytes = 8388608;
+    bool LogPayloads = false;
+    std::string Drawing;
+    bool SaveOnExit = false;
+    std::string FilesRoot;
+    std::string InstructionsFile;
+    bool Stdio = false;
+};
+
+// Only this flag is touched by the signal handler: a lock-free atomic store is async-signal-safe.
+std::atomic<bool> gStopRequested{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+extern "C" void OnStopSignal(int) {
+    gStopRequested.store(true);
+}
+
+void InstallSignalHandlers() {
+    struct sigaction action {};
+    action.sa_handler = OnStopSignal;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+std::mutex gLogMutex;
+
+void LogLine(const std::string& aMessage) {
+    std::lock_guard lock(gLogMutex);
+    fmt::print(stderr, "orvex serve: {}\n", aMessage);
+    std::fflush(stderr);
+}
+
+bool ReadWholeFile(const std::string& aFileName, std::string& aText) {
+    std::ifstream in(aFileName, std::ios::binary);
+    if (!in) return false;
+    std::ostringstream text;
+    text << in.rdbuf();
+    aText = text.str();
+    return static_cast<bool>(in) || in.eof();
+}
+
+// Pumps the tool queue until a stop signal, or until aDone holds (the stdio client went away).
+void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* aDone) {
+    while (!gStopRequested.load() && (aDone == nullptr || !aDone->load()))
+        aQueue.PumpOne(std::chrono::milliseconds(100));
+}
+
+int Serve(const TServeArgs& args) {
+    if (args.SaveOnExit && args.Drawing.empty()) {
+        fmt::print(stderr, "orvex: --save-on-exit needs --drawing FILE\n");
+        return kExitUsage;
+    }
+    Orvex::Host::TToolOptions tools;
+    if (!args.FilesRoot.empty()) {
+        std::error_code ec;
+        if (!std::filesystem::is_directory(args.FilesRoot, ec)) {
+            fmt::print(stderr, "orvex: --files-root {} is not a folder\n", args.FilesRoot);
+            return kExitUsage;
+        }
+        tools.FilesRoot = std::filesystem::canonical(args.FilesRoot);
+    }
+    Orvex::TORXHeadlessLabel document;
+    if (!args.Drawing.empty() && std::filesystem::exists(args.Drawing)) {
+        if (const auto loaded = Orvex::LoadDrawingFile(args.Drawing, document); !loaded) {
+            fmt::print(stderr, "orvex: {}\n", loaded.Message);
+            return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+        }
+    }
+    document.Loaded();
+
+    Orvex::TORXMCPServer server;
+    server.SetPort(args.Port);
+    server.SetBindAddress(args.Bind);
+    server.SetEndpointPath(args.Endpoint);
+    server.SetAllowedOrigins(args.AllowedOrigins);
+    server.SetMaxRequestBytes(args.MaxRequestBytes);
+    server.SetLogPayloads(args.LogPayloads);
+    if (const char* token = std::getenv("ORVEX_MCP_TOKEN"); token != nullptr) server.SetAuthToken(token);
+    if (!args.InstructionsFile.empty()) {
+        std::string text;
+        if (!ReadWholeFile(args.InstructionsFile, text)) {
+            fmt::print(stderr, "orvex: cannot read {}\n", args.InstructionsFile);
+            return kExitUsage;
+        }
+        server.SetInstructions(std::move(text));
+    }
+    server.SetOnLog([](Orvex::TORXMCPServer&, const std::string& aMessage) { LogLine(aMessage); });
+
+    Orvex::TMainThreadQueue queue;
+    server.SetLabel(&document);
+    server.SetMainThreadRunner(&queue);
+    server.SetDocumentHooks(Orvex::Host::MakeDocumentHooks());
+    Orvex::Host::InstallStandardTools(tools);
+    InstallSignalHandlers();
+
+    if (args.Stdio) {
+        server.RegisterDefaultTools();
+        LogLine(fmt::format("serving MCP over standard input and output, {} tools", server.ToolCount()));
+        std::atomic<bool> clientDone{false};
+        std::thread reader([&] {
+            Orvex::Host::ServeStdio(server, std::cin, std::cout);
+            clientDone.store(true);
+        });
+        PumpUntilStopped(queue, &clientDone);
+        queue.Stop();
+        // A reader still blocked on input cannot be woken portably; the process ends around it.
+        if (clientDone.load())
+            reader.join();
+        else
+            reader.detach();
+    } else {
+        try {
+            server.Start();
+        } catch (const std::exception& e) {
+            fmt::print(stderr, "orvex: {}\n", e.what());
+            return kExitUsage;
+        }
+        LogLine(fmt::format("listening on http://{}:{}{}", args.Bind, server.BoundPort(), args.Endpoint));
+        PumpUntilStopped(queue, nullptr);
+        server.Stop();
+        queue.Stop();
+    }
+
+    if (args.SaveOnExit) {
+        if (const auto saved = Orvex::SaveDrawingFile(args.Drawing, document); !saved) {
+            fmt::print(stderr, "orvex: {}\n", saved.Message);
+            return kExitUsage;
+        }
+        LogLine(fmt::format("saved {}", args.Drawing));
+    }
+    return kExitOk;
+}
+
+}  // namespace
+
+void RegisterServe(CLI::App& app, TCommandRegistry& commands) {
+    auto args = std::make_shared<TServeArgs>();
+    auto* sub =
+        app.add_subcommand("serve",
+                           "Serve a drawing to AI agents over MCP (HTTP, or --stdio). The bearer token comes "
+                           "from the environment variable ORVEX_MCP_TOKEN");
+    sub->add_option("--port", args->Port, "TCP port; 0 picks a free one (default 3001)");
+    sub->add_option("--bind", args->Bind, "Address to listen on (default 127.0.0.1; others need a token)");
+    sub->add_option("--endpoint", args->Endpoint, "The one path served (default /mcp)");
+    sub->add_option("--allowed-origins", args->AllowedOrigins, "Extra browser origins, separated by \";\"");
+    sub->add_option("--max-request-bytes", args->MaxRequestBytes, "Largest request body; 0 for no limit");
+    sub->add_flag("--log-payloads", args->LogPayloads, "Log whole requests and responses to stderr");
+    sub->add_option("--drawing", args->Drawing, "Drawing (.json) to open; a missing file starts empty");
+    sub->add_flag("--save-on-exit", args->SaveOnExit, "Save the drawing to --drawing when the server stops");
+    sub->add_option("--files-root", args->FilesRoot, "The only folder file tools may read and write");
+    sub->add_option("--instructions-file", args->InstructionsFile, "Instructions text offered to agents");
+    sub->add_flag("--stdio", args->Stdio, "Serve one JSON-RPC message per line on standard input and output");
+    commands.Add(sub, [args] { return Serve(*args); });
+}
+
+}  // namespace OrvexCli

@@ -1,0 +1,270 @@
+// Tools that read the drawing (get_drawing_info, list_items, get_item, list_layers) and setup_drawing.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/tools/tool_args.h"
+#include "host/tools/tool_registry.h"
+#include "host/tools/tool_schema.h"
+#include "orvex/core/paper.h"
+#include "orvex/core/text.h"
+#include "orvex/document/document.h"
+#include "orvex/io/drawing_file.h"
+#include "orvex/io/json_utils.h"
+
+namespace Orvex::Host {
+
+namespace {
+
+constexpr std::int64_t kDefaultPageItems = 50;
+constexpr std::int64_t kMaxPageItems = 500;
+constexpr std::size_t kTextPreviewChars = 80;
+
+const std::vector<std::string_view>& ModeNames() {
+    static const std::vector<std::string_view> names{"labelling", "flowchart", "drawing"};
+    return names;
+}
+
+const std::vector<std::string_view>& UnitNames() {
+    static const std::vector<std::string_view> names{"mm", "inch", "cm", "dm", "m", "ft", "yd"};
+    return names;
+}
+
+// The named paper the page matches, either way round, else "User": a stored paper name may no longer
+// describe a page whose size was set on its own.
+std::string PaperName(const TORXMeasure& aMeasure) {
+    float w = 0;
+    float h = 0;
+    if (GetPaperSize(aMeasure.fPaperName, w, h) >= 0) {
+        const std::int64_t bw = SetBaseValue(w);
+        const std::int64_t bh = SetBaseValue(h);
+        if ((bw == aMeasure.fLabelWidth && bh == aMeasure.fLabelHeight) ||
+            (bw == aMeasure.fLabelHeight && bh == aMeasure.fLabelWidth))
+            return aMeasure.fPaperName;
+    }
+    return "User";
+}
+
+TJSON DrawingInfo(const TORXBaseLabel& aDoc) {
+    const TORXMeasure& m = aDoc.Measure();
+    TJSON info = {{"units", UnitName(aDoc.Units())},
+                  {"editor_mode", EditorModeName(aDoc.EditorMode())},
+                  {"items_count", aDoc.GetItemsCount()},
+                  {"layers_count", aDoc.GetLayersCount()},
+                  {"selection_count", aDoc.Selection().size()},
+                  {"paper",
+                   {{"name", PaperName(m)},
+                    {"width", ToUnit(aDoc, m.fLabelWidth)},
+                    {"height", ToUnit(aDoc, m.fLabelHeight)}}},
+                  {"draw_scale", m.fDrawScale},
+                  {"active_layer", aDoc.LayerIdx(aDoc.GetActiveLayer()) + 1},
+                  {"can_undo", !aDoc.IsUndoEmpty()},
+                  {"can_redo", !aDoc.IsRedoEmpty()}};
+    const TQVLRect bounds = aDoc.ItemsBounds();
+    if (aDoc.GetItemsCount() > 0)
+        info["items_bounds"] = {{"x", ToUnit(aDoc, bounds.Left)},
+                                {"y", ToUnit(aDoc, bounds.Top)},
+                                {"width", ToUnit(aDoc, bounds.Right - bounds.Left)},
+                                {"height", ToUnit(aDoc, bounds.Bottom - bounds.Top)}};
+    return info;
+}
+
+// The item's text when its kind has one, shortened so that a list stays small.
+void AddTextPreview(const TORXBaseItem& aItem, TJSON& aSummary) {
+    const TJSON json = aItem.WriteJson();
+    const auto it = json.find("Text");
+    if (it == json.end() || !it->is_string()) return;
+    std::string text = it->get<std::string>();
+    if (text.size() > kTextPreviewChars) {
+        std::size_t cut = kTextPreviewChars;
+        while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;  // whole characters
+        text = text.substr(0, cut) + "...";
+    }
+    aSummary["text"] = std::move(text);
+}
+
+TJSON ListItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const std::int64_t offset = aArgs.value("offset", std::int64_t{0});
+    const std::int64_t limit = aArgs.value("limit", kDefaultPageItems);
+    const TORXLayer* layer = aArgs.contains("layer") ? ResolveLayer(aDoc, aArgs, "layer") : nullptr;
+    const std::int32_t kind =
+        aArgs.contains("kind") ? EnumIndex(KindNames(), aArgs["kind"].get<std::string>()) : -1;
+    TJSON items = TJSON::array();
+    std::int64_t matched = 0;
+    for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
+        const TORXBaseItem& item = *aDoc.GetItem(i);
+        if (layer != nullptr && item.Layer() != layer) continue;
+        if (kind >= 0 && static_cast<std::int32_t>(item.ItemType()) != kind) continue;
+        if (matched >= offset && matched < offset + limit) {
+            TJSON summary = ItemSummary(aDoc, item);
+            AddTextPreview(item, summary);
+            items.push_back(std::move(summary));
+        }
+        ++matched;
+    }
+    TJSON result = {{"items", std::move(items)}, {"total", matched}, {"offset", offset}};
+    result["next_offset"] = offset + limit < matched ? TJSON(offset + limit) : TJSON(nullptr);
+    return StructuredResult(std::move(result));
+}
+
+TJSON GetItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const TORXBaseItem& item = *ResolveItem(aDoc, aArgs);
+    TJSON result = ItemSummary(aDoc, item);
+    result["properties"] = item.WriteJson();
+    return StructuredResult(std::move(result));
+}
+
+TJSON ListLayers(TORXBaseLabel& aDoc, const TJSON&) {
+    std::vector<std::int64_t> counts(static_cast<std::size_t>(aDoc.GetLayersCount()), 0);
+    for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
+        const std::int32_t at = aDoc.LayerIdx(aDoc.GetItem(i)->Layer());
+        if (at >= 0) ++counts[static_cast<std::size_t>(at)];
+    }
+    const TORXLayer* active = aDoc.GetActiveLayer();
+    TJSON layers = TJSON::array();
+    for (std::int32_t i = 1; i <= aDoc.GetLayersCount(); ++i) {
+        const TORXLayer& layer = *aDoc.GetLayer(i);
+        layers.push_back({{"index", i},
+                          {"name", layer.fName},
+                          {"items_count", counts[static_cast<std::size_t>(i - 1)]},
+                          {"visible", layer.fOptions.Contains(TQVLayerOp::lopVisible)},
+                          {"printable", layer.fOptions.Contains(TQVLayerOp::lopPrint)},
+                          {"selectable", layer.fOptions.Contains(TQVLayerOp::lopSelectable)},
+                          {"exportable", layer.fOptions.Contains(TQVLayerOp::lopExport)},
+                          {"color", ToolColorText(layer.fColor)},
+                          {"active", &layer == active}});
+    }
+    return StructuredResult({{"layers", std::move(layers)}});
+}
+
+TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const auto mode =
+        aArgs.contains("mode")
+            ? static_cast<TQVLEditorMode>(EnumIndex(ModeNames(), aArgs["mode"].get<std::string>()))
+            : aDoc.EditorMode();
+    const auto units = aArgs.contains("units")
+                           ? static_cast<TQVLUnits>(EnumIndex(UnitNames(), aArgs["units"].get<std::string>()))
+                           : aDoc.Units();
+    const bool drawing = mode == TQVLEditorMode::emDrawing;
+    const bool longUnits = units != TQVLUnits::unMM && units != TQVLUnits::unINCH && units != TQVLUnits::unCM;
+    if (longUnits && !drawing)
+        throw EToolArgument(
+            fmt::format("units \"{}\" are only available in drawing mode; use mm, inch or cm, or set "
+                        "mode \"drawing\"",
+                        UnitName(units)));
+    if (aArgs.contains("draw_scale") && !drawing)
+        throw EToolArgument("draw_scale applies to drawing mode only; set mode \"drawing\" as well");
+    if (aArgs.contains("paper") && (aArgs.contains("width") || aArgs.contains("height")))
+        throw EToolArgument("give either \"paper\" or \"width\" and \"height\", not both");
+    if (aArgs.contains("landscape") && !aArgs.contains("paper"))
+        throw EToolArgument("\"landscape\" applies to a named \"paper\" only");
+
+    // Page sizes are given in the units this call leaves the drawing in.
+    const auto sizeIn = [&](std::string_view aKey) {
+        const double value = aArgs[std::string(aKey)].get<double>();
+        const double limit = kMaxBaseCoordinate / static_cast<double>(UnitFactor(units));
+        const std::int64_t base = TJSONUtils::UnitToBase(value, units);
+        if (!(value > 0) || value > limit || base <= 0)
+            throw EToolArgument(fmt::format("argument \"{}\" must be greater than 0 and at most {:g} {}",
+                                            aKey, limit, UnitName(units)));
+        return base;
+    };
+    std::int64_t width = aDoc.Measure().fLabelWidth;
+    std::int64_t height = aDoc.Measure().fLabelHeight;
+    std::string paperName = aDoc.Measure().fPaperName;
+    std::int32_t paperCode = aDoc.Measure().fPaperSize;
+    if (aArgs.contains("paper")) {
+        float w = 0;
+        float h = 0;
+        const auto& name = aArgs["paper"].get_ref<const std::string&>();
+        const std::int32_t code = GetPaperSize(name, w, h);
+        if (code < 0 || w <= 0 || h <= 0) {
+            std::string known;
+            for (const auto& paper : PaperSizes())
+                if (paper.Width > 0) known += (known.empty() ? "" : ", ") + std::string(paper.Name);
+            throw EToolArgument(fmt::format("unknown paper \"{}\"; known papers: {}", name, known));
+        }
+        width = SetBaseValue(w);
+        height = SetBaseValue(h);
+        if (aArgs.value("landscape", false) != (width > height)) std::swap(width, height);
+        paperCode = code;
+        for (const auto& paper : PaperSizes())
+            if (SameTextIgnoringCase(paper.Name, name)) paperName = std::string(paper.Name);
+    }
+    if (aArgs.contains("width") || aArgs.contains("height")) {
+        if (aArgs.contains("width")) width = sizeIn("width");
+        if (aArgs.contains("height")) height = sizeIn("height");
+        paperName = "User";
+        paperCode = PaperSizes()[static_cast<std::size_t>(UserPaperIndex())].Code;
+    }
+
+    aDoc.SetEditorMode(mode);
+    aDoc.SetUnits(units);
+    TORXMeasure& m = aDoc.Measure();
+    if (aArgs.contains("draw_scale")) m.fDrawScale = aArgs["draw_scale"].get<std::int64_t>();
+    if (width != m.fLabelWidth || height != m.fLabelHeight || paperName != m.fPaperName) {
+        m.fLabelWidth = width;
+        m.fLabelHeight = height;
+        m.fPaperName = paperName;
+        m.fPaperSize = paperCode;
+    }
+    aDoc.ChangeState(TOrvexState::lsUpdateMeasure);
+    return StructuredResult(DrawingInfo(aDoc));
+}
+
+}  // namespace
+
+void RegisterInfoTools(TToolRegistry& aRegistry) {
+    aRegistry.Add(
+        "get_drawing_info",
+        "Describe the drawing: units, editor mode (labelling, flowchart, drawing), item and layer counts, "
+        "selection size, the page (paper name, width and height in the drawing's units), draw_scale (N of "
+        "1:N), the active layer (one-based), whether undo and redo are possible, and the bounds of all "
+        "items.",
+        ObjectSchema({}),
+        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); });
+    aRegistry.Add(
+        "list_items",
+        "List the drawing's items in paint order, a page at a time: each with its zero-based index, name, "
+        "internal "
+        "id, kind, one-based layer, bounds (x, y, width, height in the drawing's units) and the start of its "
+        "text. "
+        "Filter by layer and kind. Returns total (matching items) and next_offset (null on the last page).",
+        ObjectSchema({{"offset", IntegerProp("Matching items to skip. Default 0.", 0, INT32_MAX)},
+                      {"limit", IntegerProp("Items to return, 1 to 500. Default 50.", 1, kMaxPageItems)},
+                      {"layer", IntegerProp("Only items on this layer (one-based).", 1, INT16_MAX)},
+                      {"kind", EnumProp("Only items of this kind.", KindNames())}}),
+        ListItems);
+    aRegistry.Add(
+        "get_item",
+        "Return one item with all its properties (the drawing-file form: points in the drawing's units, "
+        "colours as R, G, B, A). Name it by exactly one of index (zero-based), name or id.",
+        ObjectSchema({{"index", IntegerProp("Zero-based item index.", 0, INT32_MAX)},
+                      {"name", StringProp("Item name, as returned by list_items (case ignored).")},
+                      {"id", IntegerProp("Internal id, as returned by the add_ tools.", 1, INT32_MAX)}}),
+        GetItem);
+    aRegistry.Add("list_layers",
+                  "List the layers with their one-based index, name, item count, flags (visible, printable, "
+                  "selectable, exportable), colour and which one is active (new items go there).",
+                  ObjectSchema({}), ListLayers);
+    aRegistry.Add(
+        "setup_drawing",
+        "Set the editor mode, the measurement units, the draw scale and the page size. Units mm, inch and cm "
+        "work in "
+        "every mode; dm, m, ft and yd only in drawing mode. draw_scale N means 1:N and applies to drawing "
+        "mode. Give "
+        "the page as a named paper (A4, A3, Letter...; landscape to turn it) or as width and height in the "
+        "units this "
+        "call sets. Items keep their size; only the unit they are read in changes. Returns the drawing info.",
+        ObjectSchema({{"mode", EnumProp("Editor mode.", ModeNames())},
+                      {"units", EnumProp("Measurement units for every coordinate and size.", UnitNames())},
+                      {"draw_scale", IntegerProp("N of the scale 1:N (drawing mode).", 1, 1000000)},
+                      {"paper", StringProp("Named paper size such as A4, A3, A5, Letter, Legal.")},
+                      {"landscape", BoolProp("With paper: the long side horizontal. Default false.")},
+                      {"width", NumberProp("Page width in the drawing's units.")},
+                      {"height", NumberProp("Page height in the drawing's units.")}}),
+        SetupDrawing);
+}
+
+}  // namespace Orvex::Host

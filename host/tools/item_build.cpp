@@ -1,0 +1,171 @@
+#include "host/tools/item_build.h"
+
+#include <fmt/format.h>
+
+#include <memory>
+
+#include "host/tools/tool_args.h"
+#include "host/tools/tool_schema.h"
+#include "orvex/core/text.h"
+#include "orvex/document/document.h"
+#include "orvex/document/undo_commands.h"
+#include "orvex/io/json_utils.h"
+
+namespace Orvex::Host {
+
+namespace {
+
+constexpr std::int32_t kCmdItemKeys = 64;  // above the document's own command kinds
+
+// Reads a drawing-file form into the item without recording: the caller records the step.
+void ReadSilently(TORXBaseItem& aItem, const TJSON& aObj) {
+    TORXBaseLabel& doc = *aItem.QVLab();
+    TOrvexOptions options = doc.Options();
+    const bool recording = options.Contains(TOrvexOption::loUndoRedo);
+    options.Exclude(TOrvexOption::loUndoRedo);
+    doc.SetOptions(options);
+    aItem.ReadJson(kDrawingVersion, aObj);
+    if (recording) {
+        options.Include(TOrvexOption::loUndoRedo);
+        doc.SetOptions(options);
+    }
+    // Every kind recomputes what it derives from its keys now, so the answer carries the final bounds;
+    // links are bound by id and follow the element they join.
+    doc.AssignSymbolAndFlowLinks();
+    doc.ChangeState(TOrvexState::lsCalc, &aItem);
+    doc.CalcPending();
+    aItem.UpdateBounds();
+}
+
+// Keeps an item's whole drawing-file form; restoring it records the inverse on the other stack. Runs of
+// changes to one item are not merged: each tool call is one step.
+class TItemKeysCmd final : public TORXCmd {
+  public:
+    explicit TItemKeysCmd(TORXBaseItem* aItem) : TORXCmd(kCmdItemKeys, aItem, kPropNone) {}
+
+    static void AddCommand(TORXBaseItem* aItem) {
+        if (aItem->FromPreview() || !aItem->QVLab()->Options().Contains(TOrvexOption::loUndoRedo)) return;
+        Push(std::make_unique<TItemKeysCmd>(aItem));
+    }
+
+    void RestoreState() override {
+        const TJSON stored = TJSON::parse(fJsonText);
+        AddCommand(fItem);
+        ReadSilently(*fItem, stored);
+    }
+
+  protected:
+    void StoreState() override { fJsonText = fItem->WriteJson().dump(); }
+
+  private:
+    std::string fJsonText;
+};
+
+// Object-valued keys such as "Font" merge one level deep, so a call that sets the font's height keeps
+// its name; every other value is replaced.
+void MergeKeys(TJSON& aObj, const TJSON& aKeys) {
+    for (const auto& [key, value] : aKeys.items()) {
+        auto it = aObj.find(key);
+        if (it != aObj.end() && it->is_object() && value.is_object() && !value.contains("R"))
+            for (const auto& [inner, v] : value.items()) (*it)[inner] = v;
+        else
+            aObj[key] = value;
+    }
+}
+
+}  // namespace
+
+std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID) {
+    std::vector<TORXBaseItem*> links;
+    for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
+        TORXBaseItem* item = aDoc.GetItem(i);
+        if (item->ItemType() != TQVLItemType::itLink) continue;
+        const TJSON json = item->WriteJson();
+        if (TJSONUtils::GetInt(json, "FromID") == aInID || TJSONUtils::GetInt(json, "ToID") == aInID)
+            links.push_back(item);
+    }
+    return links;
+}
+
+TJSON CommonItemProps(bool aLineType) {
+    TJSON props =
+        ObjectSchema({{"layer", IntegerProp("One-based layer. Default: the active layer.", 1, INT16_MAX)},
+                      {"color", ColorProp("Line (outline) colour. Default black.")},
+                      {"pen_width", NumberProp("Line width in the drawing's units. Default 0.1 mm.")},
+                      {"name", StringProp("Item name; must be unique. Default: kind and id, e.g. "
+                                          "FlowDiagram004.")}});
+    if (aLineType)
+        props =
+            WithProperties(props, {{"line_type", EnumProp("Dash pattern. Default solid.", LineTypeNames())}});
+    return props;
+}
+
+TJSON CommonItemKeys(TORXBaseLabel& aDoc, const TJSON& aArgs, const TORXBaseItem* aExcept) {
+    TJSON keys = TJSON::object();
+    if (aArgs.contains("layer"))
+        keys["Layer"] = aDoc.LayerIdx(ResolveLayer(aDoc, aArgs, "layer"));
+    else if (aExcept == nullptr)
+        keys["Layer"] = aDoc.LayerIdx(aDoc.GetActiveLayer());
+    if (aArgs.contains("color"))
+        keys["Color"] = TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["color"].get<std::string>(), "color"));
+    if (aArgs.contains("pen_width")) {
+        const std::int64_t width = Length(aDoc, aArgs, "pen_width");
+        if (width < 0 || width > 100 * kBasePerMM)
+            throw EToolArgument(fmt::format("argument \"pen_width\" must lie between 0 and {:g} {}",
+                                            ToUnit(aDoc, 100 * kBasePerMM), UnitName(aDoc.Units())));
+        keys["PenWidth"] = TJSONUtils::BaseToMM(width);
+    }
+    if (aArgs.contains("line_type"))
+        keys["LineType"] = EnumIndex(LineTypeNames(), aArgs["line_type"].get<std::string>());
+    if (aArgs.contains("name")) {
+        const std::string name(Trim(aArgs["name"].get_ref<const std::string&>()));
+        if (name.empty()) throw EToolArgument("argument \"name\" must not be empty");
+        for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i)
+            if (aDoc.GetItem(i) != aExcept && SameTextIgnoringCase(aDoc.GetItem(i)->ID(), name))
+                throw EToolArgument(fmt::format("the name \"{}\" is taken by the item at index {}", name, i));
+        keys["ID"] = name;
+    }
+    return keys;
+}
+
+TJSON PointsKeys(const TORXBaseLabel& aDoc, const std::vector<TQVLPto64>& aPoints) {
+    TJSON points = TJSON::array();
+    for (const auto& p : aPoints) points.push_back({{"X", ToUnit(aDoc, p.X)}, {"Y", ToUnit(aDoc, p.Y)}});
+    return points;
+}
+
+std::vector<TQVLPto64> PointsArg(const TORXBaseLabel& aDoc, const TJSON& aArgs, std::string_view aKey) {
+    std::vector<TQVLPto64> points;
+    const TJSON& list = aArgs.at(std::string(aKey));
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const TJSON& p = list[i];
+        const std::string at = fmt::format("{}[{}]", aKey, i);
+        TJSON named = {{at + ".x", p["x"]}, {at + ".y", p["y"]}};
+        points.push_back({Length(aDoc, named, at + ".x"), Length(aDoc, named, at + ".y")});
+    }
+    return points;
+}
+
+TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys) {
+    TORXBaseItem* item = aDoc.CreateItem(aType);
+    if (item == nullptr)
+        throw std::runtime_error(
+            fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
+    TJSON obj = item->WriteJson();
+    MergeKeys(obj, aKeys);
+    ReadSilently(*item, obj);
+    return item;
+}
+
+void ChangeItemKeys(TORXBaseItem& aItem, const TJSON& aKeys) {
+    TJSON obj = aItem.WriteJson();
+    MergeKeys(obj, aKeys);
+    TItemKeysCmd::AddCommand(&aItem);
+    ReadSilently(aItem, obj);
+}
+
+TJSON AddedResult(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem) {
+    return StructuredResult(ItemSummary(aDoc, aItem));
+}
+
+}  // namespace Orvex::Host

@@ -1,0 +1,80 @@
+#include "host/tools/register_tools.h"
+
+#include <mutex>
+
+#include "host/tools/tool_args.h"
+#include "host/tools/tool_registry.h"
+#include "host/tools/tool_schema.h"
+#include "orvex/document/document.h"
+
+namespace Orvex::Host {
+
+namespace {
+
+// Some model APIs fill every optional parameter, with null for the ones left out: those count as absent.
+TJSON WithoutNulls(const TJSON& aArguments) {
+    if (!aArguments.is_object()) return aArguments;
+    TJSON arguments = TJSON::object();
+    for (const auto& [key, value] : aArguments.items())
+        if (!value.is_null()) arguments[key] = value;
+    return arguments;
+}
+
+}  // namespace
+
+void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody) {
+    TJSON schema = aSchema;
+    fServer.RegisterTool(
+        std::move(aName), std::move(aDescription), std::move(aSchema),
+        [schema = std::move(schema), body = std::move(aBody)](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            // Everything is checked before the body changes anything, so a refused call leaves
+            // the drawing as it was.
+            try {
+                const TJSON arguments = WithoutNulls(aArgs);
+                ValidateArguments(schema, arguments);
+                return body(aDoc, arguments);
+            } catch (const EToolArgument& e) {
+                return ErrorResult(e.what());
+            }
+        });
+}
+
+void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions) {
+    TToolRegistry registry(aServer, aOptions);
+    RegisterInfoTools(registry);
+    RegisterItemTools(registry);
+    RegisterLayerTools(registry);
+    RegisterItemEditTools(registry);
+    RegisterEditTools(registry);
+    RegisterFileTools(registry);
+}
+
+namespace {
+
+std::mutex gOptionsMutex;
+TToolOptions gOptions;
+
+void RegisterWithInstalledOptions(TORXMCPServer& aServer) {
+    TToolOptions options;
+    {
+        std::lock_guard lock(gOptionsMutex);
+        options = gOptions;
+    }
+    RegisterStandardTools(aServer, options);
+}
+
+}  // namespace
+
+void InstallStandardTools(const TToolOptions& aOptions) {
+    {
+        std::lock_guard lock(gOptionsMutex);
+        gOptions = aOptions;
+    }
+    MCPSetDefaultToolsRegistration(&RegisterWithInstalledOptions);
+}
+
+TMCPDocumentHooks MakeDocumentHooks() {
+    return {[](TORXBaseLabel& aDoc) { aDoc.EndUpdate(); }, [](TORXBaseLabel& aDoc) { aDoc.Refresh(); }};
+}
+
+}  // namespace Orvex::Host

@@ -1,0 +1,60 @@
+// A server with the standard tools bound to a headless drawing, called through the JSON-RPC layer.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/tools/register_tools.h"
+#include "orvex/agent/mcp_server.h"
+#include "orvex/document/headless.h"
+#include "orvex/io/json.h"
+
+namespace Orvex::Testing {
+
+class ToolsTest : public ::testing::Test {
+  protected:
+    explicit ToolsTest(Host::TToolOptions aOptions = {}) {
+        fServer.SetLabel(&fDoc);
+        fServer.SetDocumentHooks(Host::MakeDocumentHooks());
+        Host::RegisterStandardTools(fServer, aOptions);
+    }
+
+    // The tool result of a call; fails the test when the JSON-RPC layer itself refuses the call.
+    TJSON Call(const std::string& aName, TJSON aArguments = TJSON::object()) {
+        TJSON request = {{"jsonrpc", "2.0"},
+                         {"id", ++fNextId},
+                         {"method", "tools/call"},
+                         {"params", {{"name", aName}, {"arguments", std::move(aArguments)}}}};
+        const auto response = fServer.ProcessJsonRpc(request, false);
+        EXPECT_TRUE(response.has_value());
+        if (!response || !response->contains("result")) {
+            ADD_FAILURE() << "no result: " << (response ? response->dump() : "none");
+            return TJSON::object();
+        }
+        return (*response)["result"];
+    }
+
+    // The structured content of a successful call.
+    TJSON Ok(const std::string& aName, TJSON aArguments = TJSON::object()) {
+        TJSON result = Call(aName, std::move(aArguments));
+        EXPECT_FALSE(result.value("isError", false)) << aName << ": " << result.dump();
+        return result.value("structuredContent", TJSON::object());
+    }
+
+    // The text of a refused call, "Error: " taken off.
+    std::string Refused(const std::string& aName, TJSON aArguments) {
+        const TJSON result = Call(aName, std::move(aArguments));
+        EXPECT_TRUE(result.value("isError", false)) << aName << " was accepted: " << result.dump();
+        std::string text = result["content"][0].value("text", "");
+        return text.rfind("Error: ", 0) == 0 ? text.substr(7) : text;
+    }
+
+    static std::string Text(const TJSON& aResult) { return aResult["content"][0].value("text", ""); }
+
+    TORXHeadlessLabel fDoc;
+    TORXMCPServer fServer;
+    int fNextId = 0;
+};
+
+}  // namespace Orvex::Testing

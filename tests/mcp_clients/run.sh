@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Real MCP clients against `orvex serve`: the official TypeScript SDK over HTTP (2025 protocol), the 2.x
+# client pinned to the 2026-07-28 protocol over HTTP, and the SDK's stdio transport over `--stdio`.
+# Usage: run.sh PATH/TO/orvex. Exits 77 (skipped) when node or npm is missing or the packages cannot be
+# installed; the packages go to tests/mcp_clients/node_modules, which git ignores.
+set -euo pipefail
+
+ORVEX=${1:?usage: run.sh PATH/TO/orvex}
+ORVEX=$(cd "$(dirname "$ORVEX")" && pwd)/$(basename "$ORVEX")
+HERE=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+SKIP=77
+
+if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+  echo "SKIP: node and npm are needed for the MCP client tests" >&2
+  exit $SKIP
+fi
+
+cd "$HERE"
+# Install once; reinstall only when the pinned versions change.
+if [[ ! -f node_modules/.orvex-installed || package.json -nt node_modules/.orvex-installed ]]; then
+  if ! timeout 180 npm ci --no-audit --no-fund --loglevel=error >npm-install.log 2>&1; then
+    echo "SKIP: the npm registry cannot be reached (npm ci failed; see tests/mcp_clients/npm-install.log)" >&2
+    exit $SKIP
+  fi
+  touch node_modules/.orvex-installed
+fi
+
+WORK=$(mktemp -d)
+SERVER_PID=
+cleanup() {
+  if [[ -n $SERVER_PID ]] && kill -0 "$SERVER_PID" 2>/dev/null; then kill -KILL "$SERVER_PID" 2>/dev/null || true; fi
+  rm -rf "$WORK"
+}
+trap cleanup EXIT
+
+export ORVEX_MCP_TOKEN="client-test-$$-$RANDOM"
+"$ORVEX" serve --port 0 --drawing "$WORK/drawing.json" --save-on-exit 2>"$WORK/serve.log" </dev/null &
+SERVER_PID=$!
+PORT=
+for _ in $(seq 1 250); do
+  PORT=$(sed -n 's|.*listening on http://127\.0\.0\.1:\([0-9]*\)/mcp.*|\1|p' "$WORK/serve.log" | head -n1)
+  [[ -n $PORT ]] && break
+  kill -0 "$SERVER_PID" 2>/dev/null || { cat "$WORK/serve.log" >&2; echo "FAIL: orvex serve did not start" >&2; exit 1; }
+  sleep 0.02
+done
+[[ -n $PORT ]] || { cat "$WORK/serve.log" >&2; echo "FAIL: orvex serve did not report its port" >&2; exit 1; }
+URL="http://127.0.0.1:$PORT/mcp"
+
+status=0
+timeout 60 node sdk_http.mjs "$URL" || status=1
+timeout 60 node client2_http.mjs "$URL" || status=1
+( unset ORVEX_MCP_TOKEN; timeout 60 node sdk_stdio.mjs "$ORVEX" ) || status=1
+
+kill -TERM "$SERVER_PID"
+if ! wait "$SERVER_PID"; then
+  echo "FAIL: orvex serve did not exit cleanly on SIGTERM" >&2
+  status=1
+fi
+SERVER_PID=
+if ! node -e 'const d=JSON.parse(require("fs").readFileSync(process.argv[1],"utf8")); if (d.Items.length !== 5) process.exit(1)' \
+  "$WORK/drawing.json"; then
+  echo "FAIL: --save-on-exit did not write the flowchart" >&2
+  status=1
+fi
+[[ $status -eq 0 ]] || cat "$WORK/serve.log" >&2
+exit $status
