@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/convert_picture.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 
@@ -16,14 +17,20 @@ namespace {
 struct TConvertArgs {
     std::string Input;
     std::string Output;
+    TPictureArgs Picture;
 };
 
 int Convert(const TConvertArgs& args) {
-    Orvex::TORXHeadlessLabel document;
+    // Pictures need a document whose items paint; the other outputs do with the headless family.
+    const bool picture = IsPictureOutput(args.Output);
+    const std::unique_ptr<Orvex::TORXBaseLabel> owned =
+        picture ? NewPictureDocument() : std::make_unique<Orvex::TORXHeadlessLabel>();
+    Orvex::TORXBaseLabel& document = *owned;
     if (const auto loaded = Orvex::LoadDrawingFile(args.Input, document); !loaded) {
         fmt::print(stderr, "orvex: {}\n", loaded.Message);
         return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
+    if (picture) return WritePicture(document, args.Output, args.Picture);
     if (const auto saved = Orvex::SaveDrawingFile(args.Output, document); !saved) {
         fmt::print(stderr, "orvex: {}\n", saved.Message);
         return kExitUsage;
@@ -37,7 +44,9 @@ void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
     auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it back, indented");
     sub->add_option("input", args->Input, "Drawing to read")->required();
-    sub->add_option("-o,--output", args->Output, "File to write")->required();
+    sub->add_option("-o,--output", args->Output, "File to write (.json, .png or .pdf)")->required();
+    sub->add_option("--dpi", args->Picture.Dpi, "Resolution of a PNG, pixels per inch")->default_val(96);
+    sub->add_option("--scale", args->Picture.Scale, "Zoom of a PNG on top of the resolution")->default_val(1.0f);
     commands.Add(sub, [args] { return Convert(*args); });
 }
 

@@ -8,6 +8,7 @@ packages=(
   nlohmann-json3-dev libpcre2-dev libfmt-dev libcli11-dev libcpp-httplib-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   librsvg2-bin
+  libcairo2-dev libpango1.0-dev libzint-dev poppler-utils fonts-liberation2
 )
 
 missing=()
