@@ -1,4 +1,5 @@
-// `orvex convert IN.json -o OUT.json`: reads a drawing and writes it back, indented.
+// `orvex convert IN.json -o OUT.json|OUT.svg|OUT.png|OUT.pdf`: reads a drawing and writes it back, indented,
+// as SVG, or painted; the output's extension chooses.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
@@ -23,6 +24,11 @@ struct TConvertArgs {
 int Convert(const TConvertArgs& args) {
     // Pictures need a document whose items paint; the other outputs do with the headless family.
     const bool picture = IsPictureOutput(args.Output);
+    // Refused before reading, so a mistyped output name costs nothing and overwrites nothing.
+    if (!picture && Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
+        fmt::print(stderr, "orvex: {}: unknown output format (use .json, .svg, .png or .pdf)\n", args.Output);
+        return kExitUsage;
+    }
     const std::unique_ptr<Orvex::TORXBaseLabel> owned =
         picture ? NewPictureDocument() : std::make_unique<Orvex::TORXHeadlessLabel>();
     Orvex::TORXBaseLabel& document = *owned;
@@ -31,7 +37,7 @@ int Convert(const TConvertArgs& args) {
         return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
     if (picture) return WritePicture(document, args.Output, args.Picture);
-    if (const auto saved = Orvex::SaveDrawingFile(args.Output, document); !saved) {
+    if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {
         fmt::print(stderr, "orvex: {}\n", saved.Message);
         return kExitUsage;
     }
@@ -42,9 +48,9 @@ int Convert(const TConvertArgs& args) {
 
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
-    auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it back, indented");
+    auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it as .json (indented), .svg, .png or .pdf");
     sub->add_option("input", args->Input, "Drawing to read")->required();
-    sub->add_option("-o,--output", args->Output, "File to write (.json, .png or .pdf)")->required();
+    sub->add_option("-o,--output", args->Output, "File to write: .json, .svg, .png or .pdf")->required();
     sub->add_option("--dpi", args->Picture.Dpi, "Resolution of a PNG, pixels per inch")->default_val(96);
     sub->add_option("--scale", args->Picture.Scale, "Zoom of a PNG on top of the resolution")->default_val(1.0f);
     commands.Add(sub, [args] { return Convert(*args); });

@@ -1,6 +1,8 @@
 #include "orvex/document/headless.h"
 
 #include "orvex/io/json.h"
+#include "orvex/items/line_items.h"
+#include "orvex/items/shape_items.h"
 
 namespace Orvex {
 
@@ -76,6 +78,21 @@ bool IsBoxKind(TQVLItemType type) {
 
 TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
     if (static_cast<int>(type) >= kItemTypeCount) return nullptr;
+    // The document owns every item it creates.
+    switch (type) {
+        case TQVLItemType::itLine: return new THeadlessItem<TORXBaseLine>(this);
+        case TQVLItemType::itPolyLine: return new THeadlessItem<TORXBasePolyLine>(this);
+        case TQVLItemType::itArc: return new THeadlessItem<TORXBaseArc>(this);
+        case TQVLItemType::itArrowLine: return new THeadlessItem<TORXBaseArrowLine>(this);
+        case TQVLItemType::itDim: return new THeadlessItem<TORXBaseDim>(this);
+        case TQVLItemType::itRectangle: return new THeadlessItem<TORXBaseRectangle>(this);
+        case TQVLItemType::itPolygon: return new THeadlessItem<TORXBasePolygon>(this);
+        case TQVLItemType::itBezier: return new THeadlessItem<TORXBaseBezier>(this);
+        case TQVLItemType::itCircle: return new THeadlessItem<TORXBaseCircle>(this);
+        case TQVLItemType::itEllipse: return new THeadlessItem<TORXBaseEllipse>(this);
+        case TQVLItemType::itSector: return new THeadlessItem<TORXBaseSector>(this);
+        default: break;
+    }
     if (IsBoxKind(type)) return new TORXHeadlessBox(this, type);  // the document owns it
     return new TORXHeadlessPoint(this, type);
 }

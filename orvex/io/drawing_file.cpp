@@ -2,10 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "orvex/document/document.h"
+#include "orvex/core/text.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -35,6 +37,28 @@ TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel&
     file.close();
     if (!file) return {TQVLFileError::feWrite, fmt::format("{}: cannot be written", fileName)};
     return {};
+}
+
+TQVLDrawingFormat DrawingFormatFromExt(const std::string& fileName) {
+    const std::string ext = ToLowerAscii(std::filesystem::path(fileName).extension().string());
+    if (ext == ".json") return TQVLDrawingFormat::dfJson;
+    if (ext == ".svg") return TQVLDrawingFormat::dfSvg;
+    return TQVLDrawingFormat::dfUnknown;
+}
+
+TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& document) {
+    if (!document.SaveSVG(fileName, TQVLExportSVG::esFile, 1.0f, true))
+        return {TQVLFileError::feWrite, fmt::format("{}: cannot be written", fileName)};
+    return {};
+}
+
+TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& document) {
+    switch (DrawingFormatFromExt(fileName)) {
+        case TQVLDrawingFormat::dfJson: return SaveDrawingFile(fileName, document);
+        case TQVLDrawingFormat::dfSvg: return SaveDrawingSVG(fileName, document);
+        case TQVLDrawingFormat::dfUnknown: break;
+    }
+    return {TQVLFileError::feWrite, fmt::format("{}: unknown output format (use .json or .svg)", fileName)};
 }
 
 TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document) {

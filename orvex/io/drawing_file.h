@@ -27,6 +27,14 @@ TQVLFileResult LoadDrawingText(const std::string& text, const std::string& name,
 // Indented text with a final newline (indent < 0: compact).
 TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel& document, int indent = 2);
 
+// What a file name's extension (ignoring case) asks a drawing to be written as.
+enum class TQVLDrawingFormat : std::uint8_t { dfUnknown, dfJson, dfSvg };
+TQVLDrawingFormat DrawingFormatFromExt(const std::string& fileName);
+// The whole drawing as an SVG file, at natural size on a background of the drawing's surface colour.
+TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& document);
+// As the extension asks (.json indented, .svg); feWrite with a message naming the extension otherwise.
+TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& document);
+
 struct TQVLDrawingSummary {
     TQVLEditorMode Mode = TQVLEditorMode::emLabelling;
     TQVLUnits Units = TQVLUnits::unMM;

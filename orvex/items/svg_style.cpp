@@ -96,36 +96,72 @@ std::string SvgFill(TAlphaColor color, bool filled) {
     return fmt::format(" fill=\"{}\"{}", SvgColor(color), Opacity("fill-opacity", color));
 }
 
-std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, std::vector<std::string>& defs) {
-    if (type == TQVLTermType::ttNone) return {};
-    const std::string id = fmt::format("term{}_{:08X}", static_cast<int>(type), color);
+namespace {
+
+// The terminator's shape in a 10 x 10 box around the line's end (5, 5), pointing along +x: the marker's
+// orientation turns it to the line's direction.
+std::string MarkerShape(TQVLTermType type, TAlphaColor color) {
     const std::string ink = SvgColor(color) + "\"" + Opacity("fill-opacity", color);
     const std::string stroke = fmt::format("stroke=\"{}\" fill=\"none\"", SvgColor(color));
-    // Shapes are drawn in a 10 x 10 box around the line's end (5, 5), pointing along +x: the marker's
-    // orientation turns them to the line's direction, and markerUnits="strokeWidth" scales them with the pen.
-    std::string shape;
     switch (type) {
         case TQVLTermType::ttNone: return {};
-        case TQVLTermType::ttCircle: shape = "<circle cx=\"5\" cy=\"5\" r=\"3\" " + stroke + "/>"; break;
-        case TQVLTermType::ttFillCircle: shape = "<circle cx=\"5\" cy=\"5\" r=\"3\" fill=\"" + ink + "/>"; break;
-        case TQVLTermType::ttArrow: shape = "<path d=\"M0,1 L5,5 L0,9\" " + stroke + "/>"; break;
-        case TQVLTermType::ttFillArrow: shape = "<path d=\"M0,1 L5,5 L0,9 Z\" fill=\"" + ink + "/>"; break;
-        case TQVLTermType::ttSquare: shape = "<rect x=\"2\" y=\"2\" width=\"6\" height=\"6\" " + stroke + "/>"; break;
+        case TQVLTermType::ttCircle: return "<circle cx=\"5\" cy=\"5\" r=\"3\" " + stroke + "/>";
+        case TQVLTermType::ttFillCircle: return "<circle cx=\"5\" cy=\"5\" r=\"3\" fill=\"" + ink + "/>";
+        case TQVLTermType::ttArrow: return "<path d=\"M0,1 L5,5 L0,9\" " + stroke + "/>";
+        case TQVLTermType::ttFillArrow: return "<path d=\"M0,1 L5,5 L0,9 Z\" fill=\"" + ink + "/>";
+        case TQVLTermType::ttSquare: return "<rect x=\"2\" y=\"2\" width=\"6\" height=\"6\" " + stroke + "/>";
         case TQVLTermType::ttFillSquare:
-            shape = "<rect x=\"2\" y=\"2\" width=\"6\" height=\"6\" fill=\"" + ink + "/>";
-            break;
-        case TQVLTermType::ttRhombus: shape = "<path d=\"M1,5 L5,1 L9,5 L5,9 Z\" " + stroke + "/>"; break;
-        case TQVLTermType::ttFillRhombus: shape = "<path d=\"M1,5 L5,1 L9,5 L5,9 Z\" fill=\"" + ink + "/>"; break;
-        case TQVLTermType::ttLeftDia: shape = "<path d=\"M2,8 L8,2\" " + stroke + "/>"; break;
-        case TQVLTermType::ttRightDia: shape = "<path d=\"M2,2 L8,8\" " + stroke + "/>"; break;
-        case TQVLTermType::ttCross: shape = "<path d=\"M2,2 L8,8 M2,8 L8,2\" " + stroke + "/>"; break;
+            return "<rect x=\"2\" y=\"2\" width=\"6\" height=\"6\" fill=\"" + ink + "/>";
+        case TQVLTermType::ttRhombus: return "<path d=\"M1,5 L5,1 L9,5 L5,9 Z\" " + stroke + "/>";
+        case TQVLTermType::ttFillRhombus: return "<path d=\"M1,5 L5,1 L9,5 L5,9 Z\" fill=\"" + ink + "/>";
+        case TQVLTermType::ttLeftDia: return "<path d=\"M2,8 L8,2\" " + stroke + "/>";
+        case TQVLTermType::ttRightDia: return "<path d=\"M2,2 L8,8\" " + stroke + "/>";
+        case TQVLTermType::ttCross: return "<path d=\"M2,2 L8,8 M2,8 L8,2\" " + stroke + "/>";
     }
+    return {};
+}
+
+std::string AddMarker(const std::string& id, const std::string& sizing, const std::string& shape,
+                      std::vector<std::string>& defs) {
     const std::string def = fmt::format(
-        "<marker id=\"{}\" viewBox=\"0 0 10 10\" refX=\"5\" refY=\"5\" markerWidth=\"6\" markerHeight=\"6\" "
-        "markerUnits=\"strokeWidth\" orient=\"auto-start-reverse\">{}</marker>",
-        id, shape);
+        "<marker id=\"{}\" viewBox=\"0 0 10 10\" refX=\"5\" refY=\"5\" {} orient=\"auto-start-reverse\">{}</marker>",
+        id, sizing, shape);
     if (std::find(defs.begin(), defs.end(), def) == defs.end()) defs.push_back(def);
     return "url(#" + id + ")";
+}
+
+}  // namespace
+
+std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, std::vector<std::string>& defs) {
+    if (type == TQVLTermType::ttNone) return {};
+    // markerUnits="strokeWidth" scales the marker with the pen.
+    return AddMarker(fmt::format("term{}_{:08X}", static_cast<int>(type), color),
+                     "markerWidth=\"6\" markerHeight=\"6\" markerUnits=\"strokeWidth\"",
+                     MarkerShape(type, color), defs);
+}
+
+std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, double size, std::vector<std::string>& defs) {
+    if (type == TQVLTermType::ttNone || !(size > 0.0)) return {};
+    // The shape reaches half the box from the line's end, so the box is twice the terminator's size.
+    const std::string box = SvgNumber(2.0 * size);
+    std::string tag = box;
+    std::replace(tag.begin(), tag.end(), '.', 'p');
+    return AddMarker(fmt::format("term{}_{:08X}_{}", static_cast<int>(type), color, tag),
+                     fmt::format("markerWidth=\"{0}\" markerHeight=\"{0}\" markerUnits=\"userSpaceOnUse\"", box),
+                     MarkerShape(type, color), defs);
+}
+
+std::string SvgFont(const std::string& family, double height, bool bold, bool italic, bool underline,
+                    bool strikeout, TAlphaColor color) {
+    std::string out = fmt::format(" font-family=\"{}\" font-size=\"{}\"", SvgEscape(family.empty() ? "Arial" : family),
+                                  SvgNumber(height));
+    if (bold) out += " font-weight=\"bold\"";
+    if (italic) out += " font-style=\"italic\"";
+    if (underline || strikeout)
+        out += fmt::format(" text-decoration=\"{}\"", underline && strikeout ? "underline line-through"
+                                                                            : underline ? "underline" : "line-through");
+    out += fmt::format(" fill=\"{}\"", SvgColor(color)) + Opacity("fill-opacity", color);
+    return out;
 }
 
 }  // namespace Orvex

@@ -35,5 +35,13 @@ std::string SvgFill(TAlphaColor color, bool filled);  // ' fill="none"' or ' fil
 // defs once per (kind, colour) and returns the attribute value "url(#id)"; empty for ttNone. The marker
 // scales with the stroke width.
 std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, std::vector<std::string>& defs);
+// The same with a fixed size in the drawing's own unit (the length of an arrow head), independent of the
+// pen: for items whose terminators have their own size.
+std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, double size, std::vector<std::string>& defs);
+
+// ' font-family="..." font-size="..." [font-weight] [font-style] [text-decoration] fill="..."' for a label;
+// the height is in the drawing's unit.
+std::string SvgFont(const std::string& family, double height, bool bold, bool italic, bool underline,
+                    bool strikeout, TAlphaColor color);
 
 }  // namespace Orvex
