@@ -1,8 +1,13 @@
 #include "orvex/document/headless.h"
 
 #include "orvex/io/json.h"
+#include "orvex/items/flow_items.h"
 #include "orvex/items/line_items.h"
+#include "orvex/items/link_items.h"
+#include "orvex/items/poly_items.h"
+#include "orvex/items/rich_text_item.h"
 #include "orvex/items/shape_items.h"
+#include "orvex/items/text_items.h"
 
 namespace Orvex {
 
@@ -91,10 +96,20 @@ TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
         case TQVLItemType::itCircle: return new THeadlessItem<TORXBaseCircle>(this);
         case TQVLItemType::itEllipse: return new THeadlessItem<TORXBaseEllipse>(this);
         case TQVLItemType::itSector: return new THeadlessItem<TORXBaseSector>(this);
+        case TQVLItemType::itText: return new THeadlessItem<TORXBaseText>(this, false);
+        case TQVLItemType::itPara: return new THeadlessItem<TORXBasePara>(this, false);
+        case TQVLItemType::itPolyText: return new THeadlessItem<TORXDataPoly>(this, false);
+        case TQVLItemType::itRichText: return new THeadlessItem<TORXBaseRichText>(this, false);
+        case TQVLItemType::itFlow: return new THeadlessItem<TORXBaseFlow>(this, false);
+        case TQVLItemType::itLink: return new THeadlessItem<TORXBaseLink>(this, false);
         default: break;
     }
     if (IsBoxKind(type)) return new TORXHeadlessBox(this, type);  // the document owns it
     return new TORXHeadlessPoint(this, type);
+}
+
+void TORXHeadlessLabel::AssignSymbolAndFlowLinks() {
+    QVLAssignFlowLinks(*this);
 }
 
 }  // namespace Orvex

@@ -52,6 +52,7 @@ class TORXHeadlessLabel : public TORXBaseLabel {
 public:
     TORXHeadlessLabel() = default;
     TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds
+    void AssignSymbolAndFlowLinks() override;               // links find their flow elements by id
 };
 
 }  // namespace Orvex

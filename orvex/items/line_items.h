@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "orvex/document/point_items.h"
+#include "orvex/items/text_pos.h"
 #include "orvex/render/draw_context.h"
 
 namespace Orvex {
@@ -29,8 +30,6 @@ inline constexpr std::uint16_t kPropSizeFrom = kPropFirstKind + 5;
 inline constexpr std::uint16_t kPropSizeTo = kPropFirstKind + 6;
 inline constexpr std::uint16_t kPropKindFirst = kPropFirstKind + 8;  // each kind's own from here
 
-// Where an arrow line's label stands relative to the line. Ordinals are stored: never reorder.
-enum class TQVLTextPos : std::uint8_t { tpAbove, tpBelow, tpMiddle, tpMiddleRemove, tpHorz, tpVert };
 
 enum class TQVDimType : std::uint8_t {
     dmtHorz,

@@ -1,0 +1,346 @@
+// Flow elements: properties, outline, connection points, text lines, picking, JSON and SVG.
+#include "orvex/items/flow_items.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
+#include "orvex/items/box_helpers.h"
+#include "orvex/items/flow_shapes.h"
+#include "orvex/items/link_items.h"
+#include "orvex/items/svg_style.h"
+#include "orvex/items/text_metrics.h"
+
+namespace Orvex {
+
+namespace {
+using U = TJSONUtils;
+
+template <class E>
+E EnumOf(std::int64_t v, E last) {
+    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
+}
+}  // namespace
+
+TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, bool create) : TPropItem(owner, TQVLItemType::itFlow, create) {
+    fFill = true;
+}
+
+TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, TORXLayer* layer, bool create) : TORXBaseFlow(owner, create) {
+    fLayer = layer;
+}
+
+// [SECTION] Geometry
+
+TQVLRect TORXBaseFlow::Box() const {
+    TQVLRect r(GetPointX(1), GetPointY(1), GetPointX(2), GetPointY(2));
+    r.NormalizeRect();
+    return r;
+}
+
+std::vector<TQVLPto64> TORXBaseFlow::Outline() const {
+    return FlowOutline(fFlowType, Box());
+}
+
+TQVLPto64 TORXBaseFlow::LinkPoint(std::int16_t index) const {
+    const TQVLRect box = Box();
+    const std::int64_t cx = (box.Left + box.Right) / 2;
+    const std::int64_t cy = (box.Top + box.Bottom) / 2;
+    if (index < 0 || index >= kLinkPoints) return {cx, cy};
+    // Where the outline crosses the box's middle lines: the farthest crossing on the wanted side.
+    const std::vector<TQVLPto64> outline = Outline();
+    const bool vertical = index == 0 || index == 2;
+    const bool low = index == 0 || index == 3;
+    std::int64_t best = vertical ? (low ? box.Bottom : box.Top) : (low ? box.Right : box.Left);
+    bool found = false;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        const TQVLPto64& a = outline[i];
+        const TQVLPto64& b = outline[(i + 1) % outline.size()];
+        const std::int64_t fixed = vertical ? cx : cy;
+        const std::int64_t a1 = vertical ? a.X : a.Y;
+        const std::int64_t b1 = vertical ? b.X : b.Y;
+        if ((a1 < fixed && b1 < fixed) || (a1 > fixed && b1 > fixed)) continue;
+        const std::int64_t a2 = vertical ? a.Y : a.X;
+        const std::int64_t b2 = vertical ? b.Y : b.X;
+        const std::int64_t at =
+            a1 == b1 ? (low ? std::min(a2, b2) : std::max(a2, b2))
+                     : a2 + static_cast<std::int64_t>(static_cast<double>(b2 - a2) * static_cast<double>(fixed - a1) /
+                                                      static_cast<double>(b1 - a1));
+        if (!found || (low ? at < best : at > best)) best = at, found = true;
+    }
+    if (!found) best = vertical ? (low ? box.Top : box.Bottom) : (low ? box.Left : box.Right);
+    return vertical ? TQVLPto64{cx, best} : TQVLPto64{best, cy};
+}
+
+bool TORXBaseFlow::CheckLink(std::int64_t x, std::int64_t y, TQVLink& link) const {
+    std::int16_t nearest = -1;
+    std::int64_t best = kLinkSnap;
+    for (std::int16_t i = 0; i < kLinkPoints; ++i) {
+        const TQVLPto64 p = LinkPoint(i);
+        const std::int64_t d = Orvex::Distance(x, y, p.X, p.Y);
+        if (d <= best) best = d, nearest = i;
+    }
+    if (nearest < 0) return false;
+    link = TQVLink{fInID, nearest};
+    return true;
+}
+
+bool TORXBaseFlow::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
+    (void)flag;
+    const std::vector<TQVLPto64> outline = Outline();
+    const std::int64_t reach = std::max<std::int64_t>(tolerance, fPenWidth / 2);
+    if (PointOnPolyline(outline, true, x, y, reach)) return true;
+    // A transparent fill lets clicks through to what lies below; a text still catches them.
+    const bool solid = (fFill && AlphaOf(fBackColor) != 0) || fFlowType == TQVLFlowType::ftStart;
+    if (solid && PointInPolygon(outline, x, y)) return true;
+    return !fText.empty() && FlowTextArea(fFlowType, Box()).Contains(x, y);
+}
+
+bool TORXBaseFlow::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+    const auto near = [&](const TQVLPto64& p, std::int32_t index) {
+        if (Orvex::Distance(x, y, p.X, p.Y) > tolerance) return false;
+        ref = TQVLRef{this, index, p.X, p.Y};
+        return true;
+    };
+    switch (snap) {
+        case TQVLSnap::snEndPoint:
+        case TQVLSnap::snMidPoint:
+        case TQVLSnap::snNearest:
+            for (std::int16_t i = 0; i < kLinkPoints; ++i)
+                if (near(LinkPoint(i), i + 1)) return true;
+            return false;
+        case TQVLSnap::snCenter:
+            return near(CenterPoint(), 0);
+        case TQVLSnap::snNone:
+        case TQVLSnap::snIntersection:
+            return false;
+    }
+    return false;
+}
+
+void TORXBaseFlow::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+    TQVLRect r = Box();
+    r.Inflate(fPenWidth / 2, fPenWidth / 2);
+    FitRect(r, minX, maxX, minY, maxY);
+    if (AlphaOf(fShadowColor) != 0) {
+        r.Offset(SetBaseValue(fShadowDX), SetBaseValue(fShadowDY));
+        FitRect(r, minX, maxX, minY, maxY);
+    }
+}
+
+void TORXBaseFlow::UpdateBounds() {
+    const TQVLRect before = fBoundsRect;
+    fBoundsRect = Box();
+    if (fBoundsRect == before) return;
+    if (fBoundsRect.GetWidth() != before.GetWidth() || fBoundsRect.GetHeight() != before.GetHeight()) UpdatePoints();
+    QueueLinks();
+}
+
+void TORXBaseFlow::QueueLinks() {
+    for (std::int32_t i = 0; i < fOwner->GetItemsCount(); ++i) {
+        TORXBaseItem* item = fOwner->GetItem(i);
+        if (item->ItemType() != TQVLItemType::itLink) continue;
+        const auto* link = dynamic_cast<const TORXBaseLink*>(item);
+        if (link != nullptr && (link->FromID() == fInID || link->ToID() == fInID))
+            fOwner->ChangeState(TOrvexState::lsCalc, item);
+    }
+}
+
+void TORXBaseFlow::UpdatePoints() {
+    const ITextMetrics& metrics = QVLTextMetrics();
+    TQVLRect area = FlowTextArea(fFlowType, Box());
+    const auto lines = WrapText(fText, fFont, area.GetWidth() - 2 * SetBaseValue(fPaddingX), metrics);
+    const auto placed = PosBaseLinesText(lines, fFont, area, fHorzAlign, fVertAlign, TQVLAngle::ag0,
+                                         SetBaseValue(fPaddingX), SetBaseValue(fPaddingY), SetBaseValue(fInterline),
+                                         metrics);
+    fTextPos.clear();
+    std::size_t cursor = 0;
+    for (const auto& line : placed) {
+        std::size_t from = fText.find(line.Text, cursor);
+        if (from == std::string::npos) from = cursor;
+        cursor = std::min(fText.size(), from + line.Text.size());
+        fTextPos.push_back(TQVLFlowTextPos{static_cast<std::int64_t>(from), static_cast<std::int64_t>(cursor),
+                                           GetBaseValue(line.X - GetPointX(1)), GetBaseValue(line.Y - GetPointY(1))});
+    }
+}
+
+void TORXBaseFlow::PropChanged(std::uint16_t p) {
+    (void)p;
+    UpdatePoints();
+}
+
+// [SECTION] JSON
+
+TJSON TORXBaseFlow::WriteJson() const {
+    TJSON obj = TPropItem::WriteJson();
+    obj["FlowType"] = static_cast<int>(fFlowType);
+    obj["LineType"] = static_cast<int>(fLineType);
+    obj["HorzAlign"] = static_cast<int>(fHorzAlign);
+    obj["VertAlign"] = static_cast<int>(fVertAlign);
+    obj["PaddingX"] = U::Round(fPaddingX);
+    obj["PaddingY"] = U::Round(fPaddingY);
+    obj["ShadowColor"] = U::SetAlphaColor(fShadowColor);
+    obj["ShadowDX"] = U::Round(fShadowDX);
+    obj["ShadowDY"] = U::Round(fShadowDY);
+    obj["Gradient"] = static_cast<int>(fGradient);
+    obj["GradColor"] = U::SetAlphaColor(fGradColor);
+    obj["Font"] = U::SetFont(fFont);
+    obj["Interline"] = U::Round(fInterline);
+    obj["Text"] = fText;
+    TJSON pos = TJSON::array();
+    for (const auto& p : fTextPos)
+        pos.push_back(TJSON{{"FromPos", p.FromPos}, {"ToPos", p.ToPos}, {"BaseX", U::Round(p.BaseX)},
+                            {"BaseY", U::Round(p.BaseY)}});
+    obj["TextPos"] = std::move(pos);
+    return obj;
+}
+
+void TORXBaseFlow::ReadJson(std::int32_t version, const TJSON& obj) {
+    TPropItem::ReadJson(version, obj);
+    fFlowType = EnumOf(U::GetInt(obj, "FlowType"), TQVLFlowType::ftEnd);
+    fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
+    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
+    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
+    // Drawings have always kept one padding for both directions: "PaddingY" is written but not read.
+    fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
+    fPaddingY = fPaddingX;
+    fShadowColor = U::GetColor(obj, "ShadowColor");
+    fShadowDX = static_cast<float>(U::GetFloat(obj, "ShadowDX"));
+    fShadowDY = static_cast<float>(U::GetFloat(obj, "ShadowDY"));
+    fGradient = EnumOf(U::GetInt(obj, "Gradient"), TQVLGradient::grRadial);
+    fGradColor = U::GetColor(obj, "GradColor");
+    fFont = U::GetFont(U::GetObject(obj, "Font"));
+    fInterline = static_cast<float>(U::GetFloat(obj, "Interline"));
+    fText = U::GetString(obj, "Text");
+    // The saved line placement is kept: it came from the fonts of the host that wrote the drawing.
+    fTextPos.clear();
+    for (const auto& p : U::GetArray(obj, "TextPos"))
+        fTextPos.push_back(TQVLFlowTextPos{U::GetInt(p, "FromPos"), U::GetInt(p, "ToPos"),
+                                           static_cast<float>(U::GetFloat(p, "BaseX")),
+                                           static_cast<float>(U::GetFloat(p, "BaseY"))});
+    if (fTextPos.empty() && !fText.empty()) UpdatePoints();
+}
+
+void TORXBaseFlow::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
+    TPropItem::JsonInspector(baseSet, set, array);
+    array.push_back(TJSON{{"Name", "FlowType"}, {"Value", static_cast<int>(fFlowType)}});
+    if (set.Contains(TQVLInsType::inText)) array.push_back(TJSON{{"Name", "Text"}, {"Value", fText}});
+}
+
+// [SECTION] SVG
+
+void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                            float factor, bool flag) const {
+    (void)mode, (void)factor, (void)flag;
+    const TQVLUnits unit = fOwner->Units();
+    const TQVLRect box = Box();
+    const std::string stroke = SvgStroke(fColor, GetPenWidthMM(), fLineType, unit);
+    const std::string ink = SvgFill(fColor, true) + stroke;
+    body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
+    if (AlphaOf(fShadowColor) != 0) {
+        TQVLRect shadow = box;
+        shadow.Offset(SetBaseValue(fShadowDX), SetBaseValue(fShadowDY));
+        const std::string paint = SvgFill(fShadowColor, true);
+        body.push_back(FlowShapeSVG(fFlowType, shadow, unit, paint, paint));
+    }
+    std::string fill = SvgFill(fBackColor, fFill);
+    if (fFill && fGradient != TQVLGradient::grNone && AlphaOf(fBackColor) != 0) {
+        const std::string id = fmt::format("grad{}", fInID);
+        const std::string stops = fmt::format(
+            "<stop offset=\"0\" stop-color=\"{}\" stop-opacity=\"{}\"/><stop offset=\"1\" stop-color=\"{}\" "
+            "stop-opacity=\"{}\"/>",
+            SvgColor(fBackColor), SvgNumber(AlphaOf(fBackColor) / 255.0), SvgColor(fGradColor),
+            SvgNumber(AlphaOf(fGradColor) / 255.0));
+        if (fGradient == TQVLGradient::grRadial)
+            defs.push_back(fmt::format("<radialGradient id=\"{}\">{}</radialGradient>", id, stops));
+        else
+            defs.push_back(fmt::format("<linearGradient id=\"{}\" x1=\"0\" y1=\"0\" x2=\"{}\" y2=\"{}\">{}</linearGradient>",
+                                       id, fGradient == TQVLGradient::grHorizontal ? 1 : 0,
+                                       fGradient == TQVLGradient::grVertical ? 1 : 0, stops));
+        fill = fmt::format(" fill=\"url(#{})\"", id);
+    }
+    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink));
+    if (!fTextPos.empty()) {
+        std::string text = fmt::format("<text{}>", SvgFontAttributes(fFont, unit));
+        for (const auto& p : fTextPos) {
+            const auto from = static_cast<std::size_t>(std::clamp<std::int64_t>(p.FromPos, 0, std::ssize(fText)));
+            const auto to = static_cast<std::size_t>(std::clamp<std::int64_t>(p.ToPos, 0, std::ssize(fText)));
+            text += fmt::format("<tspan x=\"{}\" y=\"{}\">{}</tspan>", SvgLength(GetPointX(1) + SetBaseValue(p.BaseX), unit),
+                                SvgLength(GetPointY(1) + SetBaseValue(p.BaseY), unit),
+                                SvgEscape(std::string_view(fText).substr(from, to > from ? to - from : 0)));
+        }
+        body.push_back(text + "</text>");
+    }
+    body.push_back("</g>");
+}
+
+void TORXBaseFlow::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    (void)baseSet;
+    set = set & TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inLineType,
+                             TQVLInsType::inFont, TQVLInsType::inText};
+}
+
+// [SECTION] Property access
+
+std::int64_t TORXBaseFlow::GetEnumProp(std::uint16_t p) const {
+    switch (p) {
+        case FlowProp::kFlowType: return static_cast<std::int64_t>(fFlowType);
+        case FlowProp::kLineType: return static_cast<std::int64_t>(fLineType);
+        case FlowProp::kHorzAlign: return static_cast<std::int64_t>(fHorzAlign);
+        case FlowProp::kVertAlign: return static_cast<std::int64_t>(fVertAlign);
+        case FlowProp::kGradient: return static_cast<std::int64_t>(fGradient);
+        default: return TPropItem::GetEnumProp(p);
+    }
+}
+
+void TORXBaseFlow::SetEnumProp(std::uint16_t p, std::int64_t v) {
+    switch (p) {
+        case FlowProp::kFlowType: return SetFlowType(EnumOf(v, TQVLFlowType::ftEnd));
+        case FlowProp::kLineType: return SetLineType(EnumOf(v, TQVLineType::ii411));
+        case FlowProp::kHorzAlign: return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+        case FlowProp::kVertAlign: return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+        case FlowProp::kGradient: return SetGradient(EnumOf(v, TQVLGradient::grRadial));
+        default: return TPropItem::SetEnumProp(p, v);
+    }
+}
+
+TAlphaColor* TORXBaseFlow::ColorField(std::uint16_t p) {
+    switch (p) {
+        case FlowProp::kShadowColor: return &fShadowColor;
+        case FlowProp::kGradColor: return &fGradColor;
+        case FlowProp::kFontColor: return &fFont.FontColor;
+        default: return nullptr;
+    }
+}
+
+bool* TORXBaseFlow::BoolField(std::uint16_t p) {
+    switch (p) {
+        case FlowProp::kBold: return &fFont.Bold;
+        case FlowProp::kItalic: return &fFont.Italic;
+        case FlowProp::kUnderline: return &fFont.Underline;
+        case FlowProp::kStrikeout: return &fFont.Strikeout;
+        default: return nullptr;
+    }
+}
+
+std::string* TORXBaseFlow::TextField(std::uint16_t p) {
+    if (p == FlowProp::kFontName) return &fFont.Name;
+    if (p == FlowProp::kText) return &fText;
+    return nullptr;
+}
+
+float* TORXBaseFlow::FloatField(std::uint16_t p) {
+    switch (p) {
+        case FlowProp::kPaddingX: return &fPaddingX;
+        case FlowProp::kPaddingY: return &fPaddingY;
+        case FlowProp::kShadowDX: return &fShadowDX;
+        case FlowProp::kShadowDY: return &fShadowDY;
+        case FlowProp::kFontHeight: return &fFont.FontHeight;
+        case FlowProp::kInterline: return &fInterline;
+        default: return nullptr;
+    }
+}
+
+}  // namespace Orvex

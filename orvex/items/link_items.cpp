@@ -1,0 +1,664 @@
+// Links: properties with undo, routing between flow elements, picking, JSON and SVG.
+//
+// [SECTION] Undo of the course   [SECTION] Construction and properties   [SECTION] Routing
+// [SECTION] Geometry and editing   [SECTION] JSON and SVG
+#include "orvex/items/link_items.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
+#include "orvex/items/box_helpers.h"
+#include "orvex/items/flow_items.h"
+#include "orvex/items/flow_shapes.h"
+#include "orvex/items/svg_style.h"
+#include "orvex/render/draw2d.h"
+
+namespace Orvex {
+
+namespace {
+using U = TJSONUtils;
+
+template <class E>
+E EnumOf(std::int64_t v, E last) {
+    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
+}
+
+TPoint2D D(const TQVLPto64& p) {
+    return {static_cast<double>(p.X), static_cast<double>(p.Y)};
+}
+
+TQVLPto64 P(double x, double y) {
+    return {static_cast<std::int64_t>(std::llround(x)), static_cast<std::int64_t>(std::llround(y))};
+}
+
+// Outward direction of a connection point's side: 0 top, 1 right, 2 bottom, 3 left.
+TPoint2D SideNormal(int side) {
+    switch (side) {
+        case 0: return {0, -1};
+        case 1: return {1, 0};
+        case 2: return {0, 1};
+        default: return {-1, 0};
+    }
+}
+
+bool Horizontal(int side) {
+    return side == 1 || side == 3;
+}
+
+constexpr int kCornerPoints = 7;  // per rounded corner; two corners make the 14 points of the type
+constexpr double kCornerRadius = 2500.0;  // base units
+
+}  // namespace
+
+// [SECTION] Undo of the course
+
+// The link type and the link points together: changing the type drops points that undo must bring back.
+class TORXLinkCmd final : public TORXCmd {
+public:
+    TORXLinkCmd(TORXBaseLink* link, std::int32_t kind, std::uint16_t property) : TORXCmd(kind, link, property) {}
+    static void AddCommand(TORXBaseLink* link, std::int32_t kind, std::uint16_t property) {
+        if (!CanRecord(kind, link, property)) return;
+        Push(std::make_unique<TORXLinkCmd>(link, kind, property));
+    }
+    void RestoreState() override {
+        if (auto* link = dynamic_cast<TORXBaseLink*>(fItem)) link->RestoreLinkState(fType, fPoints, fProperty);
+    }
+
+protected:
+    void StoreState() override {
+        if (const auto* link = dynamic_cast<const TORXBaseLink*>(fItem)) {
+            fType = link->LinkType();
+            fPoints = link->LinkPoints();
+        }
+    }
+
+private:
+    TQVLinkType fType = TQVLinkType::ltDirLine;
+    std::vector<TQVLPto64> fPoints;
+};
+
+namespace {
+std::int32_t CommandKind(std::uint16_t property) {
+    return property == LinkProp::kLinkType ? kCmdEnumValue : kCmdElePos;
+}
+}  // namespace
+
+void TORXBaseLink::RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto64>& points, std::uint16_t property) {
+    if (type == fLinkType && points == fLinkPoints) return;
+    TORXLinkCmd::AddCommand(this, CommandKind(property), property);
+    fLinkType = type;
+    fLinkPoints = points;
+    fArcFromMiddle = true;
+    fOwner->ChangeState(TOrvexState::lsCalc, this);
+}
+
+// [SECTION] Construction and properties
+
+std::int32_t LinkTypePointCount(TQVLinkType type) {
+    switch (type) {
+        case TQVLinkType::ltDirLine:
+        case TQVLinkType::ltCurve: return 0;
+        case TQVLinkType::ltLeftRightTopBottom:
+        case TQVLinkType::ltTopBottomLeftRight:
+        case TQVLinkType::ltStepLineTwoPto:
+        case TQVLinkType::ltArc: return 1;
+        case TQVLinkType::ltPolyline: return -1;
+        case TQVLinkType::ltRoundCorner: return 2 * kCornerPoints;
+    }
+    return 0;
+}
+
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, bool create) : TPropItem(owner, TQVLItemType::itLink, create) {
+    IniLink();
+}
+
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TORXLayer* layer, bool create) : TORXBaseLink(owner, create) {
+    fLayer = layer;
+}
+
+TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, TQVLinkType type, bool create) : TORXBaseLink(owner, create) {
+    fLinkType = type;
+    fLinkPoints.assign(static_cast<std::size_t>(std::max(0, LinkTypePointCount(type))), TQVLPto64{});
+}
+
+void TORXBaseLink::IniLink() {
+    fLinkType = TQVLinkType::ltDirLine;
+    fFromType = TQVLTermType::ttNone;
+    fToType = TQVLTermType::ttNone;
+    fRadio = fCx = fCy = 0;
+    fStart = fEnd = fSweep = 0.0;
+    fClockWise = false;
+    fFromColor = fOwner->Settings().fTermColor;
+    fToColor = fOwner->Settings().fTermColor;
+}
+
+void TORXBaseLink::SetLinkType(TQVLinkType type) {
+    if (type == fLinkType) return;
+    TORXLinkCmd::AddCommand(this, kCmdEnumValue, LinkProp::kLinkType);
+    fLinkType = type;
+    const std::int32_t count = LinkTypePointCount(type);
+    if (count >= 0) fLinkPoints.assign(static_cast<std::size_t>(count), TQVLPto64{});
+    fSweep = 0.0;
+    fArcFromMiddle = false;
+    fOwner->ChangeState(TOrvexState::lsCalc, this);
+}
+
+void TORXBaseLink::Bind(const TORXBaseFlow* from, std::int16_t fromIndex, const TORXBaseFlow* to,
+                        std::int16_t toIndex) {
+    const TORXBaseLabel::TUndoGroup group(*fOwner);
+    if (from != nullptr) SetFromID(from->InID());
+    SetFromIndex(fromIndex);
+    if (to != nullptr) SetToID(to->InID());
+    SetToIndex(toIndex);
+    CalcLinkPoints(true);  // the course is there at once for whoever reads it next
+}
+
+std::int64_t TORXBaseLink::GetEnumProp(std::uint16_t p) const {
+    switch (p) {
+        case LinkProp::kLinkType: return static_cast<std::int64_t>(fLinkType);
+        case LinkProp::kLineType: return static_cast<std::int64_t>(fLineType);
+        case LinkProp::kFromType: return static_cast<std::int64_t>(fFromType);
+        case LinkProp::kToType: return static_cast<std::int64_t>(fToType);
+        default: return TPropItem::GetEnumProp(p);
+    }
+}
+
+void TORXBaseLink::SetEnumProp(std::uint16_t p, std::int64_t v) {
+    switch (p) {
+        case LinkProp::kLinkType: return SetLinkType(EnumOf(v, TQVLinkType::ltRoundCorner));
+        case LinkProp::kLineType: return SetLineType(EnumOf(v, TQVLineType::ii411));
+        case LinkProp::kFromType: return SetFromType(EnumOf(v, TQVLTermType::ttCross));
+        case LinkProp::kToType: return SetToType(EnumOf(v, TQVLTermType::ttCross));
+        default: return TPropItem::SetEnumProp(p, v);
+    }
+}
+
+TAlphaColor* TORXBaseLink::ColorField(std::uint16_t p) {
+    if (p == LinkProp::kFromColor) return &fFromColor;
+    if (p == LinkProp::kToColor) return &fToColor;
+    return nullptr;
+}
+
+std::int64_t* TORXBaseLink::IntField(std::uint16_t p) {
+    switch (p) {
+        case LinkProp::kFromID: return &fFromID;
+        case LinkProp::kFromIndex: return &fFromIndex;
+        case LinkProp::kToID: return &fToID;
+        case LinkProp::kToIndex: return &fToIndex;
+        default: return nullptr;
+    }
+}
+
+void TORXBaseLink::PropChanged(std::uint16_t p) {
+    if (p == LinkProp::kFromID || p == LinkProp::kFromIndex || p == LinkProp::kToID || p == LinkProp::kToIndex)
+        fOwner->ChangeState(TOrvexState::lsCalc, this);
+}
+
+// [SECTION] Routing
+
+namespace {
+TORXBaseFlow* FindFlow(const TORXBaseLabel& doc, std::int64_t id) {
+    for (std::int32_t i = 0; i < doc.GetItemsCount(); ++i) {
+        TORXBaseItem* item = doc.GetItem(i);
+        if (item->ItemType() == TQVLItemType::itFlow && item->InID() == id) return dynamic_cast<TORXBaseFlow*>(item);
+    }
+    return nullptr;
+}
+
+// A corner of an orthogonal route rounded by a quarter circle of kCornerPoints points. The radius shrinks
+// to half the shorter leg so that two corners never overlap.
+void AppendCorner(std::vector<TQVLPto64>& out, const TQVLPto64& prev, const TQVLPto64& corner,
+                  const TQVLPto64& next) {
+    const double inLen = TDraw2D::Distance(prev.X, prev.Y, corner.X, corner.Y);
+    const double outLen = TDraw2D::Distance(corner.X, corner.Y, next.X, next.Y);
+    const double r = std::min({kCornerRadius, inLen / 2, outLen / 2});
+    if (r <= 0.0) {
+        out.insert(out.end(), kCornerPoints, corner);
+        return;
+    }
+    const TPoint2D p0 = D(prev), k = D(corner), p1 = D(next);
+    const TPoint2D a{(k.X - p0.X) / inLen, (k.Y - p0.Y) / inLen};
+    const TPoint2D b{(p1.X - k.X) / outLen, (p1.Y - k.Y) / outLen};
+    const TPoint2D centre{k.X - a.X * r + b.X * r, k.Y - a.Y * r + b.Y * r};
+    for (int i = 0; i < kCornerPoints; ++i) {
+        const double t = std::numbers::pi / 2 * i / (kCornerPoints - 1);
+        out.push_back(P(centre.X - b.X * r * std::cos(t) + a.X * r * std::sin(t),
+                        centre.Y - b.Y * r * std::cos(t) + a.Y * r * std::sin(t)));
+    }
+}
+}  // namespace
+
+TORXBaseFlow* TORXBaseLink::FromFlow() const {
+    return FindFlow(*fOwner, fFromID);
+}
+
+TORXBaseFlow* TORXBaseLink::ToFlow() const {
+    return FindFlow(*fOwner, fToID);
+}
+
+void TORXBaseLink::CalcLinkPoints(bool reset) {
+    const TORXBaseFlow* from = FromFlow();
+    const TORXBaseFlow* to = ToFlow();
+    const TQVLPto64 c0 = from != nullptr ? from->CenterPoint() : fStartPt;
+    const TQVLPto64 c1 = to != nullptr ? to->CenterPoint() : fEndPt;
+    const std::int64_t dx = c1.X - c0.X;
+    const std::int64_t dy = c1.Y - c0.Y;
+    // Sides the user did not fix follow the type and where the target lies.
+    int fromSide = 0;
+    int toSide = 0;
+    switch (fLinkType) {
+        case TQVLinkType::ltLeftRightTopBottom:
+            fromSide = dx >= 0 ? 1 : 3, toSide = dy >= 0 ? 0 : 2;
+            break;
+        case TQVLinkType::ltTopBottomLeftRight:
+            fromSide = dy >= 0 ? 2 : 0, toSide = dx >= 0 ? 3 : 1;
+            break;
+        default:
+            if (std::abs(dx) >= std::abs(dy))
+                fromSide = dx >= 0 ? 1 : 3, toSide = dx >= 0 ? 3 : 1;
+            else
+                fromSide = dy >= 0 ? 2 : 0, toSide = dy >= 0 ? 0 : 2;
+    }
+    if (fFromIndex >= 0 && fFromIndex < TORXBaseFlow::kLinkPoints) fromSide = static_cast<int>(fFromIndex);
+    if (fToIndex >= 0 && fToIndex < TORXBaseFlow::kLinkPoints) toSide = static_cast<int>(fToIndex);
+    const TQVLPto64 s = from != nullptr ? from->LinkPoint(static_cast<std::int16_t>(fromSide)) : fStartPt;
+    const TQVLPto64 e = to != nullptr ? to->LinkPoint(static_cast<std::int16_t>(toSide)) : fEndPt;
+    fStartPt = s;
+    fEndPt = e;
+    fFromSide = fromSide;
+    fToSide = toSide;
+    if (!fPoints.empty()) fPoints[0] = TQVLPto{s.X, s.Y};
+
+    switch (fLinkType) {
+        case TQVLinkType::ltDirLine:
+        case TQVLinkType::ltCurve:
+            fLinkPoints.clear();
+            break;
+        case TQVLinkType::ltLeftRightTopBottom:
+            fLinkPoints = {TQVLPto64{e.X, s.Y}};
+            break;
+        case TQVLinkType::ltTopBottomLeftRight:
+            fLinkPoints = {TQVLPto64{s.X, e.Y}};
+            break;
+        case TQVLinkType::ltStepLineTwoPto: {
+            // The middle point holds where the step crosses; the user may have moved it along the route.
+            TQVLPto64 m{(s.X + e.X) / 2, (s.Y + e.Y) / 2};
+            if (!reset && fLinkPoints.size() == 1 && !fLinkPoints[0].IsZero()) {
+                if (Horizontal(fromSide))
+                    m.X = fLinkPoints[0].X;
+                else
+                    m.Y = fLinkPoints[0].Y;
+            }
+            fLinkPoints = {m};
+            break;
+        }
+        case TQVLinkType::ltArc: {
+            double sweep = fSweep;
+            bool ccw = !fClockWise;
+            if (!reset && fArcFromMiddle && fLinkPoints.size() == 1) {
+                std::int64_t cx = 0, cy = 0, radius = 0;
+                double a0 = 0, a1 = 0;
+                if (TDraw2D::ArcThreePoints(s.X, s.Y, fLinkPoints[0].X, fLinkPoints[0].Y, e.X, e.Y, cx, cy, radius, a0,
+                                            a1, ccw))
+                    sweep = TDraw2D::ArcSweep(a0, a1, ccw);
+            }
+            if (reset || sweep <= 0.0 || sweep >= 2 * std::numbers::pi) sweep = std::numbers::pi / 2, ccw = true;
+            fArcFromMiddle = false;
+            const double chord = TDraw2D::Distance(s.X, s.Y, e.X, e.Y);
+            const double side = ccw ? 1.0 : -1.0;
+            fSweep = sweep;
+            fClockWise = !ccw;
+            if (chord <= 0.0) {
+                fRadio = 0, fCx = s.X, fCy = s.Y, fStart = fEnd = 0.0;
+                fLinkPoints = {s};
+                break;
+            }
+            const double r = chord / (2 * std::sin(sweep / 2));
+            const double d = r * std::cos(sweep / 2);
+            const TPoint2D sd = D(s), ed = D(e);
+            const TPoint2D mid{(sd.X + ed.X) / 2.0, (sd.Y + ed.Y) / 2.0};
+            const TPoint2D perp{-(ed.Y - sd.Y) / chord, (ed.X - sd.X) / chord};
+            const TPoint2D c{mid.X + side * perp.X * d, mid.Y + side * perp.Y * d};
+            fRadio = static_cast<std::int64_t>(std::llround(r));
+            fCx = static_cast<std::int64_t>(std::llround(c.X));
+            fCy = static_cast<std::int64_t>(std::llround(c.Y));
+            fStart = TDraw2D::NormalizeAngle(std::atan2(sd.Y - c.Y, sd.X - c.X));
+            fEnd = TDraw2D::NormalizeAngle(std::atan2(ed.Y - c.Y, ed.X - c.X));
+            const double middle = fStart + side * sweep / 2;
+            fLinkPoints = {P(c.X + r * std::cos(middle), c.Y + r * std::sin(middle))};
+            break;
+        }
+        case TQVLinkType::ltPolyline:
+            break;
+        case TQVLinkType::ltRoundCorner: {
+            const TQVLPto64 m{(s.X + e.X) / 2, (s.Y + e.Y) / 2};
+            const bool horizontal = Horizontal(fromSide);
+            const TQVLPto64 k1 = horizontal ? TQVLPto64{m.X, s.Y} : TQVLPto64{s.X, m.Y};
+            const TQVLPto64 k2 = horizontal ? TQVLPto64{m.X, e.Y} : TQVLPto64{e.X, m.Y};
+            std::vector<TQVLPto64> points;
+            AppendCorner(points, s, k1, k2);
+            AppendCorner(points, k1, k2, e);
+            fLinkPoints = std::move(points);
+            break;
+        }
+    }
+    UpdateBounds();
+    fChanged = true;
+}
+
+void TORXBaseLink::CalcValues(std::int16_t value) {
+    (void)value;
+    CalcLinkPoints(false);
+}
+
+void QVLAssignFlowLinks(TORXBaseLabel& document) {
+    for (std::int32_t i = 0; i < document.GetItemsCount(); ++i)
+        if (auto* link = dynamic_cast<TORXBaseLink*>(document.GetItem(i))) link->CalcLinkPoints(false);
+}
+
+// [SECTION] Geometry and editing
+
+TQVLPto64 TORXBaseLink::GetLinkPoint(std::int32_t i) const {
+    if (i < 1 || i > GetNumLinkPoints()) return {};
+    return fLinkPoints[static_cast<std::size_t>(i - 1)];
+}
+
+float TORXBaseLink::GetLinkPointMMX(std::int32_t i) const {
+    return GetBaseValue(GetLinkPoint(i).X);
+}
+
+float TORXBaseLink::GetLinkPointMMY(std::int32_t i) const {
+    return GetBaseValue(GetLinkPoint(i).Y);
+}
+
+void TORXBaseLink::SetLinkPoints(const std::vector<TQVLPto64>& points) {
+    if (points == fLinkPoints) return;
+    TORXLinkCmd::AddCommand(this, kCmdElePos, LinkProp::kLinkPoints);
+    fLinkPoints = points;
+    fArcFromMiddle = true;
+    fOwner->ChangeState(TOrvexState::lsCalc, this);
+    UpdateBounds();
+}
+
+void TORXBaseLink::SetLinkPoint(std::int32_t i, float xMM, float yMM) {
+    if (i < 1 || i > GetNumLinkPoints()) return;
+    std::vector<TQVLPto64> points = fLinkPoints;
+    points[static_cast<std::size_t>(i - 1)] = TQVLPto64{SetBaseValue(xMM), SetBaseValue(yMM)};
+    SetLinkPoints(points);
+}
+
+void TORXBaseLink::InsertPoint(std::int64_t x, std::int64_t y, std::int32_t index) {
+    std::vector<TQVLPto64> points = fLinkPoints;
+    const auto at = static_cast<std::size_t>(std::clamp<std::int32_t>(index - 1, 0, GetNumLinkPoints()));
+    points.insert(points.begin() + static_cast<std::ptrdiff_t>(at), TQVLPto64{x, y});
+    SetLinkPoints(points);
+}
+
+std::vector<TQVLPto64> TORXBaseLink::Course() const {
+    std::vector<TQVLPto64> out{fStartPt};
+    switch (fLinkType) {
+        case TQVLinkType::ltArc:
+            if (fRadio > 0) {
+                for (const auto& p : TDraw2D::ArcSegment(static_cast<double>(fCx), static_cast<double>(fCy),
+                                                         static_cast<double>(fRadio), fStart, fEnd, !fClockWise, 32))
+                    out.push_back(P(p.X, p.Y));
+                out.front() = fStartPt;
+                out.back() = fEndPt;
+                return out;
+            }
+            break;
+        case TQVLinkType::ltCurve: {
+            const double reach = std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
+            const TPoint2D n0 = SideNormal(fFromSide);
+            const TPoint2D n1 = SideNormal(fToSide);
+            const std::vector<TQVLPto64> control{fStartPt, P(D(fStartPt).X + n0.X * reach, D(fStartPt).Y + n0.Y * reach),
+                                                 P(D(fEndPt).X + n1.X * reach, D(fEndPt).Y + n1.Y * reach), fEndPt};
+            out.clear();
+            for (const auto& p : TDraw2D::CurvePoints(control, 24)) out.push_back(P(p.X, p.Y));
+            return out;
+        }
+        case TQVLinkType::ltStepLineTwoPto:
+            if (fLinkPoints.size() == 1) {
+                const TQVLPto64 m = fLinkPoints[0];
+                if (Horizontal(fFromSide))
+                    out.insert(out.end(), {TQVLPto64{m.X, fStartPt.Y}, TQVLPto64{m.X, fEndPt.Y}});
+                else
+                    out.insert(out.end(), {TQVLPto64{fStartPt.X, m.Y}, TQVLPto64{fEndPt.X, m.Y}});
+                out.push_back(fEndPt);
+                return out;
+            }
+            break;
+        default:
+            break;
+    }
+    if (fLinkType != TQVLinkType::ltArc) out.insert(out.end(), fLinkPoints.begin(), fLinkPoints.end());
+    out.push_back(fEndPt);
+    return out;
+}
+
+std::vector<TQVLPto64> TORXBaseLink::Arrow(bool atEnd) const {
+    const std::vector<TQVLPto64> course = Course();
+    if (course.size() < 2) return {};
+    const TQVLTermType type = atEnd ? fToType : fFromType;
+    const TQVLPto64 tip = atEnd ? course.back() : course.front();
+    const TQVLPto64 back = atEnd ? course[course.size() - 2] : course[1];
+    const std::int64_t size = SetBaseValue(fOwner->Settings().fTermSize);
+    std::int64_t ax1 = 0, ay1 = 0, ax2 = 0, ay2 = 0;
+    switch (type) {
+        case TQVLTermType::ttNone: return {};
+        case TQVLTermType::ttArrow:
+        case TQVLTermType::ttFillArrow:
+            TDraw2D::DrawArrow(back.X, back.Y, tip.X, tip.Y, size, ax1, ay1, ax2, ay2, TDraw2D::kArrowDivisor);
+            return {{ax1, ay1}, tip, {ax2, ay2}};
+        case TQVLTermType::ttLeftDia:
+            TDraw2D::DrawLeft(back.X, back.Y, tip.X, tip.Y, size / 2, ax1, ay1, ax2, ay2);
+            return {{ax1, ay1}, {ax2, ay2}};
+        case TQVLTermType::ttRightDia:
+        case TQVLTermType::ttCross:
+            TDraw2D::DrawRight(back.X, back.Y, tip.X, tip.Y, size / 2, ax1, ay1, ax2, ay2);
+            if (type == TQVLTermType::ttRightDia) return {{ax1, ay1}, {ax2, ay2}};
+            {
+                std::int64_t bx1 = 0, by1 = 0, bx2 = 0, by2 = 0;
+                TDraw2D::DrawLeft(back.X, back.Y, tip.X, tip.Y, size / 2, bx1, by1, bx2, by2);
+                return {{ax1, ay1}, {ax2, ay2}, {bx1, by1}, {bx2, by2}};
+            }
+        default: {
+            // Circles, squares and rhombi: a closed outline around the end point.
+            const bool circle = type == TQVLTermType::ttCircle || type == TQVLTermType::ttFillCircle;
+            const bool square = type == TQVLTermType::ttSquare || type == TQVLTermType::ttFillSquare;
+            const int corners = circle ? 16 : 4;
+            const double rad = static_cast<double>(size) / 2;
+            std::vector<TQVLPto64> out;
+            for (int i = 0; i < corners; ++i) {
+                const double a = 2 * std::numbers::pi * (i + (square ? 0.5 : 0.0)) / corners;
+                out.push_back(P(static_cast<double>(tip.X) + rad * std::cos(a), static_cast<double>(tip.Y) + rad * std::sin(a)));
+            }
+            return out;
+        }
+    }
+}
+
+bool TORXBaseLink::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
+    (void)flag;
+    return PointOnPolyline(Course(), false, x, y, std::max<std::int64_t>(tolerance, fPenWidth / 2));
+}
+
+bool TORXBaseLink::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+    const auto near = [&](const TQVLPto64& p, std::int32_t index) {
+        if (Orvex::Distance(x, y, p.X, p.Y) > tolerance) return false;
+        ref = TQVLRef{this, index, p.X, p.Y};
+        return true;
+    };
+    const std::vector<TQVLPto64> course = Course();
+    switch (snap) {
+        case TQVLSnap::snEndPoint:
+            return near(fStartPt, 1) || near(fEndPt, 2);
+        case TQVLSnap::snMidPoint:
+            return near(course[course.size() / 2], 0);
+        case TQVLSnap::snNearest:
+            for (std::size_t i = 0; i + 1 < course.size(); ++i) {
+                std::int64_t fx = 0, fy = 0;
+                const auto& a = course[i];
+                const auto& b = course[i + 1];
+                if (!TDraw2D::LinePerpenFromPoint(a.X, a.Y, b.X, b.Y, x, y, fx, fy)) continue;
+                if (TDraw2D::PointInLine(a.X, a.Y, b.X, b.Y, fx, fy, 1) && near({fx, fy}, 0)) return true;
+            }
+            return false;
+        case TQVLSnap::snCenter:
+        case TQVLSnap::snNone:
+        case TQVLSnap::snIntersection:
+            return false;
+    }
+    return false;
+}
+
+void TORXBaseLink::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+    TQVLRect r = fBoundsRect;
+    r.Inflate(fPenWidth / 2, fPenWidth / 2);
+    FitRect(r, minX, maxX, minY, maxY);
+}
+
+void TORXBaseLink::UpdateBounds() {
+    const std::vector<TQVLPto64> course = Course();
+    TQVLRect r(course.front().X, course.front().Y, course.front().X, course.front().Y);
+    for (const auto& p : course) {
+        r.Left = std::min(r.Left, p.X), r.Right = std::max(r.Right, p.X);
+        r.Top = std::min(r.Top, p.Y), r.Bottom = std::max(r.Bottom, p.Y);
+    }
+    fBoundsRect = r;
+}
+
+void TORXBaseLink::Turn(bool right) {
+    // Only the user's points turn: the ends belong to the elements.
+    const std::int64_t cx = (fBoundsRect.Left + fBoundsRect.Right) / 2;
+    const std::int64_t cy = (fBoundsRect.Top + fBoundsRect.Bottom) / 2;
+    std::vector<TQVLPto64> points = fLinkPoints;
+    for (auto& p : points) p = TDraw2D::RotatePoint(p.X, p.Y, cx, cy, right ? TQVLAngle::ag90 : TQVLAngle::ag270);
+    SetLinkPoints(points);
+}
+
+void TORXBaseLink::RotateLeft() {
+    Turn(false);
+}
+
+void TORXBaseLink::RotateRight() {
+    Turn(true);
+}
+
+void TORXBaseLink::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, TQVLMoveOpt option,
+                            bool flag) {
+    (void)flag;
+    const std::int64_t dx = x2 - x1;
+    const std::int64_t dy = y2 - y1;
+    if ((dx == 0 && dy == 0) || fLinkPoints.empty()) return;
+    std::vector<TQVLPto64> points = fLinkPoints;
+    if (option == TQVLMoveOpt::moMove) {
+        for (auto& p : points) p.Offset(dx, dy);
+    } else if (option == TQVLMoveOpt::moPoint) {
+        const auto nearest = std::min_element(points.begin(), points.end(), [&](const TQVLPto64& a, const TQVLPto64& b) {
+            return Orvex::Distance(x1, y1, a.X, a.Y) < Orvex::Distance(x1, y1, b.X, b.Y);
+        });
+        nearest->Offset(dx, dy);
+    } else {
+        return;
+    }
+    SetLinkPoints(points);
+}
+
+// [SECTION] JSON and SVG
+
+TJSON TORXBaseLink::WriteJson() const {
+    TJSON obj = TPropItem::WriteJson();
+    obj["LinkType"] = static_cast<int>(fLinkType);
+    obj["LineType"] = static_cast<int>(fLineType);
+    obj["FromID"] = fFromID;
+    obj["FromIndex"] = fFromIndex;
+    obj["FromType"] = static_cast<int>(fFromType);
+    obj["FromColor"] = U::SetAlphaColor(fFromColor);
+    obj["ToID"] = fToID;
+    obj["ToIndex"] = fToIndex;
+    obj["ToType"] = static_cast<int>(fToType);
+    obj["ToColor"] = U::SetAlphaColor(fToColor);
+    obj["Radio"] = fRadio;
+    obj["Cx"] = fCx;
+    obj["Cy"] = fCy;
+    obj["Start"] = U::Round(fStart);
+    obj["End"] = U::Round(fEnd);
+    obj["Sweep"] = U::Round(fSweep);
+    obj["ClockWise"] = fClockWise;
+    TJSON points = TJSON::array();
+    for (const auto& p : fLinkPoints) points.push_back(TJSON{{"BaseX", p.X}, {"BaseY", p.Y}});
+    obj["LinkPoints"] = std::move(points);
+    return obj;
+}
+
+void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
+    TPropItem::ReadJson(version, obj);
+    fLinkType = EnumOf(U::GetInt(obj, "LinkType"), TQVLinkType::ltRoundCorner);
+    fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
+    fFromID = static_cast<std::int32_t>(U::GetInt(obj, "FromID"));
+    fFromIndex = static_cast<std::int16_t>(U::GetInt(obj, "FromIndex"));
+    fFromType = EnumOf(U::GetInt(obj, "FromType"), TQVLTermType::ttCross);
+    fFromColor = U::GetColor(obj, "FromColor");
+    fToID = static_cast<std::int32_t>(U::GetInt(obj, "ToID"));
+    fToIndex = static_cast<std::int16_t>(U::GetInt(obj, "ToIndex"));
+    fToType = EnumOf(U::GetInt(obj, "ToType"), TQVLTermType::ttCross);
+    fToColor = U::GetColor(obj, "ToColor");
+    fRadio = U::GetInt(obj, "Radio");
+    fCx = U::GetInt(obj, "Cx");
+    fCy = U::GetInt(obj, "Cy");
+    fStart = U::GetFloat(obj, "Start");
+    fEnd = U::GetFloat(obj, "End");
+    fSweep = U::GetFloat(obj, "Sweep");
+    fClockWise = U::GetBool(obj, "ClockWise");
+    fLinkPoints.clear();
+    for (const auto& p : U::GetArray(obj, "LinkPoints"))
+        fLinkPoints.push_back(TQVLPto64{U::GetInt(p, "BaseX"), U::GetInt(p, "BaseY")});
+    fArcFromMiddle = false;
+    // Until the elements are bound (after the whole drawing is read) the ends stay where they were saved.
+    fStartPt = fEndPt = TQVLPto64{GetPointX(1), GetPointY(1)};
+    if (!fLinkPoints.empty()) fEndPt = fLinkPoints.back();
+    UpdateBounds();
+    fOwner->ChangeState(TOrvexState::lsCalc, this);
+}
+
+void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
+                            float factor, bool flag) const {
+    (void)mode, (void)factor, (void)flag;
+    const TQVLUnits unit = fOwner->Units();
+    const auto pt = [unit](const TQVLPto64& p) { return SvgLength(p.X, unit) + "," + SvgLength(p.Y, unit); };
+    std::string d = "M" + pt(fStartPt);
+    if (fLinkType == TQVLinkType::ltArc && fRadio > 0) {
+        d += fmt::format(" A{},{} 0 {} {} {}", SvgLength(fRadio, unit), SvgLength(fRadio, unit),
+                         fSweep > std::numbers::pi ? 1 : 0, fClockWise ? 0 : 1, pt(fEndPt));
+    } else if (fLinkType == TQVLinkType::ltCurve) {
+        const double reach = std::max(2000.0, TDraw2D::Distance(fStartPt.X, fStartPt.Y, fEndPt.X, fEndPt.Y) / 3);
+        const TPoint2D n0 = SideNormal(fFromSide);
+        const TPoint2D n1 = SideNormal(fToSide);
+        d += " C" + pt(P(D(fStartPt).X + n0.X * reach, D(fStartPt).Y + n0.Y * reach)) + " " +
+             pt(P(D(fEndPt).X + n1.X * reach, D(fEndPt).Y + n1.Y * reach)) + " " + pt(fEndPt);
+    } else {
+        const std::vector<TQVLPto64> course = Course();
+        for (std::size_t i = 1; i < course.size(); ++i) d += " L" + pt(course[i]);
+    }
+    std::string markers;
+    const std::string start = SvgTerminatorMarker(fFromType, fFromColor, defs);
+    const std::string end = SvgTerminatorMarker(fToType, fToColor, defs);
+    if (!start.empty()) markers += " marker-start=\"" + start + "\"";
+    if (!end.empty()) markers += " marker-end=\"" + end + "\"";
+    body.push_back(fmt::format("<path id=\"{}\" d=\"{}\" fill=\"none\"{}{} stroke-linejoin=\"round\"/>", SvgEscape(fID),
+                               d, SvgStroke(fColor, GetPenWidthMM(), fLineType, unit), markers));
+}
+
+void TORXBaseLink::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
+    baseSet = baseSet & TQVLInsTypeBases{TQVLInsTypeBase::ibID, TQVLInsTypeBase::ibLayer, TQVLInsTypeBase::ibColor,
+                                         TQVLInsTypeBase::ibPenWidth, TQVLInsTypeBase::ibOptions};
+    set = set & TQVLInsTypes{TQVLInsType::inLineType, TQVLInsType::inTerminators};
+}
+
+}  // namespace Orvex

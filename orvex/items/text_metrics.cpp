@@ -1,0 +1,56 @@
+#include "orvex/items/text_metrics.h"
+
+#include <atomic>
+#include <cmath>
+
+#include "orvex/core/text.h"
+
+namespace Orvex {
+
+namespace {
+const TApproxTextMetrics kApprox;
+std::atomic<const ITextMetrics*> gMetrics{nullptr};
+
+std::int64_t HeightBase(const TQVLFont& font) {
+    return SetBaseValue(font.FontHeight);
+}
+
+bool IsMonospaced(const TQVLFont& font) {
+    return Qvl::Utils::StartsWithIgnoringCase(font.Name, "Courier") ||
+           Qvl::Utils::StartsWithIgnoringCase(font.Name, "Consolas") ||
+           Qvl::Utils::ToLowerAscii(font.Name).find("mono") != std::string::npos;
+}
+}  // namespace
+
+std::size_t CodePointCount(std::string_view text) {
+    std::size_t count = 0;
+    for (char c : text)
+        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++count;
+    return count;
+}
+
+std::int64_t TApproxTextMetrics::TextWidth(std::string_view text, const TQVLFont& font) const {
+    double advance = IsMonospaced(font) ? 0.6 : 0.5;
+    if (font.Bold) advance *= 1.1;
+    return static_cast<std::int64_t>(
+        std::llround(static_cast<double>(CodePointCount(text)) * advance * static_cast<double>(HeightBase(font))));
+}
+
+std::int64_t TApproxTextMetrics::LineHeight(const TQVLFont& font) const {
+    return static_cast<std::int64_t>(std::llround(1.2 * static_cast<double>(HeightBase(font))));
+}
+
+std::int64_t TApproxTextMetrics::Ascent(const TQVLFont& font) const {
+    return static_cast<std::int64_t>(std::llround(0.8 * static_cast<double>(HeightBase(font))));
+}
+
+const ITextMetrics& QVLTextMetrics() {
+    const ITextMetrics* metrics = gMetrics.load();
+    return metrics != nullptr ? *metrics : kApprox;
+}
+
+void QVLSetTextMetrics(const ITextMetrics* metrics) {
+    gMetrics.store(metrics);
+}
+
+}  // namespace Orvex
