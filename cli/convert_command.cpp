@@ -48,11 +48,13 @@ int Convert(const TConvertArgs& args) {
 
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
-    auto* sub = app.add_subcommand("convert", "Read a drawing (.json) and write it as .json (indented), .svg, .png or .pdf");
+    auto* sub = app.add_subcommand(
+        "convert", "Read a drawing (.json) and write it as .json (indented), .svg, .png or .pdf");
     sub->add_option("input", args->Input, "Drawing to read")->required();
     sub->add_option("-o,--output", args->Output, "File to write: .json, .svg, .png or .pdf")->required();
     sub->add_option("--dpi", args->Picture.Dpi, "Resolution of a PNG, pixels per inch")->default_val(96);
-    sub->add_option("--scale", args->Picture.Scale, "Zoom of a PNG on top of the resolution")->default_val(1.0f);
+    sub->add_option("--scale", args->Picture.Scale, "Zoom of a PNG on top of the resolution")
+        ->default_val(1.0f);
     commands.Add(sub, [args] { return Convert(*args); });
 }
 

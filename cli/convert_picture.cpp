@@ -23,9 +23,12 @@ bool IsPictureOutput(const std::string& fileName) {
     return ext == ".png" || ext == ".pdf";
 }
 
-std::unique_ptr<Orvex::TORXBaseLabel> NewPictureDocument() { return std::make_unique<Orvex::TORXCairoLabel>(); }
+std::unique_ptr<Orvex::TORXBaseLabel> NewPictureDocument() {
+    return std::make_unique<Orvex::TORXCairoLabel>();
+}
 
-int WritePicture(const Orvex::TORXBaseLabel& document, const std::string& fileName, const TPictureArgs& args) {
+int WritePicture(const Orvex::TORXBaseLabel& document, const std::string& fileName,
+                 const TPictureArgs& args) {
     std::string error;
     bool written = false;
     if (Extension(fileName) == ".pdf") {

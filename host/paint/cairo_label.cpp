@@ -8,17 +8,26 @@ namespace {
 thread_local TCairoDraw* gActiveDraw = nullptr;
 }  // namespace
 
-TCairoDraw::TCairoDraw(_cairo* context) : fContext(context), fPrevious(gActiveDraw) { gActiveDraw = this; }
-
-TCairoDraw::~TCairoDraw() { gActiveDraw = fPrevious; }
-
-TCairoDraw* TCairoDraw::Active(TORXBaseDraw& surface) {
-    return gActiveDraw != nullptr && static_cast<TORXBaseDraw*>(gActiveDraw) == &surface ? gActiveDraw : nullptr;
+TCairoDraw::TCairoDraw(_cairo* context) : fContext(context), fPrevious(gActiveDraw) {
+    gActiveDraw = this;
 }
 
-TORXCairoLabel::TORXCairoLabel() { Paint::RetainTextMetrics(); }
+TCairoDraw::~TCairoDraw() {
+    gActiveDraw = fPrevious;
+}
 
-TORXCairoLabel::~TORXCairoLabel() { Paint::ReleaseTextMetrics(); }
+TCairoDraw* TCairoDraw::Active(TORXBaseDraw& surface) {
+    return gActiveDraw != nullptr && static_cast<TORXBaseDraw*>(gActiveDraw) == &surface ? gActiveDraw
+                                                                                         : nullptr;
+}
+
+TORXCairoLabel::TORXCairoLabel() {
+    Paint::RetainTextMetrics();
+}
+
+TORXCairoLabel::~TORXCairoLabel() {
+    Paint::ReleaseTextMetrics();
+}
 
 TORXBaseItem* TORXCairoLabel::CreateItem(TQVLItemType type) {
     if (TORXBaseItem* item = Paint::CreateCairoItem(this, type)) return item;

@@ -14,7 +14,7 @@ namespace Orvex {
 // handed any other TORXBaseDraw they paint nothing. Contexts nest (the innermost is the active one) and
 // belong to the thread that created them.
 class TCairoDraw : public TORXBaseDraw {
-public:
+  public:
     explicit TCairoDraw(_cairo* context);  // the context is not owned and must outlive this object
     ~TCairoDraw();
     TCairoDraw(const TCairoDraw&) = delete;
@@ -24,7 +24,7 @@ public:
     // The Cairo draw that surface is, when it is the active one on this thread; nullptr otherwise.
     static TCairoDraw* Active(TORXBaseDraw& surface);
 
-private:
+  private:
     _cairo* fContext;
     TCairoDraw* fPrevious;  // the context active before this one
 };
@@ -34,7 +34,7 @@ private:
 // document lives, Pango supplies the process-wide text metrics, so that texts are laid out with the
 // same glyph widths they are painted with.
 class TORXCairoLabel : public TORXHeadlessLabel {
-public:
+  public:
     TORXCairoLabel();
     ~TORXCairoLabel() override;
     TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds

@@ -21,7 +21,9 @@ double TPainter::Len(std::int64_t base) const {
     return static_cast<double>(base) * Draw.fDpix / (static_cast<double>(Draw.fDrawScale) * 25400.0);
 }
 
-double TPainter::MM(float mm) const { return static_cast<double>(mm) * Draw.fDpix / 25.4; }
+double TPainter::MM(float mm) const {
+    return static_cast<double>(mm) * Draw.fDpix / 25.4;
+}
 
 double TPainter::PenPx(float mm) const {
     return Print ? static_cast<double>(Draw.PrintBasePtoX(mm)) : static_cast<double>(Draw.DrawBasePtoX(mm));
@@ -135,10 +137,11 @@ void DrawTerminator(const TPainter& p, TQVLTermType type, TDev tip, double angle
         }
         case TQVLTermType::ttSquare:
         case TQVLTermType::ttFillSquare:
+            cairo_save(cr);
             cairo_translate(cr, tip.X, tip.Y);
             cairo_rotate(cr, angle);
             cairo_rectangle(cr, -half, -half, size, size);
-            cairo_identity_matrix(cr);
+            cairo_restore(cr);
             Finish(cr, type == TQVLTermType::ttFillSquare, color, penPx);
             break;
         case TQVLTermType::ttRhombus:
@@ -159,7 +162,8 @@ void DrawTerminator(const TPainter& p, TQVLTermType type, TDev tip, double angle
         case TQVLTermType::ttLeftDia:
         case TQVLTermType::ttRightDia: {
             // A tick 45 degrees off the line through the tip; its forward end leans left or right.
-            const double lean = type == TQVLTermType::ttLeftDia ? -std::numbers::pi / 4.0 : std::numbers::pi / 4.0;
+            const double lean =
+                type == TQVLTermType::ttLeftDia ? -std::numbers::pi / 4.0 : std::numbers::pi / 4.0;
             const TDev ahead = Along(tip, angle + lean, half);
             const TDev behind = Along(tip, angle + lean + std::numbers::pi, half);
             cairo_move_to(cr, behind.X, behind.Y);
@@ -216,10 +220,10 @@ void PolyPath(cairo_t* cr, const std::vector<TDev>& points, bool closed) {
 
 void RotateAbout(cairo_t* cr, TQVLAngle angle, double cx, double cy) {
     if (angle == TQVLAngle::ag0) return;
-    // Quarter turns counter-clockwise as the eye sees them, which is negative in y-down device space.
+    // ag90 is a quarter turn clockwise on screen, as the items' SVG turns it.
     const double turns = static_cast<double>(static_cast<int>(angle));
     cairo_translate(cr, cx, cy);
-    cairo_rotate(cr, -turns * std::numbers::pi / 2.0);
+    cairo_rotate(cr, turns * std::numbers::pi / 2.0);
     cairo_translate(cr, -cx, -cy);
 }
 

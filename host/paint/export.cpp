@@ -19,7 +19,7 @@ namespace {
 
 // The drawing as a Cairo document: the document itself when it is one, else a copy through its JSON form.
 class TCairoSource {
-public:
+  public:
     explicit TCairoSource(const TORXBaseLabel& document) {
         fDocument = dynamic_cast<const TORXCairoLabel*>(&document);
         if (fDocument != nullptr) return;
@@ -29,12 +29,14 @@ public:
     }
     const TORXBaseLabel& Document() const { return *fDocument; }
 
-private:
+  private:
     std::unique_ptr<TORXCairoLabel> fCopy;
     const TORXBaseLabel* fDocument = nullptr;
 };
 
-std::int64_t DrawScale(const TORXBaseLabel& document) { return std::max<std::int64_t>(1, document.Measure().fDrawScale); }
+std::int64_t DrawScale(const TORXBaseLabel& document) {
+    return std::max<std::int64_t>(1, document.Measure().fDrawScale);
+}
 
 // Label lengths (base units of the drawing) on paper, in inches.
 double PaperInches(std::int64_t base, std::int64_t drawScale) {
@@ -47,7 +49,8 @@ bool Shows(const TORXBaseItem& item, TQVLDrawState pass) {
                                                               : TQVLayerOp::lopVisible;
     if (!item.Options().Contains(TQVLayerOp::lopVisible) || !item.Options().Contains(flag)) return false;
     const TORXLayer* layer = item.Layer();
-    return layer == nullptr || (layer->fOptions.Contains(TQVLayerOp::lopVisible) && layer->fOptions.Contains(flag));
+    return layer == nullptr ||
+           (layer->fOptions.Contains(TQVLayerOp::lopVisible) && layer->fOptions.Contains(flag));
 }
 
 void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double width, double height) {
@@ -89,7 +92,8 @@ cairo_status_t AppendBytes(void* closure, const unsigned char* data, unsigned in
 
 bool WriteFile(const std::string& fileName, const std::vector<std::uint8_t>& bytes, std::string& error) {
     std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (file) file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    if (file)
+        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     if (file) file.close();
     if (!file) {
         error = fmt::format("{}: cannot be written", fileName);
@@ -127,8 +131,8 @@ bool CheckRasterOptions(const TORXBaseLabel& document, const TQVLRasterOptions& 
     return true;
 }
 
-bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options, std::vector<std::uint8_t>& png,
-               std::string& error) {
+bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
+               std::vector<std::uint8_t>& png, std::string& error) {
     if (!CheckRasterOptions(document, options, error)) return false;
     const TCairoSource source(document);
     const TORXBaseLabel& doc = source.Document();
@@ -185,7 +189,8 @@ bool EncodePdf(const TORXBaseLabel& document, std::vector<std::uint8_t>& pdf, st
     const TORXBaseLabel& doc = source.Document();
     const TQVLPageSize page = PdfPageSize(doc);
     pdf.clear();
-    cairo_surface_t* surface = cairo_pdf_surface_create_for_stream(AppendBytes, &pdf, page.Width, page.Height);
+    cairo_surface_t* surface =
+        cairo_pdf_surface_create_for_stream(AppendBytes, &pdf, page.Width, page.Height);
     cairo_t* cr = cairo_create(surface);
     // The print pass places on whole device pixels; a 720 dpi grid keeps that a tenth of a point.
     constexpr std::int32_t kPdfDpi = 720;

@@ -15,10 +15,10 @@ namespace Orvex {
 class TORXBaseLabel;
 
 struct TQVLRasterOptions {
-    std::int32_t Dpi = 96;                          // device pixels per inch at scale 1
-    float Scale = 1.0f;                             // zoom on top of the resolution
+    std::int32_t Dpi = 96;                         // device pixels per inch at scale 1
+    float Scale = 1.0f;                            // zoom on top of the resolution
     TQVLDrawState Pass = TQVLDrawState::dsExport;  // dsEdit paints what the editor shows
-    bool Transparent = false;                       // leave the page clear instead of its back colour
+    bool Transparent = false;                      // leave the page clear instead of its back colour
 };
 
 struct TQVLPixelSize {
@@ -34,7 +34,8 @@ inline constexpr std::int64_t kMaxRasterPixels = 100'000'000;
 
 bool ExportPng(const TORXBaseLabel& document, const std::string& fileName, const TQVLRasterOptions& options,
                std::string& error);
-bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options, std::vector<std::uint8_t>& png,
+bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
+               std::vector<std::uint8_t>& png,
                std::string& error);  // png is replaced by the file's bytes
 
 // One vector page of the drawing's paper size with the label at the page margins; a label larger than

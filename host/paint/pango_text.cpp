@@ -57,7 +57,8 @@ TLayoutPtr MakeMeasureLayout(const TQVLFont& font, double fontPx, std::string_vi
 TTextExtent Extent(PangoLayout* layout) {
     PangoRectangle logical{};
     pango_layout_get_extents(layout, nullptr, &logical);
-    return {static_cast<double>(logical.width) / PANGO_SCALE, static_cast<double>(logical.height) / PANGO_SCALE,
+    return {static_cast<double>(logical.width) / PANGO_SCALE,
+            static_cast<double>(logical.height) / PANGO_SCALE,
             static_cast<double>(pango_layout_get_baseline(layout)) / PANGO_SCALE};
 }
 
