@@ -53,10 +53,38 @@ bool Shows(const TORXBaseItem& item, TQVLDrawState pass) {
            (layer->fOptions.Contains(TQVLayerOp::lopVisible) && layer->fOptions.Contains(flag));
 }
 
-void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double width, double height) {
+// The label on paper (N times its size in the units of a 1:N drawing), grown by everything the pass shows,
+// pens included, so that nothing drawn is cut off, much as the SVG output grows its view.
+TQVLRect Extent(const TORXBaseLabel& document, TQVLDrawState pass) {
+    const std::int64_t scale = DrawScale(document);
+    TQVLRect extent(0, 0, document.Measure().fLabelWidth * scale, document.Measure().fLabelHeight * scale);
+    const auto grow = [&extent](std::int64_t l, std::int64_t t, std::int64_t r, std::int64_t b) {
+        extent.Left = std::min(extent.Left, l);
+        extent.Top = std::min(extent.Top, t);
+        extent.Right = std::max(extent.Right, r);
+        extent.Bottom = std::max(extent.Bottom, b);
+    };
+    for (std::int32_t i = 0; i < document.GetItemsCount(); ++i) {
+        const TORXBaseItem& item = *document.GetItem(i);
+        if (!Shows(item, pass)) continue;
+        const TQVLRect& b = item.BoundsRect();
+        const std::int64_t pen = static_cast<std::int64_t>(item.PenWidth()) * scale / 2;
+        // The bounds rather than CheckFit: some kinds keep unused points at the origin, which would widen
+        // every picture by half a pen.
+        if (b.Right > b.Left || b.Bottom > b.Top) grow(b.Left - pen, b.Top - pen, b.Right + pen, b.Bottom + pen);
+    }
+    return extent;
+}
+
+TQVLDrawState ScreenPass(const TQVLRasterOptions& options) {
+    return options.Pass == TQVLDrawState::dsPrint ? TQVLDrawState::dsExport : options.Pass;
+}
+
+void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double left, double top, double right,
+                     double bottom) {
     const TORXBackSurf& back = document.BackSurf();
     if (back.fToColor != back.fColor) {
-        cairo_pattern_t* gradient = cairo_pattern_create_linear(0.0, 0.0, 0.0, height);
+        cairo_pattern_t* gradient = cairo_pattern_create_linear(0.0, top, 0.0, bottom);
         for (const auto& [offset, color] : {std::pair{0.0, back.fColor}, std::pair{1.0, back.fToColor}})
             cairo_pattern_add_color_stop_rgba(gradient, offset, RedOf(color) / 255.0, GreenOf(color) / 255.0,
                                               BlueOf(color) / 255.0, AlphaOf(color) / 255.0);
@@ -65,7 +93,7 @@ void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double width, d
     } else {
         Paint::SetColor(cr, back.fColor);
     }
-    cairo_rectangle(cr, 0.0, 0.0, width, height);
+    cairo_rectangle(cr, left, top, right - left, bottom - top);
     cairo_fill(cr);
 }
 
@@ -111,7 +139,8 @@ TQVLPixelSize RasterSize(const TORXBaseLabel& document, const TQVLRasterOptions&
         const double px = std::ceil(PaperInches(base, scale) * factor - 1e-6);
         return static_cast<std::int32_t>(std::clamp(px, 1.0, 1.0e9));
     };
-    return {side(document.Measure().fLabelWidth), side(document.Measure().fLabelHeight)};
+    const TQVLRect extent = Extent(document, ScreenPass(options));
+    return {side(extent.GetWidth()), side(extent.GetHeight())};
 }
 
 bool CheckRasterOptions(const TORXBaseLabel& document, const TQVLRasterOptions& options, std::string& error) {
@@ -137,6 +166,7 @@ bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
     const TCairoSource source(document);
     const TORXBaseLabel& doc = source.Document();
     const TQVLPixelSize size = RasterSize(doc, options);
+    const TQVLRect extent = Extent(doc, ScreenPass(options));
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.Width, size.Height);
     cairo_t* cr = cairo_create(surface);
     cairo_scale(cr, options.Scale, options.Scale);
@@ -146,10 +176,11 @@ bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
         draw.fBDpix = draw.fBDpiy = options.Dpi;
         draw.fSC = draw.fFX = draw.fFY = options.Scale;
         draw.fDrawScale = DrawScale(doc);
-        draw.fState = options.Pass == TQVLDrawState::dsPrint ? TQVLDrawState::dsExport : options.Pass;
+        draw.fState = ScreenPass(options);
+        cairo_translate(cr, -draw.GetDrawX(extent.Left), -draw.GetDrawY(extent.Top));
         if (!options.Transparent)
-            PaintBackground(doc, cr, draw.GetDrawX(doc.Measure().fLabelWidth) + 1.0,
-                            draw.GetDrawY(doc.Measure().fLabelHeight) + 1.0);
+            PaintBackground(doc, cr, draw.GetDrawX(extent.Left), draw.GetDrawY(extent.Top),
+                            draw.GetDrawX(extent.Right) + 1.0, draw.GetDrawY(extent.Bottom) + 1.0);
         PaintItems(doc, cr, draw);
     }
     cairo_destroy(cr);
@@ -172,8 +203,9 @@ bool ExportPng(const TORXBaseLabel& document, const std::string& fileName, const
 TQVLPageSize PdfPageSize(const TORXBaseLabel& document) {
     const TORXMeasure& m = document.Measure();
     const std::int64_t scale = DrawScale(document);
-    const double labelW = PaperInches(m.fLabelWidth, scale) * 72.0;
-    const double labelH = PaperInches(m.fLabelHeight, scale) * 72.0;
+    const TQVLRect extent = Extent(document, TQVLDrawState::dsPrint);
+    const double labelW = PaperInches(extent.GetWidth(), scale) * 72.0;
+    const double labelH = PaperInches(extent.GetHeight(), scale) * 72.0;
     const double paperW = PaperInches(m.fPaperWidth, 1) * 72.0;
     const double paperH = PaperInches(m.fPaperHeight, 1) * 72.0;
     const double left = PaperInches(m.fMarginLeft, 1) * 72.0;
@@ -188,6 +220,7 @@ bool EncodePdf(const TORXBaseLabel& document, std::vector<std::uint8_t>& pdf, st
     const TCairoSource source(document);
     const TORXBaseLabel& doc = source.Document();
     const TQVLPageSize page = PdfPageSize(doc);
+    const TQVLRect extent = Extent(doc, TQVLDrawState::dsPrint);
     pdf.clear();
     cairo_surface_t* surface =
         cairo_pdf_surface_create_for_stream(AppendBytes, &pdf, page.Width, page.Height);
@@ -202,11 +235,12 @@ bool EncodePdf(const TORXBaseLabel& document, std::vector<std::uint8_t>& pdf, st
         draw.fBDpix = draw.fBDpiy = kPdfDpi;
         draw.fDrawScale = DrawScale(doc);
         draw.fState = TQVLDrawState::dsPrint;
-        const double w = draw.GetDrawX(doc.Measure().fLabelWidth);
-        const double h = draw.GetDrawY(doc.Measure().fLabelHeight);
-        cairo_rectangle(cr, 0.0, 0.0, w, h);
+        const double l = draw.GetDrawX(extent.Left), t = draw.GetDrawY(extent.Top);
+        const double r = draw.GetDrawX(extent.Right), b = draw.GetDrawY(extent.Bottom);
+        cairo_translate(cr, -l, -t);
+        cairo_rectangle(cr, l, t, r - l, b - t);
         cairo_clip(cr);
-        if (doc.BackSurf().fPrint) PaintBackground(doc, cr, w, h);
+        if (doc.BackSurf().fPrint) PaintBackground(doc, cr, l, t, r, b);
         PaintItems(doc, cr, draw);
     }
     cairo_show_page(cr);

@@ -26,7 +26,8 @@ struct TQVLPixelSize {
     std::int32_t Height = 0;
 };
 
-// The size of the picture of the drawing's label (its page) at these options; both at least 1.
+// The picture covers the label on paper, grown by anything the pass shows beyond it (the extent the SVG
+// output covers too). Its size at these options; both sides at least 1.
 TQVLPixelSize RasterSize(const TORXBaseLabel& document, const TQVLRasterOptions& options);
 // Options that give a usable picture: dpi 1..2400, scale above 0, at most kMaxRasterPixels pixels.
 bool CheckRasterOptions(const TORXBaseLabel& document, const TQVLRasterOptions& options, std::string& error);
@@ -38,8 +39,8 @@ bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
                std::vector<std::uint8_t>& png,
                std::string& error);  // png is replaced by the file's bytes
 
-// One vector page of the drawing's paper size with the label at the page margins; a label larger than
-// its paper gets a page of its own size instead, so nothing is cut off.
+// One vector page of the drawing's paper size with the label at the page margins; a drawing whose extent
+// does not fit there gets a page of its own size instead, so nothing is cut off.
 bool ExportPdf(const TORXBaseLabel& document, const std::string& fileName, std::string& error);
 bool EncodePdf(const TORXBaseLabel& document, std::vector<std::uint8_t>& pdf, std::string& error);
 

@@ -151,13 +151,38 @@ TEST(PaintItems, PangoMeasuresTextsWhileACairoDocumentLives) {
     EXPECT_EQ(&QVLTextMetrics(), &before);
 }
 
-TEST(PaintItems, TheDrawingScaleShrinksThePicture) {
+TEST(PaintItems, TheDrawingScaleShrinksItemsOnTheLabelsPaper) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(""), "t", document));
-    document.Measure().fDrawScale = 10;  // 20 mm of a 1:10 drawing are 2 mm of paper
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(6, R"([{"X":0,"Y":0},{"X":100,"Y":100}])",
+                                             R"(,"Filled":true,"BackColor":{"R":0,"G":0,"B":0,"A":255})")),
+                                "t", document));
+    document.Measure().fDrawScale = 10;  // 100 mm of a 1:10 drawing are 10 mm of paper
     TQVLRasterOptions options;
     options.Dpi = 254;
-    EXPECT_EQ(RasterSize(document, options).Width, 20);
+    EXPECT_EQ(RasterSize(document, options).Width, 200);  // the 20 mm label stays 20 mm
+    std::vector<std::uint8_t> png;
+    std::string error;
+    ASSERT_TRUE(EncodePng(document, options, png, error)) << error;
+    const TPicture p(png, kDpi);
+    EXPECT_TRUE(p.AtMM(5, 5).Dark());
+    EXPECT_TRUE(p.AtMM(15, 15).White());
+}
+
+TEST(PaintItems, ThePictureGrowsToItemsBeyondTheLabel) {
+    TORXCairoLabel document;
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":-5,"Y":10},{"X":30,"Y":10}])", R"(,"PenWidth":1)")), "t",
+                                document));
+    TQVLRasterOptions options;
+    options.Dpi = 254;
+    const TQVLPixelSize size = RasterSize(document, options);
+    EXPECT_EQ(size.Width, 360);  // from -5.5 to 30.5 mm, the pen's half width included
+    EXPECT_EQ(size.Height, 200);
+    std::vector<std::uint8_t> png;
+    std::string error;
+    ASSERT_TRUE(EncodePng(document, options, png, error)) << error;
+    const TPicture p(png, kDpi);
+    EXPECT_TRUE(p.AtMM(1.0, 10).Dark());  // x = -4.5 mm of the drawing
+    EXPECT_TRUE(p.AtMM(35.0, 10).Dark());
 }
 
 // The command line writes pictures by the output's extension.
