@@ -27,3 +27,12 @@ for example in examples/mermaid/flowchart.mmd examples/plantuml/activity.puml; d
     "$orvex" parse "$example" | cut -c1-160
   fi
 done
+
+# Painting: one item of every kind as a PNG (screen pass) and a PDF page (print pass).
+out=$(mktemp -d)
+echo
+echo "orvex convert examples/drawings/all_kinds.json -o all_kinds.png --dpi 150 (and .pdf)"
+"$orvex" convert examples/drawings/all_kinds.json -o "$out/all_kinds.png" --dpi 150
+"$orvex" convert examples/drawings/all_kinds.json -o "$out/all_kinds.pdf"
+if command -v file >/dev/null; then file "$out/all_kinds.png" "$out/all_kinds.pdf" | sed "s|$out/|  |"; fi
+echo "  written to $out"
