@@ -28,11 +28,20 @@ for example in examples/mermaid/flowchart.mmd examples/plantuml/activity.puml; d
   fi
 done
 
-# Painting: one item of every kind as a PNG (screen pass) and a PDF page (print pass).
-out=$(mktemp -d)
-echo
-echo "orvex convert examples/drawings/all_kinds.json -o all_kinds.png --dpi 150 (and .pdf)"
-"$orvex" convert examples/drawings/all_kinds.json -o "$out/all_kinds.png" --dpi 150
-"$orvex" convert examples/drawings/all_kinds.json -o "$out/all_kinds.pdf"
-if command -v file >/dev/null; then file "$out/all_kinds.png" "$out/all_kinds.pdf" | sed "s|$out/|  |"; fi
-echo "  written to $out"
+# Drawings: every bundled drawing as SVG in out/ (open them in a browser, or render with rsvg-convert).
+mkdir -p out
+for drawing in examples/drawings/*.json; do
+  svg="out/$(basename "${drawing%.json}").svg"
+  "$orvex" convert "$drawing" -o "$svg"
+  echo
+  echo "orvex convert $drawing -o $svg ($(wc -c < "$svg") bytes)"
+done
+
+# Painting: the same drawings as PNG pictures (screen pass, 150 dpi) and PDF pages (print pass).
+for drawing in examples/drawings/*.json; do
+  base="out/$(basename "${drawing%.json}")"
+  "$orvex" convert "$drawing" -o "$base.png" --dpi 150
+  "$orvex" convert "$drawing" -o "$base.pdf"
+  echo
+  echo "orvex convert $drawing -o $base.png --dpi 150 ($(wc -c < "$base.png") bytes), and $base.pdf"
+done

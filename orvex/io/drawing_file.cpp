@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "orvex/document/document.h"
 #include "orvex/core/text.h"
+#include "orvex/document/document.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -54,9 +54,12 @@ TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& 
 
 TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& document) {
     switch (DrawingFormatFromExt(fileName)) {
-        case TQVLDrawingFormat::dfJson: return SaveDrawingFile(fileName, document);
-        case TQVLDrawingFormat::dfSvg: return SaveDrawingSVG(fileName, document);
-        case TQVLDrawingFormat::dfUnknown: break;
+        case TQVLDrawingFormat::dfJson:
+            return SaveDrawingFile(fileName, document);
+        case TQVLDrawingFormat::dfSvg:
+            return SaveDrawingSVG(fileName, document);
+        case TQVLDrawingFormat::dfUnknown:
+            break;
     }
     return {TQVLFileError::feWrite, fmt::format("{}: unknown output format (use .json or .svg)", fileName)};
 }

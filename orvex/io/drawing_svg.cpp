@@ -63,19 +63,24 @@ std::string TORXBaseLabel::SVG(TQVLExportSVG kind, float scale, bool flag) const
             const std::int32_t index = LayerIdx(open);
             const auto run = ++runs[static_cast<std::size_t>(std::max(index, -1) + 1)];
             // Items of one layer painted apart from each other make several groups; ids stay unique.
-            const std::string id = run == 1 ? fmt::format("layer{}", index + 1) : fmt::format("layer{}-{}", index + 1, run);
-            groups += fmt::format("<g id=\"{}\" data-name=\"{}\">\n", id, SvgEscape(open ? open->fName : std::string{}));
+            const std::string id =
+                run == 1 ? fmt::format("layer{}", index + 1) : fmt::format("layer{}-{}", index + 1, run);
+            groups += fmt::format("<g id=\"{}\" data-name=\"{}\">\n", id,
+                                  SvgEscape(open ? open->fName : std::string{}));
         }
         for (const auto& line : body) groups += line + "\n";
     }
     if (!groups.empty()) groups += "</g>\n";
 
-    const double widthMM = static_cast<double>(extent.GetWidth()) / 1000.0 / static_cast<double>(drawScale) * outScale;
-    const double heightMM = static_cast<double>(extent.GetHeight()) / 1000.0 / static_cast<double>(drawScale) * outScale;
+    const double widthMM =
+        static_cast<double>(extent.GetWidth()) / 1000.0 / static_cast<double>(drawScale) * outScale;
+    const double heightMM =
+        static_cast<double>(extent.GetHeight()) / 1000.0 / static_cast<double>(drawScale) * outScale;
     std::string out;
     if (kind == TQVLExportSVG::esFile) out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     out += fmt::format(
-        "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"{}mm\" height=\"{}mm\" viewBox=\"{} {} {} "
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"{}mm\" height=\"{}mm\" "
+        "viewBox=\"{} {} {} "
         "{}\">\n",
         SvgNumber(widthMM), SvgNumber(heightMM), SvgLength(extent.Left, unit), SvgLength(extent.Top, unit),
         SvgLength(extent.GetWidth(), unit), SvgLength(extent.GetHeight(), unit));
@@ -86,9 +91,10 @@ std::string TORXBaseLabel::SVG(TQVLExportSVG kind, float scale, bool flag) const
         out += "</defs>\n";
     }
     if (flag && AlphaOf(fBackSurf.fColor) != 0)
-        out += fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/>\n", SvgLength(extent.Left, unit),
-                           SvgLength(extent.Top, unit), SvgLength(extent.GetWidth(), unit),
-                           SvgLength(extent.GetHeight(), unit), SvgFill(fBackSurf.fColor, true));
+        out += fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/>\n",
+                           SvgLength(extent.Left, unit), SvgLength(extent.Top, unit),
+                           SvgLength(extent.GetWidth(), unit), SvgLength(extent.GetHeight(), unit),
+                           SvgFill(fBackSurf.fColor, true));
     out += groups;
     out += "</svg>\n";
     return out;

@@ -61,8 +61,8 @@ TQVLPto64 NearestOnSegment(const TQVLPto64& a, const TQVLPto64& b, std::int64_t 
             a.Y + static_cast<std::int64_t>(std::llround(t * dy))};
 }
 
-bool NearPoint(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance,
-               const TQVLPto64& p, std::int32_t index, TQVLRef& ref) {
+bool NearPoint(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance, const TQVLPto64& p,
+               std::int32_t index, TQVLRef& ref) {
     if (Distance(x, y, p.X, p.Y) > tolerance) return false;
     ref = TQVLRef{item, index, p.X, p.Y};
     return true;
@@ -91,8 +91,8 @@ bool SnapMidOfChain(TORXBaseItem* item, std::span<const TQVLPto64> points, bool 
     for (std::size_t i = 0; i < n; ++i) {
         const TQVLPto64& a = points[i];
         const TQVLPto64& b = points[(i + 1) % points.size()];
-        if (NearPoint(item, x, y, tolerance, {(a.X + b.X) / 2, (a.Y + b.Y) / 2}, static_cast<std::int32_t>(i + 1),
-                      ref))
+        if (NearPoint(item, x, y, tolerance, {(a.X + b.X) / 2, (a.Y + b.Y) / 2},
+                      static_cast<std::int32_t>(i + 1), ref))
             return true;
     }
     return false;
@@ -110,7 +110,8 @@ bool PickChain(std::span<const TQVLPto64> points, bool closed, std::int64_t x, s
     return false;
 }
 
-bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLRef& ref) {
+bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance,
+                      TQVLRef& ref) {
     for (const TIntSecPoint& p : item->QVLab()->GetIntersections()) {
         if (p.ItemA != item->InID() && p.ItemB != item->InID()) continue;
         if (NearPoint(item, x, y, tolerance, {p.X, p.Y}, 0, ref)) return true;

@@ -35,8 +35,8 @@ bool AngleInSweep(double angleDeg, double startDeg, double sweepDeg);
 TQVLRect ArcBounds(std::int64_t cx, std::int64_t cy, std::int64_t radius, double startDeg, double sweepDeg);
 
 TQVLPto64 NearestOnSegment(const TQVLPto64& a, const TQVLPto64& b, std::int64_t x, std::int64_t y);
-bool NearPoint(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance,
-               const TQVLPto64& p, std::int32_t index, TQVLRef& ref);
+bool NearPoint(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance, const TQVLPto64& p,
+               std::int32_t index, TQVLRef& ref);
 // Snap to the nearest point of a chain of segments (closed: last to first too).
 bool SnapNearestOnChain(TORXBaseItem* item, std::span<const TQVLPto64> points, bool closed, std::int64_t x,
                         std::int64_t y, std::int32_t tolerance, TQVLRef& ref);
@@ -45,10 +45,11 @@ bool SnapMidOfChain(TORXBaseItem* item, std::span<const TQVLPto64> points, bool 
 bool PickChain(std::span<const TQVLPto64> points, bool closed, std::int64_t x, std::int64_t y,
                std::int64_t tolerance);
 // A crossing with another item, from the document's intersection list.
-bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLRef& ref);
+bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance,
+                      TQVLRef& ref);
 
 std::vector<TQVLPto64> ToPto64(const TQVLPtoA& points);
 std::string SvgPointList(std::span<const TQVLPto64> points, TQVLUnits unit);  // "x,y x,y ..."
-std::string SvgXY(const TQVLPto64& p, TQVLUnits unit);                       // "x,y"
+std::string SvgXY(const TQVLPto64& p, TQVLUnits unit);                        // "x,y"
 
 }  // namespace Orvex::ItemGeo

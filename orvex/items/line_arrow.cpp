@@ -27,8 +27,8 @@ constexpr double kGlyphWidth = 0.6;
 constexpr double kLabelGap = 0.3;  // between the line and the label, in font heights
 
 std::size_t CodePoints(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
 // Text running along a line is turned so that it never reads upside down.
@@ -155,7 +155,8 @@ TORXBaseArrowLine::TLabelPlace TORXBaseArrowLine::PlaceLabel(const std::string& 
     const double upY = -std::cos(Rad(angle));
     double lift = kLabelGap * place.Height;  // baseline above the line
     if (fTextPos == TQVLTextPos::tpBelow) lift = -(kLabelGap + 1.0) * place.Height;
-    if (fTextPos == TQVLTextPos::tpMiddle || fTextPos == TQVLTextPos::tpMiddleRemove) lift = -0.35 * place.Height;
+    if (fTextPos == TQVLTextPos::tpMiddle || fTextPos == TQVLTextPos::tpMiddleRemove)
+        lift = -0.35 * place.Height;
     const double mx = static_cast<double>(x1 + x2) / 2.0;
     const double my = static_cast<double>(y1 + y2) / 2.0;
     place.Anchor = {static_cast<std::int64_t>(std::llround(mx + upX * lift)),
@@ -169,8 +170,9 @@ void TORXBaseArrowLine::UpdatePoints() {
     const double half = place.Width / 2.0;
     // Derived points: written directly, as moving the line moves them without a step of their own.
     fPoints[2] = TQVLPto{place.Anchor.X, place.Anchor.Y};
-    fPoints[3] = TQVLPto{place.Anchor.X + static_cast<std::int64_t>(std::llround(half * std::cos(Rad(place.Angle)))),
-                         place.Anchor.Y - static_cast<std::int64_t>(std::llround(half * std::sin(Rad(place.Angle))))};
+    fPoints[3] =
+        TQVLPto{place.Anchor.X + static_cast<std::int64_t>(std::llround(half * std::cos(Rad(place.Angle)))),
+                place.Anchor.Y - static_cast<std::int64_t>(std::llround(half * std::sin(Rad(place.Angle))))};
 }
 
 void TORXBaseArrowLine::UpdateBounds() {
@@ -199,7 +201,8 @@ bool TORXBaseArrowLine::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t 
     const std::vector<TQVLPto64> line{{GetPointX(1), GetPointY(1)}, {GetPointX(2), GetPointY(2)}};
     switch (snap) {
         case TQVLSnap::snEndPoint:
-            return NearPoint(this, x, y, tolerance, line[0], 1, ref) || NearPoint(this, x, y, tolerance, line[1], 2, ref);
+            return NearPoint(this, x, y, tolerance, line[0], 1, ref) ||
+                   NearPoint(this, x, y, tolerance, line[1], 2, ref);
         case TQVLSnap::snMidPoint:
             return SnapMidOfChain(this, line, false, x, y, tolerance, ref);
         case TQVLSnap::snNearest:
@@ -273,21 +276,25 @@ void TORXBaseArrowLine::WriteSVG(std::vector<std::string>& defs, std::vector<std
         // The line breaks where the label stands.
         const double t0 = (length - gap) / 2.0 / length;
         const auto at = [&](double t) {
-            return TQVLPto64{a.X + static_cast<std::int64_t>(std::llround(t * static_cast<double>(b.X - a.X))),
-                             a.Y + static_cast<std::int64_t>(std::llround(t * static_cast<double>(b.Y - a.Y)))};
+            return TQVLPto64{
+                a.X + static_cast<std::int64_t>(std::llround(t * static_cast<double>(b.X - a.X))),
+                a.Y + static_cast<std::int64_t>(std::llround(t * static_cast<double>(b.Y - a.Y)))};
         };
         d = "M" + SvgXY(a, u) + " L" + SvgXY(at(t0), u) + " M" + SvgXY(at(1.0 - t0), u) + " L" + SvgXY(b, u);
     }
-    body.push_back(fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
+    body.push_back(
+        fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
     if (text.empty()) return;
     const std::string x = SvgLength(place.Anchor.X, u);
     const std::string y = SvgLength(place.Anchor.Y, u);
     const std::string turn =
-        place.Angle == 0.0 ? std::string{} : fmt::format(" transform=\"rotate({} {} {})\"", SvgNumber(-place.Angle), x, y);
-    body.push_back(fmt::format("<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
-                               SvgFont(fFont, static_cast<double>(GetValue(static_cast<std::int64_t>(place.Height), u)),
-                                       fBold, fItalic, fUnderline, fStrikeout, fFontColor),
-                               SvgEscape(text)));
+        place.Angle == 0.0 ? std::string{}
+                           : fmt::format(" transform=\"rotate({} {} {})\"", SvgNumber(-place.Angle), x, y);
+    body.push_back(
+        fmt::format("<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
+                    SvgFont(fFont, static_cast<double>(GetValue(static_cast<std::int64_t>(place.Height), u)),
+                            fBold, fItalic, fUnderline, fStrikeout, fFontColor),
+                    SvgEscape(text)));
 }
 
 void TORXBaseArrowLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
@@ -298,25 +305,45 @@ void TORXBaseArrowLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) 
 
 std::string TORXBaseArrowLine::GetTextProp(std::uint16_t property) const {
     switch (property) {
-        case kPropText: return fText;
-        case kPropFont: return fFont;
-        case kPropFormat: return fFormat;
-        case kPropData: return fData;
-        case kPropField: return fField;
-        case kPropName: return fName;
-        default: return TORXTermLine::GetTextProp(property);
+        case kPropText:
+            return fText;
+        case kPropFont:
+            return fFont;
+        case kPropFormat:
+            return fFormat;
+        case kPropData:
+            return fData;
+        case kPropField:
+            return fField;
+        case kPropName:
+            return fName;
+        default:
+            return TORXTermLine::GetTextProp(property);
     }
 }
 
 void TORXBaseArrowLine::SetTextProp(std::uint16_t property, const std::string& value) {
     switch (property) {
-        case kPropText: SetTextValue(fText, value, property); break;
-        case kPropFont: SetTextValue(fFont, value, property); break;
-        case kPropFormat: SetTextValue(fFormat, value, property); break;
-        case kPropData: SetTextValue(fData, value, property); break;
-        case kPropField: SetTextValue(fField, value, property); break;
-        case kPropName: SetTextValue(fName, value, property); break;
-        default: TORXTermLine::SetTextProp(property, value);
+        case kPropText:
+            SetTextValue(fText, value, property);
+            break;
+        case kPropFont:
+            SetTextValue(fFont, value, property);
+            break;
+        case kPropFormat:
+            SetTextValue(fFormat, value, property);
+            break;
+        case kPropData:
+            SetTextValue(fData, value, property);
+            break;
+        case kPropField:
+            SetTextValue(fField, value, property);
+            break;
+        case kPropName:
+            SetTextValue(fName, value, property);
+            break;
+        default:
+            TORXTermLine::SetTextProp(property, value);
     }
 }
 
@@ -337,23 +364,40 @@ void TORXBaseArrowLine::SetFloatProp(std::uint16_t property, double value) {
 
 bool TORXBaseArrowLine::GetBoolProp(std::uint16_t property) const {
     switch (property) {
-        case kPropBold: return fBold;
-        case kPropItalic: return fItalic;
-        case kPropUnderline: return fUnderline;
-        case kPropStrikeout: return fStrikeout;
-        case kPropTextMeasure: return fTextMeasure;
-        default: return TORXTermLine::GetBoolProp(property);
+        case kPropBold:
+            return fBold;
+        case kPropItalic:
+            return fItalic;
+        case kPropUnderline:
+            return fUnderline;
+        case kPropStrikeout:
+            return fStrikeout;
+        case kPropTextMeasure:
+            return fTextMeasure;
+        default:
+            return TORXTermLine::GetBoolProp(property);
     }
 }
 
 void TORXBaseArrowLine::SetBoolProp(std::uint16_t property, bool value) {
     switch (property) {
-        case kPropBold: SetBold(value); break;
-        case kPropItalic: SetItalic(value); break;
-        case kPropUnderline: SetUnderline(value); break;
-        case kPropStrikeout: SetStrikeout(value); break;
-        case kPropTextMeasure: SetTextMeasure(value); break;
-        default: TORXTermLine::SetBoolProp(property, value);
+        case kPropBold:
+            SetBold(value);
+            break;
+        case kPropItalic:
+            SetItalic(value);
+            break;
+        case kPropUnderline:
+            SetUnderline(value);
+            break;
+        case kPropStrikeout:
+            SetStrikeout(value);
+            break;
+        case kPropTextMeasure:
+            SetTextMeasure(value);
+            break;
+        default:
+            TORXTermLine::SetBoolProp(property, value);
     }
 }
 

@@ -58,7 +58,8 @@ TQVLPto64 Along(const TQVLPto64& from, const TQVLPto64& to, double distance) {
 
 // [SECTION] Properties
 
-TORXBaseDim::TORXBaseDim(TORXBaseLabel* owner, bool preview) : TORXBasePoint(owner, TQVLItemType::itDim, preview) {
+TORXBaseDim::TORXBaseDim(TORXBaseLabel* owner, bool preview)
+    : TORXBasePoint(owner, TQVLItemType::itDim, preview) {
     if (const TORXDimStyle* style = owner->GetActiveDimStyle()) fIdDimStyle = style->fID;
 }
 
@@ -161,16 +162,20 @@ void TORXBaseDim::SetAngular(const TQVLPto64& centre, const TQVLPto64& startArm,
 
 TORXBaseDim::TAngleArc TORXBaseDim::AngleArc() const {
     TAngleArc arc;
-    const TQVLPto p5 = GetPoint(5), p6 = GetPoint(6), p7 = GetPoint(7);
-    std::int64_t cx = 0, cy = 0, radius = 0;
-    double a0 = 0.0, a1 = 0.0;
+    const auto at = [this](std::int32_t i) {
+        return TPoint2D{static_cast<double>(GetPointX(i)), static_cast<double>(GetPointY(i))};
+    };
+    const TPoint2D p5 = at(5), p6 = at(6), p7 = at(7);
+    // The centre in double precision: a rounded centre would tilt the arms by hundredths of a degree.
+    TPoint2D c;
+    double radius = 0.0, a0 = 0.0, a1 = 0.0;
     bool ccw = true;
-    if (!TDraw2D::ArcThreePoints(p5.X, p5.Y, p7.X, p7.Y, p6.X, p6.Y, cx, cy, radius, a0, a1, ccw)) {
-        cx = GetPointX(8), cy = GetPointY(8);
-        radius = static_cast<std::int64_t>(std::llround(TDraw2D::Distance(cx, cy, p7.X, p7.Y)));
+    if (!TDraw2D::ArcThreePoints(p5, p7, p6, c, radius, a0, a1, ccw)) {
+        c = at(8);
+        radius = TDraw2D::Distance(c, p7);
     }
-    const auto angle = [&](const TQVLPto& p) {
-        return TDraw2D::NormalizeAngle(std::atan2(static_cast<double>(p.Y - cy), static_cast<double>(p.X - cx)));
+    const auto angle = [&](const TPoint2D& p) {
+        return TDraw2D::NormalizeAngle(std::atan2(p.Y - c.Y, p.X - c.X));
     };
     const double s = angle(p5), e = angle(p6), a = angle(p7);
     constexpr double kTwoPi = 2.0 * std::numbers::pi;
@@ -178,10 +183,11 @@ TORXBaseDim::TAngleArc TORXBaseDim::AngleArc() const {
     const bool inside = positive(e - s) >= positive(a - s);
     double sweep = inside ? e - s : s - e;
     if (sweep < 0.0) sweep += kTwoPi;
-    arc.Center = {cx, cy};
-    arc.Radius = radius;
+    arc.Center = {static_cast<std::int64_t>(std::llround(c.X)), static_cast<std::int64_t>(std::llround(c.Y))};
+    arc.Radius = static_cast<std::int64_t>(std::llround(radius));
     arc.Measure = sweep;
-    // Stored angles grow clockwise on screen: the arc from s (or from e) by the sweep, turned to screen terms.
+    // Stored angles grow clockwise on screen: the arc from s (or from e) by the sweep, turned to screen
+    // terms.
     arc.StartDeg = NormDeg(-Deg(inside ? s : e));
     arc.SweepDeg = -Deg(sweep);
     return arc;
@@ -198,14 +204,22 @@ std::string TORXBaseDim::MeasureText() const {
     std::string prefix;
     switch (fDimType) {
         case TQVDimType::dmtRadial1:
-        case TQVDimType::dmtRadial2: prefix = "R"; break;
-        case TQVDimType::dmtDiameter2: distance *= 2.0, prefix = "\xC3\x98"; break;  // its points span a radius
-        case TQVDimType::dmtDiameter1: prefix = "\xC3\x98"; break;
-        default: break;
+        case TQVDimType::dmtRadial2:
+            prefix = "R";
+            break;
+        case TQVDimType::dmtDiameter2:
+            distance *= 2.0, prefix = "\xC3\x98";
+            break;  // its points span a radius
+        case TQVDimType::dmtDiameter1:
+            prefix = "\xC3\x98";
+            break;
+        default:
+            break;
     }
     if (!style.fPrefix.empty()) prefix = style.fPrefix;
     // No default suffix here, unlike the degree sign of angles.
-    return prefix + FormatNumber(distance / static_cast<double>(UnitFactor(fOwner->Units())), format) + style.fSuffix;
+    return prefix + FormatNumber(distance / static_cast<double>(UnitFactor(fOwner->Units())), format) +
+           style.fSuffix;
 }
 
 void TORXBaseDim::CalcValues(std::int16_t value) {
@@ -275,7 +289,6 @@ static TDimShape ShapeOf(const TORXBaseDim& dim, const TORXDimStyle& style, std:
         case TQVDimType::dmtDiameter2: {
             const TQVLPto64 opposite{2 * p1.X - p2.X, 2 * p1.Y - p2.Y};
             shape.DimLine = {opposite, p2};
-            mid = p1;
             along = p1 == p2 ? 0.0 : ScreenAngle(p1.X, p1.Y, p2.X, p2.Y);
             break;
         }
@@ -284,13 +297,16 @@ static TDimShape ShapeOf(const TORXBaseDim& dim, const TORXDimStyle& style, std:
             shape.Arc = dim.AngleArc();
             const TORXBaseDim::TAngleArc& arc = shape.Arc;
             for (int i = 0; i <= 32; ++i)
-                shape.DimLine.push_back(PolarPoint(arc.Center.X, arc.Center.Y, static_cast<double>(arc.Radius),
+                shape.DimLine.push_back(PolarPoint(arc.Center.X, arc.Center.Y,
+                                                   static_cast<double>(arc.Radius),
                                                    arc.StartDeg + arc.SweepDeg * i / 32.0));
             for (int arm : {5, 6}) {
-                if (dim.DimExt() == 3 || (dim.DimExt() == 1 && arm == 6) || (dim.DimExt() == 2 && arm == 5)) continue;
+                if (dim.DimExt() == 3 || (dim.DimExt() == 1 && arm == 6) || (dim.DimExt() == 2 && arm == 5))
+                    continue;
                 const TQVLPto64 p{dim.GetPointX(arm), dim.GetPointY(arm)};
                 const double len = TDraw2D::Distance(arc.Center.X, arc.Center.Y, p.X, p.Y);
-                if (len > gap) shape.ExtLines.emplace_back(Along(arc.Center, p, gap), Along(arc.Center, p, len + over));
+                if (len > gap)
+                    shape.ExtLines.emplace_back(Along(arc.Center, p, gap), Along(arc.Center, p, len + over));
             }
             const double midDeg = arc.StartDeg + arc.SweepDeg / 2.0;
             mid = PolarPoint(arc.Center.X, arc.Center.Y, static_cast<double>(arc.Radius), midDeg);
@@ -354,21 +370,24 @@ bool TORXBaseDim::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, b
     return std::fabs(u) <= shape.TextWidth / 2.0 + t && v >= -t && v <= shape.TextHeight + t;
 }
 
-bool TORXBaseDim::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+bool TORXBaseDim::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
+                             TQVLRef& ref) {
     const bool angle = fDimType == TQVDimType::dmtAngle;
     switch (snap) {
         case TQVLSnap::snEndPoint:
-            for (std::int32_t i : angle ? std::vector<std::int32_t>{5, 6, 7} : std::vector<std::int32_t>{1, 2, 3, 4})
+            for (std::int32_t i :
+                 angle ? std::vector<std::int32_t>{5, 6, 7} : std::vector<std::int32_t>{1, 2, 3, 4})
                 if (NearPoint(this, x, y, tolerance, {GetPointX(i), GetPointY(i)}, i, ref)) return true;
             return false;
         case TQVLSnap::snMidPoint:
             if (angle) return false;
-            return NearPoint(this, x, y, tolerance, {(GetPointX(1) + GetPointX(2)) / 2, (GetPointY(1) + GetPointY(2)) / 2},
-                             0, ref);
+            return NearPoint(this, x, y, tolerance,
+                             {(GetPointX(1) + GetPointX(2)) / 2, (GetPointY(1) + GetPointY(2)) / 2}, 0, ref);
         case TQVLSnap::snCenter:
             return NearPoint(this, x, y, tolerance, CenterPoint(), 0, ref);
         case TQVLSnap::snNearest: {
-            const TDimShape shape = ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
+            const TDimShape shape =
+                ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
             return SnapNearestOnChain(this, shape.DimLine, false, x, y, tolerance, ref);
         }
         case TQVLSnap::snIntersection:
@@ -422,6 +441,9 @@ TJSON TORXBaseDim::WriteJson() const {
 }
 
 void TORXBaseDim::ReadJson(std::int32_t version, const TJSON& obj) {
+    // The kind first: while the points arrive one by one, the derived ones must not overwrite the arms of
+    // an angle.
+    fDimType = static_cast<TQVDimType>(std::clamp<std::int64_t>(U::GetInt(obj, "DimType"), 0, 7));
     TORXBasePoint::ReadJson(version, obj);
     fDimType = static_cast<TQVDimType>(std::clamp<std::int64_t>(U::GetInt(obj, "DimType"), 0, 7));
     fDimExt = static_cast<std::int32_t>(std::clamp<std::int64_t>(U::GetInt(obj, "DimExt"), 0, 3));
@@ -467,19 +489,30 @@ void TORXBaseDim::SetBoolProp(std::uint16_t property, bool value) {
 
 std::int64_t TORXBaseDim::GetEnumProp(std::uint16_t property) const {
     switch (property) {
-        case kPropDimType: return static_cast<std::int64_t>(fDimType);
-        case kPropDimExt: return fDimExt;
-        case kPropIdDimStyle: return fIdDimStyle;
-        default: return TORXBasePoint::GetEnumProp(property);
+        case kPropDimType:
+            return static_cast<std::int64_t>(fDimType);
+        case kPropDimExt:
+            return fDimExt;
+        case kPropIdDimStyle:
+            return fIdDimStyle;
+        default:
+            return TORXBasePoint::GetEnumProp(property);
     }
 }
 
 void TORXBaseDim::SetEnumProp(std::uint16_t property, std::int64_t value) {
     switch (property) {
-        case kPropDimType: SetDimType(static_cast<TQVDimType>(value)); break;
-        case kPropDimExt: SetDimExt(static_cast<std::int32_t>(value)); break;
-        case kPropIdDimStyle: SetIdDimStyle(static_cast<std::int32_t>(value)); break;
-        default: TORXBasePoint::SetEnumProp(property, value);
+        case kPropDimType:
+            SetDimType(static_cast<TQVDimType>(value));
+            break;
+        case kPropDimExt:
+            SetDimExt(static_cast<std::int32_t>(value));
+            break;
+        case kPropIdDimStyle:
+            SetIdDimStyle(static_cast<std::int32_t>(value));
+            break;
+        default:
+            TORXBasePoint::SetEnumProp(property, value);
     }
 }
 
@@ -493,9 +526,10 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
     const TDimShape shape = ShapeOf(*this, style, std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));
     std::string out = "<g>";
     for (const auto& [from, to] : shape.ExtLines)
-        out += fmt::format("<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"{}/>", SvgLength(from.X, u), SvgLength(from.Y, u),
-                           SvgLength(to.X, u), SvgLength(to.Y, u),
-                           SvgStroke(style.fExtColor, GetBaseValue(style.fExtPenWidth) * factor, style.fExtLineType, u));
+        out += fmt::format(
+            "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"{}/>", SvgLength(from.X, u), SvgLength(from.Y, u),
+            SvgLength(to.X, u), SvgLength(to.Y, u),
+            SvgStroke(style.fExtColor, GetBaseValue(style.fExtPenWidth) * factor, style.fExtLineType, u));
     const double head = MillimetresInUnit(style.fHeadSize, u) * factor;
     const std::string marker = SvgTerminatorMarker(style.fHeadType, style.fHeadColor, head, defs);
     std::string d;
@@ -512,9 +546,10 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
         std::string heads;
         if (!marker.empty() && shape.HeadStart) heads += " marker-start=\"" + marker + "\"";
         if (!marker.empty() && shape.HeadEnd) heads += " marker-end=\"" + marker + "\"";
-        out += fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d,
-                           SvgStroke(style.fDimColor, GetBaseValue(style.fDimPenWidth) * factor, style.fDimLineType, u),
-                           heads);
+        out += fmt::format(
+            "<path d=\"{}\" fill=\"none\"{}{}/>", d,
+            SvgStroke(style.fDimColor, GetBaseValue(style.fDimPenWidth) * factor, style.fDimLineType, u),
+            heads);
     }
     const std::string text = MeasureText();
     if (!text.empty()) {
@@ -525,11 +560,11 @@ void TORXBaseDim::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
                                                                       SvgNumber(-shape.TextAngle), x, y);
         // A style read without a font colour would hide its text: it takes the dimension line's colour.
         const TAlphaColor ink = AlphaOf(style.fFont.FontColor) == 0 ? style.fDimColor : style.fFont.FontColor;
-        out += fmt::format("<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
-                           SvgFont(style.fFont.Name, GetValue(static_cast<std::int64_t>(shape.TextHeight), u),
-                                   style.fFont.Bold, style.fFont.Italic, style.fFont.Underline, style.fFont.Strikeout,
-                                   ink),
-                           SvgEscape(text));
+        out += fmt::format(
+            "<text x=\"{}\" y=\"{}\"{} text-anchor=\"middle\"{}>{}</text>", x, y, turn,
+            SvgFont(style.fFont.Name, GetValue(static_cast<std::int64_t>(shape.TextHeight), u),
+                    style.fFont.Bold, style.fFont.Italic, style.fFont.Underline, style.fFont.Strikeout, ink),
+            SvgEscape(text));
     }
     body.push_back(out + "</g>");
 }

@@ -134,19 +134,30 @@ void TORXTermLine::SetBaseValueProp(std::uint16_t property, std::int64_t value) 
 
 std::int64_t TORXTermLine::GetEnumProp(std::uint16_t property) const {
     switch (property) {
-        case kPropLineType: return static_cast<std::int64_t>(fLineType);
-        case kPropFromType: return static_cast<std::int64_t>(fFromType);
-        case kPropToType: return static_cast<std::int64_t>(fToType);
-        default: return TORXBasePoint::GetEnumProp(property);
+        case kPropLineType:
+            return static_cast<std::int64_t>(fLineType);
+        case kPropFromType:
+            return static_cast<std::int64_t>(fFromType);
+        case kPropToType:
+            return static_cast<std::int64_t>(fToType);
+        default:
+            return TORXBasePoint::GetEnumProp(property);
     }
 }
 
 void TORXTermLine::SetEnumProp(std::uint16_t property, std::int64_t value) {
     switch (property) {
-        case kPropLineType: SetLineType(static_cast<TQVLineType>(value)); break;
-        case kPropFromType: SetFromType(static_cast<TQVLTermType>(value)); break;
-        case kPropToType: SetToType(static_cast<TQVLTermType>(value)); break;
-        default: TORXBasePoint::SetEnumProp(property, value);
+        case kPropLineType:
+            SetLineType(static_cast<TQVLineType>(value));
+            break;
+        case kPropFromType:
+            SetFromType(static_cast<TQVLTermType>(value));
+            break;
+        case kPropToType:
+            SetToType(static_cast<TQVLTermType>(value));
+            break;
+        default:
+            TORXBasePoint::SetEnumProp(property, value);
     }
 }
 
@@ -248,13 +259,14 @@ void TORXBaseLine::ReadJson(std::int32_t version, const TJSON& obj) {
     fLineType = EnumFromJson(obj, "LineType", TQVLineType::ii411);
 }
 
-void TORXBaseLine::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                            float factor, bool flag) const {
+void TORXBaseLine::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                            TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
     const TQVLUnits u = fOwner->Units();
     body.push_back(fmt::format("<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\"{} stroke-linecap=\"round\"/>",
-                               SvgLength(GetPointX(1), u), SvgLength(GetPointY(1), u), SvgLength(GetPointX(2), u),
-                               SvgLength(GetPointY(2), u), SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, u)));
+                               SvgLength(GetPointX(1), u), SvgLength(GetPointY(1), u),
+                               SvgLength(GetPointX(2), u), SvgLength(GetPointY(2), u),
+                               SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, u)));
 }
 
 void TORXBaseLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
@@ -263,7 +275,8 @@ void TORXBaseLine::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const
 }
 
 std::int64_t TORXBaseLine::GetEnumProp(std::uint16_t property) const {
-    return property == kPropLineType ? static_cast<std::int64_t>(fLineType) : TORXBasePoint::GetEnumProp(property);
+    return property == kPropLineType ? static_cast<std::int64_t>(fLineType)
+                                     : TORXBasePoint::GetEnumProp(property);
 }
 
 void TORXBaseLine::SetEnumProp(std::uint16_t property, std::int64_t value) {
@@ -406,16 +419,17 @@ bool TORXBaseArc::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolera
             return NearPoint(this, x, y, tolerance, StartPoint(), 1, ref) ||
                    NearPoint(this, x, y, tolerance, EndPoint(), 2, ref);
         case TQVLSnap::snMidPoint:
-            return NearPoint(this, x, y, tolerance,
-                             PolarPoint(fCX, fCY, static_cast<double>(fRadius), fStartAngle + SignedSweep() / 2), 0,
-                             ref);
+            return NearPoint(
+                this, x, y, tolerance,
+                PolarPoint(fCX, fCY, static_cast<double>(fRadius), fStartAngle + SignedSweep() / 2), 0, ref);
         case TQVLSnap::snCenter:
             return NearPoint(this, x, y, tolerance, Center(), 0, ref);
         case TQVLSnap::snNearest: {
             if (x == fCX && y == fCY) return false;
             const double a = ScreenAngle(fCX, fCY, x, y);
             if (!AngleInSweep(a, fStartAngle, SignedSweep())) return false;
-            return NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, static_cast<double>(fRadius), a), 0, ref);
+            return NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, static_cast<double>(fRadius), a), 0,
+                             ref);
         }
         case TQVLSnap::snIntersection:
             return SnapIntersection(this, x, y, tolerance, ref);
@@ -425,7 +439,8 @@ bool TORXBaseArc::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolera
     return false;
 }
 
-void TORXBaseArc::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY, std::int64_t& maxY) const {
+void TORXBaseArc::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                           std::int64_t& maxY) const {
     const std::int64_t half = fPenWidth / 2;
     const auto extend = [](std::int64_t& extent, std::int64_t v, bool lower) {
         if (extent == -1 || (lower ? v < extent : v > extent)) extent = v;
@@ -468,16 +483,18 @@ void TORXBaseArc::WriteSVG(std::vector<std::string>& defs, std::vector<std::stri
     if (fSweepAngle >= 360.0f) {
         // One arc command cannot close a circle: two halves.
         const TQVLPto64 s = StartPoint();
-        const TQVLPto64 m = PolarPoint(fCX, fCY, static_cast<double>(fRadius), fStartAngle + SignedSweep() / 2);
+        const TQVLPto64 m =
+            PolarPoint(fCX, fCY, static_cast<double>(fRadius), fStartAngle + SignedSweep() / 2);
         const int sweepFlag = fClockWise ? 1 : 0;
-        d = fmt::format("M{} A{},{} 0 0 {} {} A{},{} 0 0 {} {}", SvgXY(s, u), r, r, sweepFlag, SvgXY(m, u), r, r,
-                        sweepFlag, SvgXY(s, u));
+        d = fmt::format("M{} A{},{} 0 0 {} {} A{},{} 0 0 {} {}", SvgXY(s, u), r, r, sweepFlag, SvgXY(m, u), r,
+                        r, sweepFlag, SvgXY(s, u));
     } else {
         // SVG's sweep flag 1 runs clockwise on screen.
         d = fmt::format("M{} A{},{} 0 {} {} {}", SvgXY(StartPoint(), u), r, r, fSweepAngle > 180.0f ? 1 : 0,
                         fClockWise ? 1 : 0, SvgXY(EndPoint(), u));
     }
-    body.push_back(fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
+    body.push_back(
+        fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
 }
 
 void TORXBaseArc::Turn(bool right) {

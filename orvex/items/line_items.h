@@ -3,6 +3,8 @@
 // with undo, picking, snapping, bounds, quarter turns, the JSON keys and SVG.
 //
 // Angles (arc, labels) are degrees counter-clockwise on screen from +x, as they are entered on paper.
+// Every kind (here and in shape_items.h) has a constructor (owner, preview) and one (owner, layer, preview)
+// that puts the new item on the given layer instead of the document's first.
 //
 // [SECTION] Property indexes   [SECTION] TORXTermLine   [SECTION] TORXBaseLine   [SECTION] TORXBasePolyLine
 // [SECTION] TORXBaseArc   [SECTION] TORXBaseArrowLine   [SECTION] TORXBaseDim
@@ -44,7 +46,7 @@ enum class TQVDimType : std::uint8_t {
 
 // [SECTION] TORXTermLine: a dashed line with a terminator at each end (polyline, arc, arrow line, Bézier).
 class TORXTermLine : public TORXBasePoint {
-public:
+  public:
     // Terminator colours and sizes of a new line come from the document's settings.
     TORXTermLine(TORXBaseLabel* owner, TQVLItemType type, bool preview);
 
@@ -76,7 +78,7 @@ public:
     TAlphaColor GetColorProp(std::uint16_t property) const override;
     void SetColorProp(std::uint16_t property, TAlphaColor value) override;
 
-protected:
+  protected:
     void WriteLineTypeJson(TJSON& obj) const;
     void WriteTermJson(TJSON& obj) const;  // "FromType" to "SizeTo"
     void ReadTermJson(const TJSON& obj);   // "LineType" and the terminators
@@ -95,9 +97,12 @@ protected:
 
 // [SECTION] TORXBaseLine: a straight segment from point 1 to point 2.
 class TORXBaseLine : public TORXBasePoint {
-public:
+  public:
     explicit TORXBaseLine(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itLine, preview) {}
+    TORXBaseLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseLine(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -113,15 +118,19 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-private:
+  private:
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBasePolyLine: an open chain through its points (none when new; InsertPoint adds them).
 class TORXBasePolyLine : public TORXTermLine {
-public:
+  public:
     explicit TORXBasePolyLine(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itPolyLine, preview) {}
+    TORXBasePolyLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBasePolyLine(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -136,9 +145,12 @@ public:
 // midpoint, radius half their horizontal distance), from StartAngle to EndAngle; ClockWise turns the
 // other way round. SweepAngle (0 < sweep <= 360) follows from the two angles; equal angles make a circle.
 class TORXBaseArc : public TORXTermLine {
-public:
+  public:
     explicit TORXBaseArc(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itArc, preview) {}
+    TORXBaseArc(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseArc(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     void SetStartAngle(float degrees);
@@ -183,7 +195,7 @@ public:
     static constexpr std::uint16_t kPropEndAngle = kPropKindFirst + 1;
     static constexpr std::uint16_t kPropClockWise = kPropKindFirst + 2;
 
-private:
+  private:
     void CalcSweep();
     void Turn(bool right);
 
@@ -199,9 +211,13 @@ private:
 // [SECTION] TORXBaseArrowLine: a line from point 1 to point 2 with a label. Points 3 and 4 follow from the
 // others: the label's anchor (the middle of its baseline) and the end of its baseline.
 class TORXBaseArrowLine : public TORXTermLine {
-public:
+  public:
     // A new arrow line points at its second end; its label (empty) is set in "Arial".
     explicit TORXBaseArrowLine(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseArrowLine(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseArrowLine(owner, preview) {
+        fLayer = layer;
+    }
 
     const std::string& Text() const { return fText; }
     void SetText(const std::string& text);
@@ -275,7 +291,7 @@ public:
     static constexpr std::uint16_t kPropFillType = kPropKindFirst + 14;
     static constexpr std::uint16_t kPropName = kPropKindFirst + 15;
 
-private:
+  private:
     struct TLabelPlace {
         TQVLPto64 Anchor;    // middle of the baseline
         double Angle = 0.0;  // degrees, counter-clockwise on screen
@@ -315,12 +331,17 @@ private:
 // Points 5 and 6 of the non-angle kinds and 9 and 10 of every kind are derived: the corners of the
 // dimension's extent (5, 6; so the bounds cover it) and the text's anchor and direction (9, 10).
 class TORXBaseDim : public TORXBasePoint {
-public:
+  public:
     explicit TORXBaseDim(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseDim(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseDim(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVDimType DimType() const { return fDimType; }
     void SetDimType(TQVDimType type);
-    std::int32_t DimExt() const { return fDimExt; }  // 0 both extension lines, 1 the first, 2 the second, 3 none
+    std::int32_t DimExt() const {
+        return fDimExt;
+    }  // 0 both extension lines, 1 the first, 2 the second, 3 none
     void SetDimExt(std::int32_t ext);
     std::int32_t IdDimStyle() const { return fIdDimStyle; }
     void SetIdDimStyle(std::int32_t id);
@@ -380,7 +401,7 @@ public:
     };
     TAngleArc AngleArc() const;
 
-private:
+  private:
     std::string MeasureText() const;
     void Turn(bool right);
 

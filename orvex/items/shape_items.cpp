@@ -27,8 +27,8 @@ using namespace ItemGeo;
 namespace {
 
 TQVLineType LineTypeFromJson(const TJSON& obj) {
-    return static_cast<TQVLineType>(
-        std::clamp<std::int64_t>(U::GetInt(obj, "LineType"), 0, static_cast<std::int64_t>(TQVLineType::ii411)));
+    return static_cast<TQVLineType>(std::clamp<std::int64_t>(U::GetInt(obj, "LineType"), 0,
+                                                             static_cast<std::int64_t>(TQVLineType::ii411)));
 }
 
 std::int64_t Abs64(std::int64_t v) {
@@ -76,7 +76,8 @@ void TORXBoxShape::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const
 }
 
 std::int64_t TORXBoxShape::GetEnumProp(std::uint16_t property) const {
-    return property == kPropLineType ? static_cast<std::int64_t>(fLineType) : TORX2DItem::GetEnumProp(property);
+    return property == kPropLineType ? static_cast<std::int64_t>(fLineType)
+                                     : TORX2DItem::GetEnumProp(property);
 }
 
 void TORXBoxShape::SetEnumProp(std::uint16_t property, std::int64_t value) {
@@ -91,7 +92,8 @@ bool TORXBoxShape::FilledInk() const {
 }
 
 std::string TORXBoxShape::SvgPaint(float factor) const {
-    return SvgFill(fBackColor, fFill) + SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, fOwner->Units());
+    return SvgFill(fBackColor, fFill) +
+           SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, fOwner->Units());
 }
 
 // [SECTION] TORXBaseRectangle
@@ -129,11 +131,13 @@ bool TORXBaseRectangle::Pick(std::int64_t x, std::int64_t y, std::int32_t tolera
 bool TORXBaseRectangle::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                                    TQVLRef& ref) {
     const TQVLRect& r = fBoundsRect;
-    const std::vector<TQVLPto64> corners{{r.Left, r.Top}, {r.Right, r.Top}, {r.Right, r.Bottom}, {r.Left, r.Bottom}};
+    const std::vector<TQVLPto64> corners{
+        {r.Left, r.Top}, {r.Right, r.Top}, {r.Right, r.Bottom}, {r.Left, r.Bottom}};
     switch (snap) {
         case TQVLSnap::snEndPoint:
             for (std::size_t i = 0; i < corners.size(); ++i)
-                if (NearPoint(this, x, y, tolerance, corners[i], static_cast<std::int32_t>(i + 1), ref)) return true;
+                if (NearPoint(this, x, y, tolerance, corners[i], static_cast<std::int32_t>(i + 1), ref))
+                    return true;
             return false;
         case TQVLSnap::snMidPoint:
             return SnapMidOfChain(this, corners, true, x, y, tolerance, ref);
@@ -169,9 +173,9 @@ void TORXBaseRectangle::WriteSVG(std::vector<std::string>& defs, std::vector<std
     const TQVLUnits u = fOwner->Units();
     const TQVLRect& r = fBoundsRect;
     const std::string rx = fRadio > 0 ? fmt::format(" rx=\"{}\"", SvgLength(fRadio, u)) : std::string{};
-    body.push_back(fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}{}/>", SvgLength(r.Left, u),
-                               SvgLength(r.Top, u), SvgLength(r.GetWidth(), u), SvgLength(r.GetHeight(), u), rx,
-                               SvgPaint(factor)));
+    body.push_back(fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}{}/>",
+                               SvgLength(r.Left, u), SvgLength(r.Top, u), SvgLength(r.GetWidth(), u),
+                               SvgLength(r.GetHeight(), u), rx, SvgPaint(factor)));
 }
 
 std::int64_t TORXBaseRectangle::GetBaseValueProp(std::uint16_t property) const {
@@ -229,13 +233,14 @@ void TORXBasePolygon::ReadJson(std::int32_t version, const TJSON& obj) {
     fLineType = LineTypeFromJson(obj);
 }
 
-void TORXBasePolygon::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                               float factor, bool flag) const {
+void TORXBasePolygon::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                               TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
     if (fPoints.size() < 2) return;
     const TQVLUnits u = fOwner->Units();
     body.push_back(fmt::format("<polygon points=\"{}\" fill=\"none\"{} stroke-linejoin=\"round\"/>",
-                               SvgPointList(ToPto64(fPoints), u), SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, u)));
+                               SvgPointList(ToPto64(fPoints), u),
+                               SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, u)));
 }
 
 void TORXBasePolygon::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {
@@ -244,7 +249,8 @@ void TORXBasePolygon::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) co
 }
 
 std::int64_t TORXBasePolygon::GetEnumProp(std::uint16_t property) const {
-    return property == kPropLineType ? static_cast<std::int64_t>(fLineType) : TORXBasePoint::GetEnumProp(property);
+    return property == kPropLineType ? static_cast<std::int64_t>(fLineType)
+                                     : TORXBasePoint::GetEnumProp(property);
 }
 
 void TORXBasePolygon::SetEnumProp(std::uint16_t property, std::int64_t value) {
@@ -269,12 +275,15 @@ bool TORXBaseBezier::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tol
         case TQVLSnap::snEndPoint:
             // The curve passes through every third point; the others are handles.
             for (std::size_t i = 0; i < pts.size(); i += 3)
-                if (NearPoint(this, x, y, tolerance, pts[i], static_cast<std::int32_t>(i + 1), ref)) return true;
-            return !pts.empty() && NearPoint(this, x, y, tolerance, pts.back(), static_cast<std::int32_t>(pts.size()), ref);
+                if (NearPoint(this, x, y, tolerance, pts[i], static_cast<std::int32_t>(i + 1), ref))
+                    return true;
+            return !pts.empty() &&
+                   NearPoint(this, x, y, tolerance, pts.back(), static_cast<std::int32_t>(pts.size()), ref);
         case TQVLSnap::snNearest: {
             std::vector<TQVLPto64> flat;
             for (const TPoint2D& p : TDraw2D::CurvePoints(pts, 32))
-                flat.emplace_back(static_cast<std::int64_t>(std::llround(p.X)), static_cast<std::int64_t>(std::llround(p.Y)));
+                flat.emplace_back(static_cast<std::int64_t>(std::llround(p.X)),
+                                  static_cast<std::int64_t>(std::llround(p.Y)));
             return SnapNearestOnChain(this, flat, false, x, y, tolerance, ref);
         }
         case TQVLSnap::snIntersection:
@@ -299,8 +308,8 @@ void TORXBaseBezier::ReadJson(std::int32_t version, const TJSON& obj) {
     ReadTermJson(obj);
 }
 
-void TORXBaseBezier::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                              float factor, bool flag) const {
+void TORXBaseBezier::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                              TQVLExportSVG mode, float factor, bool flag) const {
     (void)mode, (void)flag;
     if (fPoints.size() < 2) return;
     const TQVLUnits u = fOwner->Units();
@@ -310,7 +319,8 @@ void TORXBaseBezier::WriteSVG(std::vector<std::string>& defs, std::vector<std::s
     for (; i + 2 < pts.size(); i += 3)
         d += " C" + SvgXY(pts[i], u) + " " + SvgXY(pts[i + 1], u) + " " + SvgXY(pts[i + 2], u);
     for (; i < pts.size(); ++i) d += " L" + SvgXY(pts[i], u);
-    body.push_back(fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
+    body.push_back(
+        fmt::format("<path d=\"{}\" fill=\"none\"{}{}/>", d, SvgStrokeOf(factor), SvgMarkers(defs)));
 }
 
 // [SECTION] TORXBaseCircle
@@ -365,7 +375,9 @@ bool TORXBaseCircle::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance
         const std::int64_t dy = Abs64(y - fCY);
         // The diamond inside the circle (widened by the tolerance) is a hit without multiplying.
         if (dx + dy <= static_cast<std::int64_t>(fRadius) + tolerance) return true;
-        if (dx > fRadius) return false;
+        // Past the radius on either axis the point is outside whatever the square below gives, and dy * dy
+        // cannot overflow.
+        if (dx > fRadius || dy > fRadius) return false;
         // The square of the radius is a 32-bit product, wrapping above 46340; stored drawings pick that way.
         const auto r = static_cast<std::uint32_t>(fRadius);
         const auto radius2 = static_cast<std::int32_t>(r * r);
@@ -379,13 +391,15 @@ bool TORXBaseCircle::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tol
     switch (snap) {
         case TQVLSnap::snEndPoint:  // the quadrant points
             for (std::int32_t q = 0; q < 4; ++q)
-                if (NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, q * 90.0), q + 1, ref)) return true;
+                if (NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, q * 90.0), q + 1, ref))
+                    return true;
             return false;
         case TQVLSnap::snCenter:
             return NearPoint(this, x, y, tolerance, {fCX, fCY}, 0, ref);
         case TQVLSnap::snNearest:
             if (x == fCX && y == fCY) return false;
-            return NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, ScreenAngle(fCX, fCY, x, y)), 0, ref);
+            return NearPoint(this, x, y, tolerance,
+                             PolarPoint(fCX, fCY, fRadius, ScreenAngle(fCX, fCY, x, y)), 0, ref);
         case TQVLSnap::snIntersection:
             return SnapIntersection(this, x, y, tolerance, ref);
         case TQVLSnap::snMidPoint:
@@ -407,12 +421,12 @@ void TORXBaseCircle::ReadJson(std::int32_t version, const TJSON& obj) {
     UpdateBounds();
 }
 
-void TORXBaseCircle::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                              float factor, bool flag) const {
+void TORXBaseCircle::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                              TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
     const TQVLUnits u = fOwner->Units();
-    body.push_back(fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/>", SvgLength(fCX, u), SvgLength(fCY, u),
-                               SvgLength(fRadius, u), SvgPaint(factor)));
+    body.push_back(fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"{}\"{}/>", SvgLength(fCX, u),
+                               SvgLength(fCY, u), SvgLength(fRadius, u), SvgPaint(factor)));
 }
 
 // [SECTION] TORXBaseEllipse
@@ -438,12 +452,14 @@ void TORXBaseEllipse::SetRadioY(float value) {
 
 void TORXBaseEllipse::SetCenterX(float value) {
     const std::int64_t dx = SetValue(value, fOwner->Units()) - (GetPointX(1) + GetPointX(2)) / 2;
-    SetPointsProp(TQVLPtoA{{GetPointX(1) + dx, GetPointY(1)}, {GetPointX(2) + dx, GetPointY(2)}}, kPropPoints);
+    SetPointsProp(TQVLPtoA{{GetPointX(1) + dx, GetPointY(1)}, {GetPointX(2) + dx, GetPointY(2)}},
+                  kPropPoints);
 }
 
 void TORXBaseEllipse::SetCenterY(float value) {
     const std::int64_t dy = SetValue(value, fOwner->Units()) - (GetPointY(1) + GetPointY(2)) / 2;
-    SetPointsProp(TQVLPtoA{{GetPointX(1), GetPointY(1) + dy}, {GetPointX(2), GetPointY(2) + dy}}, kPropPoints);
+    SetPointsProp(TQVLPtoA{{GetPointX(1), GetPointY(1) + dy}, {GetPointX(2), GetPointY(2) + dy}},
+                  kPropPoints);
 }
 
 bool TORXBaseEllipse::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
@@ -470,7 +486,8 @@ bool TORXBaseEllipse::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t to
             return NearPoint(this, x, y, tolerance, c, 0, ref);
         case TQVLSnap::snNearest: {
             TPoint2D p1, p2;
-            if (TDraw2D::LineCrossEllipse(c.X, c.Y, x, y, c.X, c.Y, r.GetWidth() / 2, r.GetHeight() / 2, p1, p2) == 0)
+            if (TDraw2D::LineCrossEllipse(c.X, c.Y, x, y, c.X, c.Y, r.GetWidth() / 2, r.GetHeight() / 2, p1,
+                                          p2) == 0)
                 return false;
             // Of the two crossings of the ray through the centre, the one on the pointer's side.
             const TPoint2D& p = (p2.X - static_cast<double>(c.X)) * static_cast<double>(x - c.X) +
@@ -478,9 +495,10 @@ bool TORXBaseEllipse::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t to
                                         0.0
                                     ? p2
                                     : p1;
-            return NearPoint(this, x, y, tolerance,
-                             {static_cast<std::int64_t>(std::llround(p.X)), static_cast<std::int64_t>(std::llround(p.Y))},
-                             0, ref);
+            return NearPoint(
+                this, x, y, tolerance,
+                {static_cast<std::int64_t>(std::llround(p.X)), static_cast<std::int64_t>(std::llround(p.Y))},
+                0, ref);
         }
         case TQVLSnap::snIntersection:
             return SnapIntersection(this, x, y, tolerance, ref);
@@ -503,8 +521,8 @@ void TORXBaseEllipse::ReadJson(std::int32_t version, const TJSON& obj) {
     UpdateBounds();
 }
 
-void TORXBaseEllipse::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                               float factor, bool flag) const {
+void TORXBaseEllipse::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                               TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
     const TQVLUnits u = fOwner->Units();
     const TQVLPto64 c = CenterPoint();
@@ -545,7 +563,8 @@ std::vector<TQVLPto64> TORXBaseSector::Outline() const {
     std::vector<TQVLPto64> out{{fCX, fCY}};
     constexpr int kSegments = 64;
     for (int i = 0; i <= kSegments; ++i)
-        out.push_back(PolarPoint(fCX, fCY, fRadius, fEffStart + static_cast<double>(fSweepAngle) * i / kSegments));
+        out.push_back(
+            PolarPoint(fCX, fCY, fRadius, fEffStart + static_cast<double>(fSweepAngle) * i / kSegments));
     return out;
 }
 
@@ -563,9 +582,11 @@ bool TORXBaseSector::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tol
     switch (snap) {
         case TQVLSnap::snEndPoint:
             return NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, fEffStart), 1, ref) ||
-                   NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle), 2, ref);
+                   NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle), 2,
+                             ref);
         case TQVLSnap::snMidPoint:
-            return NearPoint(this, x, y, tolerance, PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle / 2.0), 0, ref);
+            return NearPoint(this, x, y, tolerance,
+                             PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle / 2.0), 0, ref);
         case TQVLSnap::snNearest:
             return SnapNearestOnChain(this, Outline(), true, x, y, tolerance, ref);
         case TQVLSnap::snCenter:
@@ -593,8 +614,8 @@ void TORXBaseSector::ReadJson(std::int32_t version, const TJSON& obj) {
     UpdateBounds();
 }
 
-void TORXBaseSector::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
-                              float factor, bool flag) const {
+void TORXBaseSector::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
+                              TQVLExportSVG mode, float factor, bool flag) const {
     if (fSweepAngle == 360.0f) {
         TORXBaseCircle::WriteSVG(defs, body, mode, factor, flag);
         return;
@@ -605,7 +626,8 @@ void TORXBaseSector::WriteSVG(std::vector<std::string>& defs, std::vector<std::s
     body.push_back(fmt::format("<path d=\"M{} L{} A{},{} 0 {} {} {} Z\"{} stroke-linejoin=\"round\"/>",
                                SvgXY({fCX, fCY}, u), SvgXY(PolarPoint(fCX, fCY, fRadius, fEffStart), u), r, r,
                                std::fabs(fSweepAngle) > 180.0f ? 1 : 0, fSweepAngle < 0.0f ? 1 : 0,
-                               SvgXY(PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle), u), SvgPaint(factor)));
+                               SvgXY(PolarPoint(fCX, fCY, fRadius, fEffStart + fSweepAngle), u),
+                               SvgPaint(factor)));
 }
 
 void TORXBaseSector::SetEnumProp(std::uint16_t property, std::int64_t value) {

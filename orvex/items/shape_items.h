@@ -16,7 +16,7 @@ namespace Orvex {
 
 // Box shapes share the outline's dash pattern and keep point 1 at the top-left corner after a turn.
 class TORXBoxShape : public TORX2DItem {
-public:
+  public:
     using TORX2DItem::TORX2DItem;
 
     TQVLineType LineType() const { return fLineType; }
@@ -28,19 +28,23 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-protected:
-    bool FilledInk() const;  // filled with a colour that is not fully transparent
+  protected:
+    bool FilledInk() const;                    // filled with a colour that is not fully transparent
     std::string SvgPaint(float factor) const;  // fill and stroke attributes
-    virtual void Turned() {}  // after a quarter turn: derived values follow
+    virtual void Turned() {}                   // after a quarter turn: derived values follow
 
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBaseRectangle
 class TORXBaseRectangle : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseRectangle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itRectangle, preview) {}
+    TORXBaseRectangle(TORXBaseLabel* owner, TORXLayer* layer, bool preview)
+        : TORXBaseRectangle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;    // corner radius in the document's unit
     float GetMMRadio() const;  // in millimetres; exactly 0 for square corners
@@ -61,15 +65,18 @@ public:
 
     static constexpr std::uint16_t kPropRadio = kPropKindFirst;
 
-private:
+  private:
     std::int32_t fRadio = 0;  // base units
 };
 
 // [SECTION] TORXBasePolygon: a closed outline through its points (none when new).
 class TORXBasePolygon : public TORXBasePoint {
-public:
+  public:
     explicit TORXBasePolygon(TORXBaseLabel* owner, bool preview = false)
         : TORXBasePoint(owner, TQVLItemType::itPolygon, preview) {}
+    TORXBasePolygon(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBasePolygon(owner, preview) {
+        fLayer = layer;
+    }
 
     TQVLineType LineType() const { return fLineType; }
     void SetLineType(TQVLineType type);
@@ -85,16 +92,19 @@ public:
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
 
-private:
+  private:
     TQVLineType fLineType = TQVLineType::iiSolid;
 };
 
 // [SECTION] TORXBaseBezier: a chain of cubic segments p0 (c1 c2 p)...; points left after the last whole
 // segment are joined by straight lines. A new curve has no terminators and the settings' colour and size.
 class TORXBaseBezier : public TORXTermLine {
-public:
+  public:
     explicit TORXBaseBezier(TORXBaseLabel* owner, bool preview = false)
         : TORXTermLine(owner, TQVLItemType::itBezier, preview) {}
+    TORXBaseBezier(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseBezier(owner, preview) {
+        fLayer = layer;
+    }
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
@@ -108,9 +118,12 @@ public:
 // [SECTION] TORXBaseCircle: centre and radius are cached from points 1 and 2 (the midpoint, half the
 // horizontal distance) whenever the bounds are updated.
 class TORXBaseCircle : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseCircle(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itCircle, preview) {}
+    TORXBaseCircle(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseCircle(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadio() const;  // document units
     std::int64_t GetBaseRadio() const;
@@ -134,8 +147,9 @@ public:
     void UpdateBounds() override;
     TQVLPto64 CenterPoint() const override { return {fCX, fCY}; }
 
-protected:
-    TORXBaseCircle(TORXBaseLabel* owner, TQVLItemType type, bool preview) : TORXBoxShape(owner, type, preview) {}
+  protected:
+    TORXBaseCircle(TORXBaseLabel* owner, TQVLItemType type, bool preview)
+        : TORXBoxShape(owner, type, preview) {}
     void MoveCenter(std::int64_t cx, std::int64_t cy);
 
     std::int64_t fCX = 0;
@@ -145,9 +159,12 @@ protected:
 
 // [SECTION] TORXBaseEllipse: the ellipse inscribed in the box of points 1 and 2.
 class TORXBaseEllipse : public TORXBoxShape {
-public:
+  public:
     explicit TORXBaseEllipse(TORXBaseLabel* owner, bool preview = false)
         : TORXBoxShape(owner, TQVLItemType::itEllipse, preview) {}
+    TORXBaseEllipse(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseEllipse(owner, preview) {
+        fLayer = layer;
+    }
 
     float GetRadioX() const;  // document units
     float GetRadioY() const;
@@ -169,8 +186,11 @@ public:
 // over SweepAngle degrees, counter-clockwise on screen when positive. The effective start is StartAngle
 // corrected by the item's quarter turns.
 class TORXBaseSector : public TORXBaseCircle {
-public:
+  public:
     explicit TORXBaseSector(TORXBaseLabel* owner, bool preview = false);
+    TORXBaseSector(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseSector(owner, preview) {
+        fLayer = layer;
+    }
 
     float StartAngle() const { return fStartAngle; }
     float SweepAngle() const { return fSweepAngle; }
@@ -192,10 +212,10 @@ public:
     static constexpr std::uint16_t kPropStartAngle = kPropKindFirst;
     static constexpr std::uint16_t kPropSweepAngle = kPropKindFirst + 1;
 
-protected:
+  protected:
     void Turned() override { CalcEffectiveStart(); }
 
-private:
+  private:
     void CalcEffectiveStart();
     std::vector<TQVLPto64> Outline() const;  // centre, then the arc flattened
 

@@ -16,7 +16,7 @@
 
 namespace Orvex {
 
-std::string SvgNumber(double value);  // at most 3 decimals, no trailing zeros, no "-0"
+std::string SvgNumber(double value);                       // at most 3 decimals, no trailing zeros, no "-0"
 std::string SvgLength(std::int64_t base, TQVLUnits unit);  // base units as a number in the unit
 double MillimetresInUnit(double mm, TQVLUnits unit);       // pen widths and font heights are millimetres
 std::string SvgEscape(std::string_view text);              // &, <, >, " and ' as entities
@@ -37,7 +37,8 @@ std::string SvgFill(TAlphaColor color, bool filled);  // ' fill="none"' or ' fil
 std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, std::vector<std::string>& defs);
 // The same with a fixed size in the drawing's own unit (the length of an arrow head), independent of the
 // pen: for items whose terminators have their own size.
-std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, double size, std::vector<std::string>& defs);
+std::string SvgTerminatorMarker(TQVLTermType type, TAlphaColor color, double size,
+                                std::vector<std::string>& defs);
 
 // ' font-family="..." font-size="..." [font-weight] [font-style] [text-decoration] fill="..."' for a label;
 // the height is in the drawing's unit.

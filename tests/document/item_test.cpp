@@ -9,7 +9,7 @@ namespace {
 
 // Counts its paint calls, to see which path DrawElement takes.
 class TCountingItem : public TORXBasePoint {
-public:
+  public:
     TCountingItem(TORXBaseLabel* owner, bool preview, bool data)
         : TORXBasePoint(owner, TQVLItemType::itPoint, preview), fData(data) {}
     bool GetIsData() const override { return fData; }
@@ -24,7 +24,7 @@ public:
     int Draws = 0;
     int Prints = 0;
 
-private:
+  private:
     bool fData;
 };
 
@@ -87,20 +87,21 @@ TEST(ItemTest, PointsAreOneBasedAndIgnoreOutOfRange) {
 }
 
 TEST(ItemTest, PickAddsToleranceOnlyToThinSides) {
+    // The base test, which the kinds' exact shape tests build on.
     TORXHeadlessLabel doc;
     TORXBaseItem* line = doc.CreateItem(TQVLItemType::itLine);
     line->SetBase(1, 0, 1000);
     line->SetBase(2, 10000, 1000);  // horizontal: Top = Bottom
-    EXPECT_TRUE(line->Pick(5000, 1400, 500, false));
-    EXPECT_TRUE(line->Pick(-400, 600, 500, false));
-    EXPECT_FALSE(line->Pick(5000, 1500, 500, false));  // the far edge is outside
+    EXPECT_TRUE(line->TORXBaseItem::Pick(5000, 1400, 500, false));
+    EXPECT_TRUE(line->TORXBaseItem::Pick(-400, 600, 500, false));
+    EXPECT_FALSE(line->TORXBaseItem::Pick(5000, 1500, 500, false));  // the far edge is outside
     TORXBaseItem* rect = doc.CreateItem(TQVLItemType::itRectangle);
     rect->SetBase(1, 0, 0);
     rect->SetBase(2, 10000, 10000);
-    EXPECT_TRUE(rect->Pick(0, 0, 500, false));
-    EXPECT_FALSE(rect->Pick(-1, 5000, 500, false));
-    EXPECT_FALSE(rect->Pick(10000, 5000, 500, false));
-    EXPECT_FALSE(rect->Pick(5000, 10200, 500, false));
+    EXPECT_TRUE(rect->TORXBaseItem::Pick(0, 0, 500, false));
+    EXPECT_FALSE(rect->TORXBaseItem::Pick(-1, 5000, 500, false));
+    EXPECT_FALSE(rect->TORXBaseItem::Pick(10000, 5000, 500, false));
+    EXPECT_FALSE(rect->TORXBaseItem::Pick(5000, 10200, 500, false));
 }
 
 TEST(ItemTest, SearchRectWholeAcceptsTouchingEdgesPartialNeedsOverlap) {

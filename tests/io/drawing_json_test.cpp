@@ -37,7 +37,7 @@ TJSON Points(int n) {
 TEST(DrawingJsonTest, EnvelopeAndCommonKeysComeInTheirOrder) {
     TORXHeadlessLabel doc;
     doc.SetEditorMode(TQVLEditorMode::emDrawing);
-    doc.CreateItem(TQVLItemType::itLine);
+    doc.CreateItem(TQVLItemType::itPoint);  // a kind without keys of its own
     doc.AddCounter()->fName = "N";
     const TJSON obj = doc.GetJson();
     EXPECT_EQ(Keys(obj), (std::vector<std::string>{"Version", "EditorMode", "Units", "Angle", "Measures",
