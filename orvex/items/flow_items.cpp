@@ -243,7 +243,7 @@ void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
         TQVLRect shadow = box;
         shadow.Offset(SetBaseValue(fShadowDX), SetBaseValue(fShadowDY));
         const std::string paint = SvgFill(fShadowColor, true);
-        body.push_back(FlowShapeSVG(fFlowType, shadow, unit, paint, paint));
+        body.push_back(FlowShapeSVG(fFlowType, shadow, unit, paint, paint, " fill=\"none\""));
     }
     std::string fill = SvgFill(fBackColor, fFill);
     if (fFill && fGradient != TQVLGradient::grNone && AlphaOf(fBackColor) != 0) {
@@ -261,7 +261,7 @@ void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
                                        fGradient == TQVLGradient::grVertical ? 1 : 0, stops));
         fill = fmt::format(" fill=\"url(#{})\"", id);
     }
-    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink));
+    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink, " fill=\"none\"" + stroke));
     if (!fTextPos.empty()) {
         std::string text = fmt::format("<text{}>", SvgFontAttributes(fFont, unit));
         for (const auto& p : fTextPos) {

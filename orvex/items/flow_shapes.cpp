@@ -143,7 +143,7 @@ std::vector<TQVLPto64> FlowOutline(TQVLFlowType type, const TQVLRect& box) {
 }
 
 std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit, const std::string& paint,
-                         const std::string& ink) {
+                         const std::string& ink, const std::string& line) {
     const TBox k(box);
     const auto n = [&](double v) { return Num(v, unit); };
     switch (type) {
@@ -158,9 +158,8 @@ std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit,
         case TQVLFlowType::ftPredefined: {
             const double s = k.w / 10;
             return fmt::format(
-                "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/><path d=\"M{},{} V{} M{},{} V{}\" "
-                "fill=\"none\"{}/>",
-                n(k.l), n(k.t), n(k.w), n(k.h), paint, n(k.l + s), n(k.t), n(k.b), n(k.r - s), n(k.t), n(k.b), ink);
+                "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"{}/><path d=\"M{},{} V{} M{},{} V{}\"{}/>",
+                n(k.l), n(k.t), n(k.w), n(k.h), paint, n(k.l + s), n(k.t), n(k.b), n(k.r - s), n(k.t), n(k.b), line);
         }
         case TQVLFlowType::ftDocument:
             return DocumentPath(k, unit, paint);
@@ -183,9 +182,9 @@ std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit,
             const double rx = k.w / 2;
             return fmt::format(
                 "<path d=\"M{},{} V{} A{},{} 0 0 0 {},{} V{} A{},{} 0 0 0 {},{} Z\"{}/>"
-                "<path d=\"M{},{} A{},{} 0 0 0 {},{}\" fill=\"none\"{}/>",
+                "<path d=\"M{},{} A{},{} 0 0 0 {},{}\"{}/>",
                 n(k.l), n(k.t + ry), n(k.b - ry), n(rx), n(ry), n(k.r), n(k.b - ry), n(k.t + ry), n(rx), n(ry), n(k.l),
-                n(k.t + ry), paint, n(k.l), n(k.t + ry), n(rx), n(ry), n(k.r), n(k.t + ry), ink);
+                n(k.t + ry), paint, n(k.l), n(k.t + ry), n(rx), n(ry), n(k.r), n(k.t + ry), line);
         }
         case TQVLFlowType::ftStart: {
             const double rad = std::min(k.w, k.h) / 2;

@@ -12,10 +12,10 @@
 namespace Orvex {
 
 std::vector<TQVLPto64> FlowOutline(TQVLFlowType type, const TQVLRect& box);
-// The shape's SVG elements; paint holds the fill and stroke attributes, ink the pen colour (for the
-// solid dots of start and end nodes and the inner lines).
+// The shape's SVG elements. paint holds the outline's fill and stroke attributes, ink those of the solid
+// dots of start and end nodes, line those of the inner lines (predefined process, database).
 std::string FlowShapeSVG(TQVLFlowType type, const TQVLRect& box, TQVLUnits unit, const std::string& paint,
-                         const std::string& ink);
+                         const std::string& ink, const std::string& line);
 TQVLRect FlowTextArea(TQVLFlowType type, const TQVLRect& box);
 
 // Polygon tests over a closed outline.

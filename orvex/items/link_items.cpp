@@ -307,9 +307,16 @@ void TORXBaseLink::CalcLinkPoints(bool reset) {
                                             a1, ccw))
                     sweep = TDraw2D::ArcSweep(a0, a1, ccw);
             }
-            if (reset || sweep <= 0.0 || sweep >= 2 * std::numbers::pi) sweep = std::numbers::pi / 2, ccw = true;
             fArcFromMiddle = false;
             const double chord = TDraw2D::Distance(s.X, s.Y, e.X, e.Y);
+            const TPoint2D sd = D(s), ed = D(e);
+            const TPoint2D perp = chord > 0.0 ? TPoint2D{-(ed.Y - sd.Y) / chord, (ed.X - sd.X) / chord} : TPoint2D{};
+            if (reset || sweep <= 0.0 || sweep >= 2 * std::numbers::pi) {
+                // A quarter circle that bulges the way the start's side faces, so it leaves its element outwards.
+                const TPoint2D n0 = SideNormal(fromSide);
+                sweep = std::numbers::pi / 2;
+                ccw = perp.X * n0.X + perp.Y * n0.Y <= 0.0;
+            }
             const double side = ccw ? 1.0 : -1.0;
             fSweep = sweep;
             fClockWise = !ccw;
@@ -320,9 +327,7 @@ void TORXBaseLink::CalcLinkPoints(bool reset) {
             }
             const double r = chord / (2 * std::sin(sweep / 2));
             const double d = r * std::cos(sweep / 2);
-            const TPoint2D sd = D(s), ed = D(e);
             const TPoint2D mid{(sd.X + ed.X) / 2.0, (sd.Y + ed.Y) / 2.0};
-            const TPoint2D perp{-(ed.Y - sd.Y) / chord, (ed.X - sd.X) / chord};
             const TPoint2D c{mid.X + side * perp.X * d, mid.Y + side * perp.Y * d};
             fRadio = static_cast<std::int64_t>(std::llround(r));
             fCx = static_cast<std::int64_t>(std::llround(c.X));

@@ -121,16 +121,22 @@ void TORXBasePoly::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     TQVLFont font;
     font.FontColor = fColor;
     const TQVLRect frame = AdjustRect(box, fAngle);
-    const double fit = GetBaseValue(frame.GetHeight() - 2 * SetBaseValue(fPaddingY)) /
-                       (1.2 * static_cast<double>(std::max<std::size_t>(lines.size(), 1)));
     if (fPolyType != TQVLPolyType::poText) {
         body.push_back(SvgBoxRect(box, 0.0f, unit,
                                   " fill=\"none\"" + SvgStroke(fColor, GetPenWidthMM(), TQVLineType::ii21, unit)));
-        font.FontHeight = static_cast<float>(std::min(3.0, fit));
         lines = {fData};
-    } else {
-        font.FontHeight = static_cast<float>(std::clamp(fit, 0.5, 12.0));
     }
+    // The largest font (up to 12 mm, 3 mm for a code's caption) whose lines fit the frame both ways.
+    const double height = GetBaseValue(frame.GetHeight() - 2 * SetBaseValue(fPaddingY));
+    const double width = GetBaseValue(frame.GetWidth() - 2 * SetBaseValue(fPaddingX));
+    double fit = height / (1.2 * static_cast<double>(std::max<std::size_t>(lines.size(), 1)));
+    TQVLFont unitFont = font;
+    unitFont.FontHeight = 1.0f;
+    for (const auto& line : lines) {
+        const double perMM = GetBaseValue(metrics.TextWidth(line, unitFont));
+        if (perMM > 0.0) fit = std::min(fit, width / perMM);
+    }
+    font.FontHeight = static_cast<float>(std::clamp(fit, 0.5, fPolyType == TQVLPolyType::poText ? 12.0 : 3.0));
     const auto placed = PosBaseLinesText(lines, font, box, fHorzAlign, fVertAlign, fAngle, SetBaseValue(fPaddingX),
                                          SetBaseValue(fPaddingY), 0, metrics);
     std::string text = fmt::format("<text{}{}>", SvgFontAttributes(font, unit), SvgRotation(fAngle, box, unit));

@@ -158,6 +158,10 @@ bool TORXBaseRichText::GetSegmentAtPlainPos(std::size_t pos, std::int32_t& segme
 // [SECTION] Whole-text formats
 
 namespace {
+bool IsContent(std::uint16_t p) {
+    return p >= TextProp::kRichContent && p < TextProp::kRichContent + TextProp::kRichContentCount;
+}
+
 // The item state one whole-text command keeps: the markup and the font together.
 std::string ContentState(const std::string& markup, const TQVLFont& font) {
     return TJSON{{"Text", markup}, {"Font", U::SetFont(font)}}.dump();
@@ -165,7 +169,7 @@ std::string ContentState(const std::string& markup, const TQVLFont& font) {
 }  // namespace
 
 template <class TEdit>
-void TORXBaseRichText::EditWhole(TEdit edit) {
+void TORXBaseRichText::EditWhole(std::uint16_t property, TEdit edit) {
     TRichTextParseResult parsed = Parse();
     TQVLFont font = fFont;
     edit(font);
@@ -181,41 +185,41 @@ void TORXBaseRichText::EditWhole(TEdit edit) {
                             font.Underline != fFont.Underline ? base.Underline : f.Underline,
                             font.Strikeout != fFont.Strikeout ? base.Strikeout : f.Strikeout};
     }
-    SetTextProp(TextProp::kRichContent, ContentState(TRichTextParser::Compose(parsed, base, fHorzAlign), font));
+    SetTextProp(property, ContentState(TRichTextParser::Compose(parsed, base, fHorzAlign), font));
 }
 
 void TORXBaseRichText::SetFontHeight(float mm) {
-    EditWhole([mm](TQVLFont& f) { f.FontHeight = mm; });
+    EditWhole(TextProp::kRichContent + 0, [mm](TQVLFont& f) { f.FontHeight = mm; });
 }
 void TORXBaseRichText::SetRichFontName(const std::string& name) {
-    EditWhole([&name](TQVLFont& f) { f.Name = name; });
+    EditWhole(TextProp::kRichContent + 1, [&name](TQVLFont& f) { f.Name = name; });
 }
 void TORXBaseRichText::SetRichFontColor(TAlphaColor color) {
-    EditWhole([color](TQVLFont& f) { f.FontColor = color; });
+    EditWhole(TextProp::kRichContent + 2, [color](TQVLFont& f) { f.FontColor = color; });
 }
 void TORXBaseRichText::SetRichBold(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Bold = on; });
+    EditWhole(TextProp::kRichContent + 3, [on](TQVLFont& f) { f.Bold = on; });
 }
 void TORXBaseRichText::SetRichItalic(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Italic = on; });
+    EditWhole(TextProp::kRichContent + 4, [on](TQVLFont& f) { f.Italic = on; });
 }
 void TORXBaseRichText::SetRichUnderline(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Underline = on; });
+    EditWhole(TextProp::kRichContent + 5, [on](TQVLFont& f) { f.Underline = on; });
 }
 void TORXBaseRichText::SetRichStrikeout(bool on) {
-    EditWhole([on](TQVLFont& f) { f.Strikeout = on; });
+    EditWhole(TextProp::kRichContent + 6, [on](TQVLFont& f) { f.Strikeout = on; });
 }
 
 std::string TORXBaseRichText::GetTextProp(std::uint16_t p) const {
-    if (p == TextProp::kRichContent) return ContentState(fRichText, fFont);
+    if (IsContent(p)) return ContentState(fRichText, fFont);
     return TPropItem::GetTextProp(p);
 }
 
 void TORXBaseRichText::SetTextProp(std::uint16_t p, const std::string& v) {
-    if (p != TextProp::kRichContent) return TPropItem::SetTextProp(p, v);
+    if (!IsContent(p)) return TPropItem::SetTextProp(p, v);
     if (v == ContentState(fRichText, fFont)) return;
     const TJSON state = TJSON::parse(v, nullptr, false);
-    TORXTxtCmd::AddCommand(this, TextProp::kRichContent);
+    TORXTxtCmd::AddCommand(this, p);
     fRichText = U::GetString(state, "Text");
     fFont = U::GetFont(U::GetObject(state, "Font"));
     fOwner->ChangeState(TOrvexState::lsUpdate, this);
@@ -325,12 +329,15 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
     std::int64_t top = AdjustRectPos(frame, 0, total, TQVLHorzAlign::haLeft, fVertAlign).Top;
 
     std::vector<std::string> backs;  // segment backgrounds go under the text
-    std::string text = fmt::format("<text{}{}>", SvgFontAttributes(fFont, unit), SvgRotation(fAngle, box, unit));
+    // Runs meet at their own spaces, which a viewer would otherwise drop at each run's edge.
+    std::string text = fmt::format("<text xml:space=\"preserve\"{}{}>", SvgFontAttributes(fFont, unit),
+                                   SvgRotation(fAngle, box, unit));
     for (const auto& line : lines) {
         const std::int64_t height = line.Height > 0 ? line.Height : metrics.LineHeight(fFont);
         const TQVLHorzAlign align = line.Segments.empty() ? fHorzAlign : line.Segments.front()->Align;
         std::int64_t x = AdjustRectPos(frame, line.Width, height, align, TQVLVertAlign::vaTop).Left;
         const std::int64_t y = top + (line.Ascent > 0 ? line.Ascent : metrics.Ascent(fFont));
+        bool first = true;
         for (const TRichTextSegment* seg : line.Segments) {
             const TQVLFont font = FontOf(parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)]);
             const std::int64_t width = metrics.TextWidth(seg->Text, font);
@@ -340,8 +347,12 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
                     const TQVLRect r(x, y - metrics.Ascent(font), x + width, y - metrics.Ascent(font) + height);
                     backs.push_back(SvgBoxRect(r, 0.0f, unit, SvgFill(back, true) + SvgRotation(fAngle, box, unit)));
                 }
-                text += fmt::format("<tspan x=\"{}\" y=\"{}\"{}>{}</tspan>", SvgLength(x, unit), SvgLength(y, unit),
-                                    SvgFontAttributes(font, unit), SvgEscape(seg->Text));
+                // Only a line's first run is placed: the others follow the real glyphs of the viewer.
+                const std::string at = first ? fmt::format(" x=\"{}\" y=\"{}\"", SvgLength(x, unit),
+                                                           SvgLength(y, unit))
+                                             : std::string{};
+                text += fmt::format("<tspan{}{}>{}</tspan>", at, SvgFontAttributes(font, unit), SvgEscape(seg->Text));
+                first = false;
             }
             x += width;
         }

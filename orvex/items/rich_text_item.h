@@ -28,8 +28,8 @@ public:
     TRichTextFormat BaseFormat() const;  // the item's font as a markup format (size in points)
     std::size_t PlainPosToRichPos(std::size_t pos) const;  // the markup position of that character
     std::size_t RichPosToPlainPos(std::size_t pos) const;  // a position inside a tag maps to the tag's
-    // The segment holding plain position pos and the offset in it; false past the end of the text. A line
-    // break's newline belongs to the segment that it ends.
+    // The segment holding plain position pos and the offset in it; false past the end of the text. The newline
+    // of a line break belongs to the segment that carries the break.
     bool GetSegmentAtPlainPos(std::size_t pos, std::int32_t& segment, std::size_t& offset) const;
 
     // [SECTION] Whole-text formats: the item's font changes and the markup loses its own settings of
@@ -64,14 +64,14 @@ public:
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
-    std::string GetTextProp(std::uint16_t p) const override;  // kRichContent: markup and font together
+    std::string GetTextProp(std::uint16_t p) const override;  // kRichContent..: markup and font together
     void SetTextProp(std::uint16_t p, const std::string& v) override;
 
 protected:
     std::string* TextField(std::uint16_t p) override;
     float* FloatField(std::uint16_t p) override;
     template <class TEdit>
-    void EditWhole(TEdit edit);  // edit(TQVLFont&) on the font and every segment: one command for both
+    void EditWhole(std::uint16_t property, TEdit edit);  // edit(TQVLFont&) on the font and every segment: one command for both
 
     std::string fRichText;
     TQVLFont fFont;

@@ -251,6 +251,10 @@ void TORXTextItem::ReadBindingKeys(const TJSON& obj) {
 
 // [SECTION] Text
 
+TORXBaseText::TORXBaseText(TORXBaseLabel* owner, bool preview) : TORXTextItem(owner, TQVLItemType::itText, preview) {
+    UpdatePoints();  // even an empty text is one line high
+}
+
 TORXBaseText::TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview) : TORXBaseText(owner, preview) {
     fLayer = layer;
 }
@@ -301,6 +305,11 @@ void TORXBaseText::Turn(int quarters) {
     points[1] = TQVLPto{points[0].X + r.GetHeight(), points[0].Y + r.GetWidth()};
     SetAngle(static_cast<TQVLAngle>((static_cast<int>(fAngle) + quarters) % 4));
     SetPointsProp(points, kPropPoints);
+}
+
+void TORXBaseText::SetEnumProp(std::uint16_t p, std::int64_t v) {
+    TORXTextItem::SetEnumProp(p, v);
+    if (p == kPropAngle) UpdatePoints();
 }
 
 void TORXBaseText::RotateLeft() {

@@ -57,7 +57,9 @@ inline constexpr std::uint16_t kTextPos = kPropFirstKind + 25;
 inline constexpr std::uint16_t kFromPos = kPropFirstKind + 26;
 inline constexpr std::uint16_t kToPos = kPropFirstKind + 27;
 inline constexpr std::uint16_t kFillBackground = kPropFirstKind + 28;
+// The rich text's whole-text setters, each keeping the markup and the font together (seven in a row).
 inline constexpr std::uint16_t kRichContent = kPropFirstKind + 29;
+inline constexpr std::uint16_t kRichContentCount = 7;
 }  // namespace TextProp
 
 // What texts, paragraphs and data texts share: the text, its font, alignment, padding, a rounded
@@ -142,7 +144,7 @@ protected:
 // font, paddings, horizontal scale and display width, turned with the angle.
 class TORXBaseText : public TORXTextItem {
 public:
-    TORXBaseText(TORXBaseLabel* owner, bool preview) : TORXTextItem(owner, TQVLItemType::itText, preview) {}
+    TORXBaseText(TORXBaseLabel* owner, bool preview);
     TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview);
 
     float ScaleX() const { return fScaleX; }  // 1 is the font's own width
@@ -161,6 +163,7 @@ public:
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode, float factor,
                   bool flag) const override;
+    void SetEnumProp(std::uint16_t p, std::int64_t v) override;  // an undone turn resizes at once
 
 protected:
     float* FloatField(std::uint16_t p) override;
