@@ -97,6 +97,12 @@ void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double left, do
     cairo_fill(cr);
 }
 
+bool HasPreviewCopies(const TORXBaseLabel& document, const TORXBaseItem& item) {
+    for (std::int32_t i = 0; i < document.GetPreviewCount(); ++i)
+        if (document.GetPreviewItem(i)->InID() == item.InID()) return true;
+    return false;
+}
+
 // Every item the pass shows, in paint order, on a context whose origin is the label's top-left corner.
 void PaintItems(const TORXBaseLabel& document, cairo_t* cr, TCairoDraw& draw) {
     const bool print = draw.fState == TQVLDrawState::dsPrint;
@@ -106,6 +112,8 @@ void PaintItems(const TORXBaseLabel& document, cairo_t* cr, TCairoDraw& draw) {
         cairo_save(cr);
         if (print)
             item->PrintElement(draw);
+        else if (item->IsData() && !HasPreviewCopies(document, *item))
+            item->Draw(draw);  // a drawing without data shows the values its template holds
         else
             item->DrawElement(draw);
         cairo_restore(cr);

@@ -17,14 +17,11 @@ struct TSymbolDeleter {
 };
 using TSymbolPtr = std::unique_ptr<zint_symbol, TSymbolDeleter>;
 
-// The linear symbologies by the item's type number; a number outside the list encodes as Code 128, which
-// takes any text.
+// The item's type number is the encoder's symbology number (20 is Code 128, 55 PDF417, ...); an unknown
+// number encodes as Code 128, which takes any text.
 int LinearSymbology(std::int64_t type) {
-    static constexpr int kTypes[] = {BARCODE_CODE128, BARCODE_EANX,   BARCODE_EANX,
-                                     BARCODE_UPCA,    BARCODE_CODE39, BARCODE_C25INTER,
-                                     BARCODE_CODABAR, BARCODE_CODE93, BARCODE_PDF417};
-    if (type < 0 || type >= static_cast<std::int64_t>(std::size(kTypes))) return BARCODE_CODE128;
-    return kTypes[type];
+    if (type > 0 && type < 1000 && ZBarcode_ValidID(static_cast<int>(type)) != 0) return static_cast<int>(type);
+    return BARCODE_CODE128;
 }
 
 TSymbolPtr Encode(const TORXBasePoly& item, bool withOptions) {
@@ -83,7 +80,8 @@ void PaintCode(const TPainter& p, const TORXBasePoly& item, const TDevBox& box) 
         return;
     }
     const zint_vector& v = *symbol->vector;
-    const bool linear = item.PolyType() == TQVLPolyType::poBarcode && symbol->symbology != BARCODE_PDF417;
+    // Stacked and matrix symbologies keep square modules like the QR code; only row symbols stretch.
+    const bool linear = item.PolyType() == TQVLPolyType::poBarcode && symbol->rows <= 1;
     TDevBox bars = frame;
     TQVLFont font;
     font.FontColor = item.Color();

@@ -163,6 +163,13 @@ void PaintItem(const TORXDataPoly& item, const TPainter& p) {
     TQVLFont font;
     font.FontColor = item.Color();
     font.FontHeight = static_cast<float>(std::clamp(fit, 0.5, 12.0));
+    // A long line would run out of the box: the font shrinks until the widest line fits its width too.
+    std::int64_t widest = 0;
+    for (const auto& line : lines) widest = std::max(widest, metrics.TextWidth(line, font));
+    const std::int64_t room = frame.GetWidth() - 2 * SetBaseValue(item.PaddingX());
+    if (widest > room && room > 0)
+        font.FontHeight = std::max(0.5f, static_cast<float>(font.FontHeight * static_cast<double>(room) /
+                                                            static_cast<double>(widest)));
     const auto placed =
         PosBaseLinesText(lines, font, rect, item.HorzAlign(), item.VertAlign(), item.Angle(),
                          SetBaseValue(item.PaddingX()), SetBaseValue(item.PaddingY()), 0, metrics);

@@ -120,15 +120,29 @@ TEST(PaintItems, ATurnedTextStandsInItsTurnedBox) {
 }
 
 TEST(PaintItems, DataACodeCannotTakeShowsACrossedBox) {
-    // EAN-13 takes digits only.
+    // EAN (symbology 13) takes digits only.
     TORXCairoLabel document;
     ASSERT_TRUE(LoadDrawingText(Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
-                                             R"(,"PenWidth":0.3,"PolyType":1,"BarcodeType":1,"Data":"letters")")),
+                                             R"(,"PenWidth":0.3,"PolyType":1,"BarcodeType":13,"Data":"letters")")),
                                 "t", document));
     const TPicture p = PaintPass(document, TQVLDrawState::dsEdit);
     EXPECT_TRUE(p.AtMM(10, 10).Dark());  // where the diagonals cross
     EXPECT_TRUE(p.AtMM(10, 6).White());
     EXPECT_GT(p.DarkIn(1.9, 5, 2.1, 15), 0);  // the frame
+}
+
+TEST(PaintItems, ADataBoundItemWithoutDataShowsItsTemplate) {
+    TORXCairoLabel document;
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
+                                             R"(,"PolyType":2,"FillType":1,"Field":"url","Data":"https://example.org")")),
+                                "t", document));
+    ASSERT_TRUE(document.GetItem(0)->IsData());
+    TQVLRasterOptions options;
+    options.Dpi = 254;
+    std::vector<std::uint8_t> png;
+    std::string error;
+    ASSERT_TRUE(EncodePng(document, options, png, error)) << error;
+    EXPECT_GT(TPicture(png, kDpi).DarkIn(2, 2, 18, 18), 2000);  // the QR code of the template's value
 }
 
 TEST(PaintItems, PangoMeasuresTextsWhileACairoDocumentLives) {
