@@ -71,7 +71,8 @@ TQVLRect Extent(const TORXBaseLabel& document, TQVLDrawState pass) {
         const std::int64_t pen = static_cast<std::int64_t>(item.PenWidth()) * scale / 2;
         // The bounds rather than CheckFit: some kinds keep unused points at the origin, which would widen
         // every picture by half a pen.
-        if (b.Right > b.Left || b.Bottom > b.Top) grow(b.Left - pen, b.Top - pen, b.Right + pen, b.Bottom + pen);
+        if (b.Right > b.Left || b.Bottom > b.Top)
+            grow(b.Left - pen, b.Top - pen, b.Right + pen, b.Bottom + pen);
     }
     return extent;
 }

@@ -20,7 +20,8 @@ using TSymbolPtr = std::unique_ptr<zint_symbol, TSymbolDeleter>;
 // The item's type number is the encoder's symbology number (20 is Code 128, 55 PDF417, ...); an unknown
 // number encodes as Code 128, which takes any text.
 int LinearSymbology(std::int64_t type) {
-    if (type > 0 && type < 1000 && ZBarcode_ValidID(static_cast<int>(type)) != 0) return static_cast<int>(type);
+    if (type > 0 && type < 1000 && ZBarcode_ValidID(static_cast<int>(type)) != 0)
+        return static_cast<int>(type);
     return BARCODE_CODE128;
 }
 

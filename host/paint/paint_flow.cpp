@@ -232,9 +232,8 @@ void PaintItem(const TORXBaseLink& item, const TPainter& p) {
     pts.front() = Paint::TerminatorBase(item.FromType(), fromTip, fromAngle, size);
     pts.back() = Paint::TerminatorBase(item.ToType(), toTip, toAngle, size);
     Paint::PolyPath(p.Cr, pts, false);
-    cairo_set_line_join(p.Cr, CAIRO_LINE_JOIN_ROUND);
     if (Paint::SetPen(p, item.Color(), item.GetPenWidthMM(), item.LineType())) {
-        cairo_set_line_join(p.Cr, CAIRO_LINE_JOIN_ROUND);
+        cairo_set_line_join(p.Cr, CAIRO_LINE_JOIN_ROUND);  // routed corners and flattened curves stay smooth
         cairo_stroke(p.Cr);
     } else {
         cairo_new_path(p.Cr);

@@ -21,7 +21,7 @@ using OrvexTest::TPicture;
 constexpr double kDpi = 200.0;
 
 class PaintExport : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         ASSERT_TRUE(LoadDrawingFile(SourcePath("examples/drawings/all_kinds.json"), fDocument));
     }
@@ -41,7 +41,8 @@ TEST_F(PaintExport, PngSizeFollowsResolutionAndScale) {
         float Scale;
         int Side;  // the 200 mm label, rounded up to whole pixels
     };
-    for (const TCase c : {TCase{96, 1.0f, 756}, TCase{150, 1.0f, 1182}, TCase{96, 2.0f, 1512}, TCase{72, 0.5f, 284}}) {
+    for (const TCase c :
+         {TCase{96, 1.0f, 756}, TCase{150, 1.0f, 1182}, TCase{96, 2.0f, 1512}, TCase{72, 0.5f, 284}}) {
         SCOPED_TRACE(testing::Message() << c.Dpi << " dpi x " << c.Scale);
         TQVLRasterOptions options;
         options.Dpi = c.Dpi;
@@ -65,10 +66,10 @@ TEST_F(PaintExport, InkWhereTheItemsAreAndNowhereElse) {
         std::uint8_t R, G, B;
     };
     const TSpot spots[] = {
-        {"rectangle fill", 30, 65, 255, 230, 150},  {"circle fill", 125, 65, 150, 200, 255},
-        {"ellipse fill", 170, 65, 200, 255, 200},   {"sector fill", 30, 100, 255, 180, 180},
+        {"rectangle fill", 30, 65, 255, 230, 150},          {"circle fill", 125, 65, 150, 200, 255},
+        {"ellipse fill", 170, 65, 200, 255, 200},           {"sector fill", 30, 100, 255, 180, 180},
         {"sector's empty quarter", 15, 115, 255, 255, 255}, {"triangle is not filled", 80, 72, 255, 255, 255},
-        {"empty page corner", 3, 3, 255, 255, 255},  {"between rows", 100, 45, 255, 255, 255},
+        {"empty page corner", 3, 3, 255, 255, 255},         {"between rows", 100, 45, 255, 255, 255},
         {"paragraph background", 35, 155, 240, 240, 255},
     };
     for (const auto& s : spots) {
@@ -208,7 +209,8 @@ TEST_F(PaintExport, PdfIsOnePageOfThePaper) {
     EXPECT_NEAR(std::stod(m[1]), 595.28, 0.01);  // A4 in points
     EXPECT_NEAR(std::stod(m[2]), 841.89, 0.01);
     const std::regex page(R"(/Type ?/Page[^s])");
-    const auto pages = std::distance(std::sregex_iterator(text.begin(), text.end(), page), std::sregex_iterator());
+    const auto pages =
+        std::distance(std::sregex_iterator(text.begin(), text.end(), page), std::sregex_iterator());
     EXPECT_EQ(pages, 1);
 
     // pdfinfo, where poppler-utils is installed, reads the file as a viewer would.

@@ -57,16 +57,16 @@ TPicture PaintPass(const TORXBaseLabel& document, TQVLDrawState pass) {
 
 TEST(PaintItems, AZeroPenShowsOnScreenAndPrintsNothing) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":2,"Y":10},{"X":18,"Y":10}])", R"(,"PenWidth":0)")), "t",
-                                document));
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":2,"Y":10},{"X":18,"Y":10}])", R"(,"PenWidth":0)")),
+                                "t", document));
     EXPECT_GT(PaintPass(document, TQVLDrawState::dsEdit).InkIn(5, 9.8, 15, 10.2), 100);
     EXPECT_EQ(PaintPass(document, TQVLDrawState::dsPrint).InkIn(0, 0, 19.9, 19.9), 0);
 }
 
 TEST(PaintItems, PenWidthsAreMillimetresInBothPasses) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":2,"Y":10},{"X":18,"Y":10}])", R"(,"PenWidth":1.0)")), "t",
-                                document));
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":2,"Y":10},{"X":18,"Y":10}])", R"(,"PenWidth":1.0)")),
+                                "t", document));
     for (const auto pass : {TQVLDrawState::dsEdit, TQVLDrawState::dsPrint}) {
         SCOPED_TRACE(static_cast<int>(pass));
         const TPicture p = PaintPass(document, pass);
@@ -79,9 +79,10 @@ TEST(PaintItems, PenWidthsAreMillimetresInBothPasses) {
 
 TEST(PaintItems, OnlyTheActiveCairoSurfaceIsPaintedOn) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(6, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
-                                             R"(,"PenWidth":1,"Filled":true,"BackColor":{"R":0,"G":0,"B":0,"A":255})")),
-                                "t", document));
+    ASSERT_TRUE(LoadDrawingText(
+        Drawing(Item(6, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
+                     R"(,"PenWidth":1,"Filled":true,"BackColor":{"R":0,"G":0,"B":0,"A":255})")),
+        "t", document));
     TSurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 200, 200));
     cairo_t* cr = cairo_create(surface.get());
     TORXBaseDraw plain;  // not bound to any Cairo context
@@ -104,7 +105,8 @@ TEST(PaintItems, OnlyTheActiveCairoSurfaceIsPaintedOn) {
 
 TEST(PaintItems, ATurnedTextStandsInItsTurnedBox) {
     TORXCairoLabel document;
-    const std::string text = R"(,"Text":"TURNED","Font":"Arial","FontHeight":3,"FontColor":{"R":0,"G":0,"B":0,"A":255})";
+    const std::string text =
+        R"(,"Text":"TURNED","Font":"Arial","FontHeight":3,"FontColor":{"R":0,"G":0,"B":0,"A":255})";
     ASSERT_TRUE(LoadDrawingText(
         Drawing(Item(10, R"([{"X":8,"Y":2},{"X":12,"Y":18}])", R"(,"Angle":1)" + text)), "t", document));
     const TQVLRect box = document.GetItem(0)->BoundsRect();
@@ -122,9 +124,10 @@ TEST(PaintItems, ATurnedTextStandsInItsTurnedBox) {
 TEST(PaintItems, DataACodeCannotTakeShowsACrossedBox) {
     // EAN (symbology 13) takes digits only.
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
-                                             R"(,"PenWidth":0.3,"PolyType":1,"BarcodeType":13,"Data":"letters")")),
-                                "t", document));
+    ASSERT_TRUE(
+        LoadDrawingText(Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
+                                     R"(,"PenWidth":0.3,"PolyType":1,"BarcodeType":13,"Data":"letters")")),
+                        "t", document));
     const TPicture p = PaintPass(document, TQVLDrawState::dsEdit);
     EXPECT_TRUE(p.AtMM(10, 10).Dark());  // where the diagonals cross
     EXPECT_TRUE(p.AtMM(10, 6).White());
@@ -133,9 +136,10 @@ TEST(PaintItems, DataACodeCannotTakeShowsACrossedBox) {
 
 TEST(PaintItems, ADataBoundItemWithoutDataShowsItsTemplate) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
-                                             R"(,"PolyType":2,"FillType":1,"Field":"url","Data":"https://example.org")")),
-                                "t", document));
+    ASSERT_TRUE(LoadDrawingText(
+        Drawing(Item(20, R"([{"X":2,"Y":2},{"X":18,"Y":18}])",
+                     R"(,"PolyType":2,"FillType":1,"Field":"url","Data":"https://example.org")")),
+        "t", document));
     ASSERT_TRUE(document.GetItem(0)->IsData());
     TQVLRasterOptions options;
     options.Dpi = 254;
@@ -158,7 +162,8 @@ TEST(PaintItems, PangoMeasuresTextsWhileACairoDocumentLives) {
         font.FontHeight = 10.0f;
         const std::int64_t twice = pango.TextWidth("Orvex", font);
         font.FontHeight = 5.0f;
-        EXPECT_NEAR(static_cast<double>(twice), 2.0 * static_cast<double>(pango.TextWidth("Orvex", font)), 2.0);
+        EXPECT_NEAR(static_cast<double>(twice), 2.0 * static_cast<double>(pango.TextWidth("Orvex", font)),
+                    2.0);
         EXPECT_GT(pango.LineHeight(font), pango.Ascent(font));
         EXPECT_GT(pango.Ascent(font), 2500);  // most of a 5 mm font is above its baseline
     }
@@ -184,8 +189,8 @@ TEST(PaintItems, TheDrawingScaleShrinksItemsOnTheLabelsPaper) {
 
 TEST(PaintItems, ThePictureGrowsToItemsBeyondTheLabel) {
     TORXCairoLabel document;
-    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":-5,"Y":10},{"X":30,"Y":10}])", R"(,"PenWidth":1)")), "t",
-                                document));
+    ASSERT_TRUE(LoadDrawingText(Drawing(Item(2, R"([{"X":-5,"Y":10},{"X":30,"Y":10}])", R"(,"PenWidth":1)")),
+                                "t", document));
     TQVLRasterOptions options;
     options.Dpi = 254;
     const TQVLPixelSize size = RasterSize(document, options);

@@ -26,7 +26,9 @@ TPicture::TPicture(const std::vector<std::uint8_t>& png, double dpi) : fDpi(dpi)
     cairo_surface_flush(fSurface.get());
 }
 
-bool TPicture::Valid() const { return cairo_surface_status(fSurface.get()) == CAIRO_STATUS_SUCCESS; }
+bool TPicture::Valid() const {
+    return cairo_surface_status(fSurface.get()) == CAIRO_STATUS_SUCCESS;
+}
 
 TPixel TPicture::At(int x, int y) const {
     if (x < 0 || y < 0 || x >= Width() || y >= Height()) return {};
@@ -35,8 +37,8 @@ TPixel TPicture::At(int x, int y) const {
     std::uint32_t v = 0;
     std::memcpy(&v, row + 4 * x, 4);
     // Premultiplied ARGB in native order; the tests paint on opaque pages, so no division is needed.
-    return {static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8), static_cast<std::uint8_t>(v),
-            static_cast<std::uint8_t>(v >> 24)};
+    return {static_cast<std::uint8_t>(v >> 16), static_cast<std::uint8_t>(v >> 8),
+            static_cast<std::uint8_t>(v), static_cast<std::uint8_t>(v >> 24)};
 }
 
 int TPicture::DarkIn(double x0, double y0, double x1, double y1) const {
@@ -53,6 +55,8 @@ int TPicture::InkIn(double x0, double y0, double x1, double y1) const {
     return n;
 }
 
-std::string SourcePath(const std::string& relative) { return std::string(ORVEX_SOURCE_DIR) + "/" + relative; }
+std::string SourcePath(const std::string& relative) {
+    return std::string(ORVEX_SOURCE_DIR) + "/" + relative;
+}
 
 }  // namespace OrvexTest

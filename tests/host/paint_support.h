@@ -22,7 +22,7 @@ struct TPixel {
 };
 
 class TPicture {
-public:
+  public:
     TPicture(const std::vector<std::uint8_t>& png, double dpi);
     explicit TPicture(TSurfacePtr surface, double dpi) : fSurface(std::move(surface)), fDpi(dpi) {}
     bool Valid() const;
@@ -35,7 +35,7 @@ public:
     int DarkIn(double x0, double y0, double x1, double y1) const;
     int InkIn(double x0, double y0, double x1, double y1) const;  // anything but white
 
-private:
+  private:
     TSurfacePtr fSurface;
     double fDpi;
 };
