@@ -1,5 +1,5 @@
-// `orvex convert IN.json|IN.mmd|IN.puml -o OUT.json|OUT.svg`: reads a drawing, or lays out a diagram,
-// and writes it, indented, or as SVG; the extensions choose.
+// `orvex convert IN.json|IN.mmd|IN.puml -o OUT.json|OUT.svg|OUT.png|OUT.pdf`: reads a drawing, or lays
+// out a diagram, and writes it back indented, as SVG, or painted; the extensions choose.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
@@ -9,6 +9,7 @@
 
 #include "cli/commands.h"
 #include "orvex/diagrams/diagram_parse.h"
+#include "cli/convert_picture.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 
@@ -18,11 +19,12 @@ namespace {
 struct TConvertArgs {
     std::string Input;
     std::string Output;
+    TPictureArgs Picture;
 };
 
 // A Mermaid or PlantUML file goes through the registered layout; when it does not place, the parser's
 // findings say why, one per line.
-int LoadDiagram(const std::string& input, Orvex::TORXHeadlessLabel& document) {
+int LoadDiagram(const std::string& input, Orvex::TORXBaseLabel& document) {
     std::string text;
     if (!Orvex::QVLReadDiagramFile(input, text)) {
         fmt::print(stderr, "orvex: {}: cannot read the file\n", input);
@@ -41,18 +43,23 @@ int LoadDiagram(const std::string& input, Orvex::TORXHeadlessLabel& document) {
 }
 
 int Convert(const TConvertArgs& args) {
+    // Pictures need a document whose items paint; the other outputs do with the headless family.
+    const bool picture = IsPictureOutput(args.Output);
     // Refused before reading, so a mistyped output name costs nothing and overwrites nothing.
-    if (Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
-        fmt::print(stderr, "orvex: {}: unknown output format (use .json or .svg)\n", args.Output);
+    if (!picture && Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
+        fmt::print(stderr, "orvex: {}: unknown output format (use .json, .svg, .png or .pdf)\n", args.Output);
         return kExitUsage;
     }
-    Orvex::TORXHeadlessLabel document;
+    const std::unique_ptr<Orvex::TORXBaseLabel> owned =
+        picture ? NewPictureDocument() : std::make_unique<Orvex::TORXHeadlessLabel>();
+    Orvex::TORXBaseLabel& document = *owned;
     if (Orvex::QVLDiagramFormatFromExt(args.Input) != Orvex::TQVLDiagramFormat::dgAuto) {
         if (const int status = LoadDiagram(args.Input, document); status != kExitOk) return status;
     } else if (const auto loaded = Orvex::LoadDrawingFile(args.Input, document); !loaded) {
         fmt::print(stderr, "orvex: {}\n", loaded.Message);
         return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
+    if (picture) return WritePicture(document, args.Output, args.Picture);
     if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {
         fmt::print(stderr, "orvex: {}\n", saved.Message);
         return kExitUsage;
@@ -66,9 +73,12 @@ void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
     auto* sub = app.add_subcommand(
         "convert",
-        "Read a drawing (.json) or a diagram (.mmd, .puml) and write it as .json (indented) or .svg");
+        "Read a drawing (.json) or a diagram (.mmd, .puml) and write it as .json (indented), .svg, .png or .pdf");
     sub->add_option("input", args->Input, "Drawing or diagram to read")->required();
-    sub->add_option("-o,--output", args->Output, "File to write: .json or .svg")->required();
+    sub->add_option("-o,--output", args->Output, "File to write: .json, .svg, .png or .pdf")->required();
+    sub->add_option("--dpi", args->Picture.Dpi, "Resolution of a PNG, pixels per inch")->default_val(96);
+    sub->add_option("--scale", args->Picture.Scale, "Zoom of a PNG on top of the resolution")
+        ->default_val(1.0f);
     commands.Add(sub, [args] { return Convert(*args); });
 }
 

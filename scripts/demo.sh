@@ -36,3 +36,12 @@ for drawing in examples/drawings/*.json; do
   echo
   echo "orvex convert $drawing -o $svg ($(wc -c < "$svg") bytes)"
 done
+
+# Painting: the same drawings as PNG pictures (screen pass, 150 dpi) and PDF pages (print pass).
+for drawing in examples/drawings/*.json; do
+  base="out/$(basename "${drawing%.json}")"
+  "$orvex" convert "$drawing" -o "$base.png" --dpi 150
+  "$orvex" convert "$drawing" -o "$base.pdf"
+  echo
+  echo "orvex convert $drawing -o $base.png --dpi 150 ($(wc -c < "$base.png") bytes), and $base.pdf"
+done

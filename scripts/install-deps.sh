@@ -11,6 +11,7 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   librsvg2-bin
   libgraphviz-dev
+  libcairo2-dev libpango1.0-dev libzint-dev poppler-utils fonts-liberation2
 )
 if [[ $# -gt 0 ]]; then
   packages=("$@")

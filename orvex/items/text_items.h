@@ -19,6 +19,7 @@
 #include "orvex/items/item_props.h"
 #include "orvex/items/rich_text.h"
 #include "orvex/items/text_place.h"
+#include "orvex/items/text_pos.h"
 
 namespace Orvex {
 

@@ -110,10 +110,10 @@ class DrawingSvgCli : public ::testing::Test {
 
 TEST_F(DrawingSvgCli, UnknownOutputExtensionIsAUsageError) {
     const std::string example = std::string(ORVEX_SOURCE_DIR) + "/examples/drawings/bracket.json";
-    const auto out = fDir / "out.png";
+    const auto out = fDir / "out.txt";
     const TRun run = Shell(std::string(ORVEX_CLI_PATH) + " convert " + example + " -o " + out.string());
     EXPECT_EQ(run.Status, 2);
-    EXPECT_EQ(run.Out, "orvex: " + out.string() + ": unknown output format (use .json or .svg)\n");
+    EXPECT_EQ(run.Out, "orvex: " + out.string() + ": unknown output format (use .json, .svg, .png or .pdf)\n");
     EXPECT_FALSE(std::filesystem::exists(out));
 }
 

@@ -1,0 +1,37 @@
+#include "host/paint/cairo_label.h"
+
+#include "host/paint/item_painters.h"
+
+namespace Orvex {
+
+namespace {
+thread_local TCairoDraw* gActiveDraw = nullptr;
+}  // namespace
+
+TCairoDraw::TCairoDraw(_cairo* context) : fContext(context), fPrevious(gActiveDraw) {
+    gActiveDraw = this;
+}
+
+TCairoDraw::~TCairoDraw() {
+    gActiveDraw = fPrevious;
+}
+
+TCairoDraw* TCairoDraw::Active(TORXBaseDraw& surface) {
+    return gActiveDraw != nullptr && static_cast<TORXBaseDraw*>(gActiveDraw) == &surface ? gActiveDraw
+                                                                                         : nullptr;
+}
+
+TORXCairoLabel::TORXCairoLabel() {
+    Paint::RetainTextMetrics();
+}
+
+TORXCairoLabel::~TORXCairoLabel() {
+    Paint::ReleaseTextMetrics();
+}
+
+TORXBaseItem* TORXCairoLabel::CreateItem(TQVLItemType type) {
+    if (TORXBaseItem* item = Paint::CreateCairoItem(this, type)) return item;
+    return TORXHeadlessLabel::CreateItem(type);
+}
+
+}  // namespace Orvex
