@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The main job on the bundled examples. It grows with the system: for now it shows the reference tables
-# that every drawing rests on, the first frames of a path animation and what the diagram importer reads
-# from two sample diagrams.
+# The main job on the bundled examples: the reference tables every drawing rests on, the first frames of a
+# path animation, what the diagram importer reads, and every bundled drawing and diagram converted into
+# out/ as SVG, PNG (and PDF or JSON).
 set -euo pipefail
 orvex=${1:-build/orvex}
 cd "$(dirname "$0")/.."
@@ -44,4 +44,20 @@ for drawing in examples/drawings/*.json; do
   "$orvex" convert "$drawing" -o "$base.pdf"
   echo
   echo "orvex convert $drawing -o $base.png --dpi 150 ($(wc -c < "$base.png") bytes), and $base.pdf"
+done
+
+# Diagrams: every bundled Mermaid and PlantUML file laid out as an editable drawing, then written as JSON,
+# SVG and PNG. A diagram that cannot be placed says why and the demo goes on with the next.
+mkdir -p out/diagrams
+echo
+echo "Diagrams laid out into out/diagrams/ (JSON, SVG and PNG):"
+for diagram in examples/mermaid/*.mmd examples/plantuml/*.puml; do
+  name=$(basename "$diagram")
+  base="out/diagrams/${name%.*}-${name##*.}"
+  if "$orvex" convert "$diagram" -o "$base.json" && "$orvex" convert "$diagram" -o "$base.svg" &&
+     "$orvex" convert "$diagram" -o "$base.png"; then
+    echo "  $diagram -> $base.{json,svg,png}"
+  else
+    echo "  $diagram: not placed"
+  fi
 done
