@@ -32,7 +32,8 @@ struct TChatArgs {
 
 // Provider errors may quote a multi-line body; the command's contract is one line per failure.
 std::string OneLine(std::string aText) {
-    std::replace_if(aText.begin(), aText.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    std::replace_if(
+        aText.begin(), aText.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     return aText;
 }
 
@@ -50,7 +51,8 @@ int Chat(const TChatArgs& args) {
         return kExitUsage;
     }
     // Refused before the model runs, so that no paid answer is lost to an unwritable name.
-    if (!args.Output.empty() && Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
+    if (!args.Output.empty() &&
+        Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
         fmt::print(stderr, "orvex: {}: the output must end in .json or .svg\n", args.Output);
         return kExitUsage;
     }
@@ -69,14 +71,16 @@ int Chat(const TChatArgs& args) {
 
     Orvex::TMCPAIClient client(server);
     if (!env.BaseUrl.empty()) client.SetBaseUrl(env.BaseUrl);
-    Orvex::TAIConversation conversation(client, server.EffectiveInstructions(), server.BuildAIToolDefinitions(),
+    Orvex::TAIConversation conversation(client, server.EffectiveInstructions(),
+                                        server.BuildAIToolDefinitions(),
                                         Orvex::MakeServerToolExecutor(server));
     conversation.SetTurnLimit(args.MaxTurns);
     conversation.SetOnText([](const std::string& aText) {
         fmt::print("{}\n", aText);
         std::fflush(stdout);
     });
-    conversation.SetOnToolCall([](const std::string& aLine) { fmt::print(stderr, "orvex chat: {}\n", aLine); });
+    conversation.SetOnToolCall(
+        [](const std::string& aLine) { fmt::print(stderr, "orvex chat: {}\n", aLine); });
 
     const Orvex::TAIConversationResult result = conversation.Run(args.Request);
     const bool apiFailed = !result.Ok && !result.TurnLimitReached;

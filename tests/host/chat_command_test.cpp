@@ -40,9 +40,9 @@ struct TRun {
 TRun RunChat(const fs::path& aFolder, const std::string& aEnv, const std::string& aArgs) {
     const fs::path out = aFolder / "stdout.txt";
     const fs::path err = aFolder / "stderr.txt";
-    const std::string command =
-        "env -u ORVEX_AI_API_KEY -u ANTHROPIC_API_KEY -u ORVEX_AI_BASE_URL " + aEnv + " timeout 60 '" +
-        ORVEX_CLI_PATH + "' chat " + aArgs + " >'" + out.string() + "' 2>'" + err.string() + "'";
+    const std::string command = "env -u ORVEX_AI_API_KEY -u ANTHROPIC_API_KEY -u ORVEX_AI_BASE_URL " + aEnv +
+                                " timeout 60 '" + ORVEX_CLI_PATH + "' chat " + aArgs + " >'" + out.string() +
+                                "' 2>'" + err.string() + "'";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(out), ReadAll(err)};
 }
@@ -57,20 +57,22 @@ TJSON Answer(TJSON aContent, const std::string& aStop, int aIn, int aOut) {
             {"usage", {{"input_tokens", aIn}, {"output_tokens", aOut}}}};
 }
 
-// The ids of the elements add_flow reported, read from the tool results in the last request.
+// The ids of the elements add_flow reported, read from the tool results the request carries.
 std::vector<std::int64_t> FlowIdsFrom(const TJSON& aRequest) {
     std::vector<std::int64_t> ids;
-    const TJSON& last = aRequest["messages"].back();
-    for (const auto& block : last["content"]) {
-        if (block.value("type", "") != "tool_result") continue;
-        std::string text;
-        if (block["content"].is_string()) {
-            text = block["content"].get<std::string>();
-        } else {
-            for (const auto& part : block["content"]) text += part.value("text", "");
+    for (const auto& message : aRequest["messages"]) {
+        if (!message["content"].is_array()) continue;
+        for (const auto& block : message["content"]) {
+            if (block.value("type", "") != "tool_result") continue;
+            std::string text;
+            if (block["content"].is_string()) {
+                text = block["content"].get<std::string>();
+            } else {
+                for (const auto& part : block["content"]) text += part.value("text", "");
+            }
+            const TJSON result = TJSON::parse(text, nullptr, false);
+            if (result.is_object() && result.contains("id")) ids.push_back(result["id"].get<std::int64_t>());
         }
-        const TJSON result = TJSON::parse(text, nullptr, false);
-        if (result.is_object() && result.contains("id")) ids.push_back(result["id"].get<std::int64_t>());
     }
     return ids;
 }
@@ -87,18 +89,19 @@ class TFakeAnthropic {
             if (fRequests.size() == 1) {
                 fSystem = body.value("system", "");
                 fToolCount = body.contains("tools") ? body["tools"].size() : 0;
-                answer = Answer(TJSON::array({{{"type", "text"}, {"text", "Adding two steps."}},
-                                              ToolUse("t1", "add_flow", {{"x", 10}, {"y", 10}, {"text", "A"}}),
-                                              ToolUse("t2", "add_flow", {{"x", 10}, {"y", 60}, {"text", "B"}})}),
-                                "tool_use", 100, 20);
+                answer =
+                    Answer(TJSON::array({{{"type", "text"}, {"text", "Adding two steps."}},
+                                         ToolUse("t1", "add_flow", {{"x", 10}, {"y", 10}, {"text", "A"}}),
+                                         ToolUse("t2", "add_flow", {{"x", 10}, {"y", 60}, {"text", "B"}})}),
+                           "tool_use", 100, 20);
             } else if (fRequests.size() == 2) {
                 const auto ids = FlowIdsFrom(body);
                 const TJSON input = ids.size() == 2 ? TJSON{{"from_id", ids[0]}, {"to_id", ids[1]}}
                                                     : TJSON{{"from_id", 0}, {"to_id", 0}};
                 answer = Answer(TJSON::array({ToolUse("t3", "add_link", input)}), "tool_use", 200, 10);
             } else {
-                answer = Answer(TJSON::array({{{"type", "text"}, {"text", "Linked A to B."}}}), "end_turn", 300,
-                                5);
+                answer = Answer(TJSON::array({{{"type", "text"}, {"text", "Linked A to B."}}}), "end_turn",
+                                300, 5);
             }
             aResponse.set_content(answer.dump(), "application/json");
         });
@@ -175,7 +178,7 @@ TEST_F(ChatCommandTest, ToolCallsBuildTheSavedDrawing) {
         }
     }
     ASSERT_EQ(flows.size(), 2U);
-    ASSERT_NE(link, nullptr);
+    ASSERT_NE(link, nullptr) << run.Err;
     EXPECT_EQ((*link)["FromID"], flows[0]);
     EXPECT_EQ((*link)["ToID"], flows[1]);
 }
@@ -192,7 +195,8 @@ TEST_F(ChatCommandTest, RefusesToStartWithoutItsInputs) {
         {"ORVEX_AI_API_KEY=", "'Draw'", 2, "orvex: no API key: set ORVEX_AI_API_KEY or ANTHROPIC_API_KEY\n"},
         {"ORVEX_AI_API_KEY=k", "'Draw' --provider cohere", 2,
          "orvex: unknown provider cohere (anthropic, openai, gemini or openrouter)\n"},
-        {"ORVEX_AI_API_KEY=k", "'Draw' -o out.png", 2, "orvex: out.png: the output must end in .json or .svg\n"},
+        {"ORVEX_AI_API_KEY=k", "'Draw' -o out.png", 2,
+         "orvex: out.png: the output must end in .json or .svg\n"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.Env + " " + c.Args);
