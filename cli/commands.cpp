@@ -18,6 +18,7 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterConvert(app, commands);
     RegisterInfo(app, commands);
     RegisterServe(app, commands);
+    RegisterChat(app, commands);
 }
 
 }  // namespace OrvexCli

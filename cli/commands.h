@@ -34,5 +34,6 @@ void RegisterParse(CLI::App& app, TCommandRegistry& commands);
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands);
 void RegisterInfo(CLI::App& app, TCommandRegistry& commands);
 void RegisterServe(CLI::App& app, TCommandRegistry& commands);
+void RegisterChat(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli

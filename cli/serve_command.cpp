@@ -17,8 +17,8 @@
 #include <thread>
 
 #include "cli/commands.h"
+#include "host/drawing_server.h"
 #include "host/mcp_stdio.h"
-#include "host/tools/register_tools.h"
 #include "orvex/agent/main_thread.h"
 #include "orvex/agent/mcp_server.h"
 #include "orvex/document/headless.h"
@@ -95,13 +95,10 @@ int Serve(const TServeArgs& args) {
         tools.FilesRoot = std::filesystem::canonical(args.FilesRoot);
     }
     Orvex::TORXHeadlessLabel document;
-    if (!args.Drawing.empty() && std::filesystem::exists(args.Drawing)) {
-        if (const auto loaded = Orvex::LoadDrawingFile(args.Drawing, document); !loaded) {
-            fmt::print(stderr, "orvex: {}\n", loaded.Message);
-            return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
-        }
+    if (const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document); !opened) {
+        fmt::print(stderr, "orvex: {}\n", opened.Message);
+        return opened.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
-    document.Loaded();
 
     Orvex::TORXMCPServer server;
     server.SetPort(args.Port);
@@ -122,10 +119,7 @@ int Serve(const TServeArgs& args) {
     server.SetOnLog([](Orvex::TORXMCPServer&, const std::string& aMessage) { LogLine(aMessage); });
 
     Orvex::TMainThreadQueue queue;
-    server.SetLabel(&document);
-    server.SetMainThreadRunner(&queue);
-    server.SetDocumentHooks(Orvex::Host::MakeDocumentHooks());
-    Orvex::Host::InstallStandardTools(tools);
+    Orvex::Host::BindDrawingServer(server, document, queue, tools);
     InstallSignalHandlers();
 
     if (args.Stdio) {

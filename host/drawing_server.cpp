@@ -1,0 +1,27 @@
+#include "host/drawing_server.h"
+
+#include <filesystem>
+
+#include "orvex/agent/main_thread.h"
+#include "orvex/document/document.h"
+
+namespace Orvex::Host {
+
+TQVLFileResult OpenDrawing(const std::string& aFileName, TORXBaseLabel& aDocument) {
+    std::error_code ec;
+    if (!aFileName.empty() && std::filesystem::exists(aFileName, ec)) {
+        if (auto loaded = LoadDrawingFile(aFileName, aDocument); !loaded) return loaded;
+    }
+    aDocument.Loaded();
+    return {};
+}
+
+void BindDrawingServer(TORXMCPServer& aServer, TORXBaseLabel& aDocument, IMainThreadRunner& aRunner,
+                       const TToolOptions& aTools) {
+    aServer.SetLabel(&aDocument);
+    aServer.SetMainThreadRunner(&aRunner);
+    aServer.SetDocumentHooks(MakeDocumentHooks());
+    InstallStandardTools(aTools);
+}
+
+}  // namespace Orvex::Host
