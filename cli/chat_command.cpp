@@ -9,6 +9,7 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/convert_picture.h"
 #include "host/drawing_server.h"
 #include "orvex/agent/ai_client.h"
 #include "orvex/agent/ai_conversation.h"
@@ -51,9 +52,9 @@ int Chat(const TChatArgs& args) {
         return kExitUsage;
     }
     // Refused before the model runs, so that no paid answer is lost to an unwritable name.
-    if (!args.Output.empty() &&
+    if (!args.Output.empty() && !IsPictureOutput(args.Output) &&
         Orvex::DrawingFormatFromExt(args.Output) == Orvex::TQVLDrawingFormat::dfUnknown) {
-        fmt::print(stderr, "orvex: {}: the output must end in .json or .svg\n", args.Output);
+        fmt::print(stderr, "orvex: {}: the output must end in .json, .svg, .png or .pdf\n", args.Output);
         return kExitUsage;
     }
 
@@ -86,7 +87,10 @@ int Chat(const TChatArgs& args) {
     const bool apiFailed = !result.Ok && !result.TurnLimitReached;
     // What the tools drew is kept even when a later request failed.
     int exitCode = apiFailed ? kExitInvalid : kExitOk;
-    if (!args.Output.empty()) {
+    if (!args.Output.empty() && IsPictureOutput(args.Output)) {
+        if (const int written = WritePicture(document, args.Output, TPictureArgs{}); written != kExitOk)
+            exitCode = written;
+    } else if (!args.Output.empty()) {
         if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {
             fmt::print(stderr, "orvex: {}\n", saved.Message);
             exitCode = kExitUsage;

@@ -195,8 +195,8 @@ TEST_F(ChatCommandTest, RefusesToStartWithoutItsInputs) {
         {"ORVEX_AI_API_KEY=", "'Draw'", 2, "orvex: no API key: set ORVEX_AI_API_KEY or ANTHROPIC_API_KEY\n"},
         {"ORVEX_AI_API_KEY=k", "'Draw' --provider cohere", 2,
          "orvex: unknown provider cohere (anthropic, openai, gemini or openrouter)\n"},
-        {"ORVEX_AI_API_KEY=k", "'Draw' -o out.png", 2,
-         "orvex: out.png: the output must end in .json or .svg\n"},
+        {"ORVEX_AI_API_KEY=k", "'Draw' -o out.gif", 2,
+         "orvex: out.gif: the output must end in .json, .svg, .png or .pdf\n"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.Env + " " + c.Args);
