@@ -4,10 +4,13 @@
 
 #include <fstream>
 
+#include "host/paint/export.h"
 #include "host/tools/files_root.h"
+#include "host/tools/preview.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
+#include "orvex/core/text.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
@@ -69,13 +72,37 @@ TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
     return StructuredResult({{"path", RelativeName(aOptions, *file)}, {"bytes", fs::file_size(*file)}});
 }
 
+// PNG (the export pass at 96 dpi) or PDF (one vector page) as bytes; inline they travel base64-encoded, as
+// an image content or an embedded resource.
+TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs,
+                    const std::string& aFormat) {
+    const auto file = FilePath(aOptions, aArgs);
+    std::vector<std::uint8_t> bytes;
+    std::string error;
+    const bool painted = aFormat == "pdf" ? EncodePdf(aDoc, bytes, error) : [&] {
+        const TQVLRasterOptions options;
+        return CheckRasterOptions(aDoc, options, error) && EncodePng(aDoc, options, bytes, error);
+    }();
+    if (!painted) return ErrorResult(fmt::format("the {} could not be painted: {}", aFormat, error));
+    const std::string_view data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (file) {
+        WriteText(*file, std::string(data));
+        return StructuredResult(
+            {{"path", RelativeName(aOptions, *file)}, {"format", aFormat}, {"bytes", bytes.size()}});
+    }
+    const std::string encoded = Qvl::Utils::Base64Encode(data);
+    TJSON content = aFormat == "png"
+                        ? TJSON{{"type", "image"}, {"data", encoded}, {"mimeType", "image/png"}}
+                        : TJSON{{"type", "resource"},
+                                {"resource", {{"uri", "orvex://drawing.pdf"},
+                                              {"mimeType", "application/pdf"},
+                                              {"blob", encoded}}}};
+    return {{"content", TJSON::array({std::move(content)})}};
+}
+
 TJSON ExportDocument(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const std::string format = aArgs["format"].get<std::string>();
-    if (format == "png" || format == "pdf")
-        throw EToolArgument(
-            fmt::format("{} export needs the painting host, which this server does not have; export "
-                        "\"svg\" or \"json\"",
-                        format));
+    if (format == "png" || format == "pdf") return ExportPicture(aOptions, aDoc, aArgs, format);
     const auto file = FilePath(aOptions, aArgs);
     const std::string text =
         format == "svg" ? aDoc.SVG(TQVLExportSVG::esFile, 1.0f, false) : aDoc.GetJsonString(2);
@@ -107,7 +134,14 @@ TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     result["loaded"] = loaded;
     result["items_created"] = after >= before ? after - before : after;  // a loader may replace the drawing
     if (!loaded) return ErrorResult("the diagram layout could not place this diagram", std::move(result));
-    return StructuredResult(std::move(result));
+    TJSON answer = StructuredResult(result);
+    // One call from text to a drawing the model can see: the picture comes in the same answer.
+    if (aArgs.value("preview", false)) {
+        answer["structuredContent"]["preview"] =
+            AppendPreview(aDoc, 1.0, aArgs.value("max_bytes", kDefaultPreviewBytes), answer);
+        answer["content"][0]["text"] = answer["structuredContent"].dump();
+    }
+    return answer;
 }
 
 }  // namespace
@@ -137,16 +171,21 @@ void RegisterFileTools(TToolRegistry& aRegistry) {
         "load_diagram",
         "Build the drawing from a Mermaid or PlantUML diagram (flowchart, sequence, mind map...), laid out "
         "automatically. Returns whether it loaded, how many items it created, and the parser's diagnostics "
-        "(severity, line, code, message); fix the text and retry on errors.",
+        "(severity, line, code, message); fix the text and retry on errors. With preview, the answer also "
+        "holds a PNG picture of the result.",
         ObjectSchema({{"text", StringProp("The diagram source text.")},
                       {"format", EnumProp("Diagram language; auto detects it. Default auto.",
-                                          {"auto", "mermaid", "plantuml"})}},
+                                          {"auto", "mermaid", "plantuml"})},
+                      {"preview", BoolProp("Also return a PNG picture of the result. Default false.")},
+                      {"max_bytes", IntegerProp("Largest preview PNG, in bytes. Default 750000.", 10'000,
+                                                10'000'000)}},
                      {"text"}),
         LoadDiagram);
     aRegistry.Add(
         "export_document",
-        "Export the drawing as svg (a standalone SVG page the size of the drawing) or json (the drawing "
-        "format): to path when given, else return the content. png and pdf need a painting host. " +
+        "Export the drawing as svg (a standalone SVG page the size of the drawing), json (the drawing "
+        "format), png (a 96 dpi picture) or pdf (one vector page): to path when given, else return the "
+        "content (png as an image, pdf as a base64 resource). " +
             where,
         ObjectSchema({{"format", EnumProp("Export format.", {"svg", "json", "png", "pdf"})},
                       {"path", StringProp("Target file in the files folder; overwritten.")}},

@@ -47,6 +47,7 @@ void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions)
     RegisterItemEditTools(registry);
     RegisterEditTools(registry);
     RegisterFileTools(registry);
+    RegisterPreviewTools(registry);
 }
 
 namespace {

@@ -32,5 +32,6 @@ void RegisterItemEditTools(TToolRegistry& aRegistry);  // modify_item, delete_it
 void RegisterLayerTools(TToolRegistry& aRegistry);
 void RegisterFileTools(TToolRegistry& aRegistry);
 void RegisterEditTools(TToolRegistry& aRegistry);  // clear, batching, undo and redo
+void RegisterPreviewTools(TToolRegistry& aRegistry);  // render_preview
 
 }  // namespace Orvex::Host

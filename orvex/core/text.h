@@ -23,4 +23,6 @@ std::string Windows1252ToUtf8(std::string_view bytes);
 // The text as UTF-8: unchanged when valid (a leading byte-order mark removed), else from Windows-1252.
 std::string DecodeTextFile(std::string_view bytes);
 
+std::string Base64Encode(std::string_view bytes);  // standard alphabet, padded
+
 }  // namespace Qvl::Utils

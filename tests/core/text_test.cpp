@@ -34,3 +34,12 @@ TEST(Text, DecodeTextFileFallsBackToWindows1252) {
     EXPECT_EQ(DecodeTextFile("Caf\xE9 \x80"), "Café €");
     EXPECT_EQ(DecodeTextFile("Café"), "Café");
 }
+
+TEST(Text, Base64EncodePadsToWholeQuads) {
+    EXPECT_EQ(Base64Encode(""), "");
+    EXPECT_EQ(Base64Encode("f"), "Zg==");
+    EXPECT_EQ(Base64Encode("fo"), "Zm8=");
+    EXPECT_EQ(Base64Encode("foo"), "Zm9v");
+    EXPECT_EQ(Base64Encode("foobar"), "Zm9vYmFy");
+    EXPECT_EQ(Base64Encode(std::string("\xFF\x00\x80", 3)), "/wCA");
+}

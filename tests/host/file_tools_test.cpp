@@ -109,9 +109,15 @@ TEST_F(InlineFilesTest, WithoutAFolderContentTravelsInline) {
     EXPECT_EQ(Refused("load_drawing", {{"path", "a.json"}}), refused);
     EXPECT_EQ(Refused("load_drawing", TJSON::object()),
               "give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
-    EXPECT_EQ(
-        Refused("export_document", {{"format", "png"}}),
-        "png export needs the painting host, which this server does not have; export \"svg\" or \"json\"");
+    const TJSON png = Call("export_document", {{"format", "png"}});
+    ASSERT_FALSE(png.value("isError", false)) << png.dump();
+    EXPECT_EQ(png["content"][0]["type"], "image");
+    EXPECT_EQ(png["content"][0]["mimeType"], "image/png");
+    EXPECT_TRUE(png["content"][0]["data"].get<std::string>().starts_with("iVBORw0KGgo"));  // the PNG signature
+    const TJSON pdf = Call("export_document", {{"format", "pdf"}});
+    ASSERT_FALSE(pdf.value("isError", false)) << pdf.dump();
+    EXPECT_EQ(pdf["content"][0]["resource"]["mimeType"], "application/pdf");
+    EXPECT_TRUE(pdf["content"][0]["resource"]["blob"].get<std::string>().starts_with("JVBERi"));  // "%PDF"
     const std::string before = fDoc.GetJsonString();
     EXPECT_FALSE(Refused("load_drawing", {{"json", "[1, 2]"}}).empty());
     EXPECT_EQ(fDoc.GetJsonString(), before);
@@ -164,7 +170,37 @@ TEST_F(InlineFilesTest, LoadDiagramCallsTheInstalledLayout) {
     const TJSON loaded = Ok("load_diagram", {{"text", "flowchart TD\n  A --> B\n"}});
     EXPECT_EQ(loaded["loaded"], true);
     EXPECT_EQ(loaded["items_created"], 2);
+
+    // With preview, items, diagnostics and the picture come back in one answer.
+    const TJSON seen = Call("load_diagram", {{"text", "flowchart TD\n  A --> B\n"}, {"preview", true}});
+    ASSERT_FALSE(seen.value("isError", false)) << seen.dump();
+    EXPECT_EQ(seen["structuredContent"]["items_created"], 2);
+    EXPECT_TRUE(seen["structuredContent"]["diagnostics"].is_array());
+    EXPECT_EQ(seen["structuredContent"]["preview"]["format"], "png");
+    EXPECT_EQ(seen["structuredContent"]["preview"]["item_count"], 4);
+    ASSERT_EQ(seen["content"].size(), 2u);
+    EXPECT_EQ(seen["content"][1]["mimeType"], "image/png");
     QVLSetDiagramLoader(saved);
+}
+
+TEST_F(InlineFilesTest, RenderPreviewStaysWithinItsByteBudget) {
+    for (int i = 0; i < 12; ++i)
+        Ok("add_flow", {{"x", 10 + 15 * (i % 4)}, {"y", 10 + 20 * (i / 4)}, {"text", "Step " + std::to_string(i)}});
+    const TJSON full = Call("render_preview");
+    ASSERT_FALSE(full.value("isError", false)) << full.dump();
+    EXPECT_EQ(full["content"][0]["type"], "image");
+    EXPECT_EQ(full["structuredContent"]["format"], "png");
+    EXPECT_EQ(full["structuredContent"]["scale"], 1.0);
+    EXPECT_EQ(full["structuredContent"]["item_count"], 12);
+    EXPECT_EQ(TJSON::parse(full["content"][1]["text"].get<std::string>()), full["structuredContent"]);
+
+    constexpr std::int64_t kBudget = 10'000;
+    const TJSON large = Ok("render_preview", {{"scale", 4}});
+    ASSERT_GT(large["byte_size"].get<std::int64_t>(), kBudget);
+    const TJSON fitted = Call("render_preview", {{"scale", 4}, {"max_bytes", kBudget}});
+    ASSERT_FALSE(fitted.value("isError", false)) << fitted.dump();
+    EXPECT_LE(fitted["structuredContent"]["byte_size"].get<std::int64_t>(), kBudget);
+    EXPECT_LT(fitted["structuredContent"]["scale"].get<double>(), 4.0);  // shrunk to fit the budget
 }
 
 }  // namespace
