@@ -144,4 +144,22 @@ void AddInspector(TJSON& array, const char* name, TJSON value) {
     array.push_back(TJSON{{"Name", name}, {"Value", std::move(value)}});
 }
 
+bool SnapOnChain(TORXBaseItem* item, std::span<const TQVLPto64> points, bool closed, std::int64_t x,
+                 std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref) {
+    switch (snap) {
+        case TQVLSnap::snEndPoint:
+        case TQVLSnap::snCenter:
+            return item->TORXBaseItem::CheckPoint(x, y, tolerance, snap, ref);
+        case TQVLSnap::snMidPoint:
+            return SnapMidOfChain(item, points, closed, x, y, tolerance, ref);
+        case TQVLSnap::snNearest:
+            return SnapNearestOnChain(item, points, closed, x, y, tolerance, ref);
+        case TQVLSnap::snIntersection:
+            return SnapIntersection(item, x, y, tolerance, ref);
+        case TQVLSnap::snNone:
+            return false;
+    }
+    return false;
+}
+
 }  // namespace Orvex::ItemGeo

@@ -48,6 +48,10 @@ bool PickChain(std::span<const TQVLPto64> points, bool closed, std::int64_t x, s
 // A crossing with another item, from the document's intersection list.
 bool SnapIntersection(TORXBaseItem* item, std::int64_t x, std::int64_t y, std::int32_t tolerance,
                       TQVLRef& ref);
+// Every snap of a chain of segments (polylines, polygons): end points and the centre from the base search
+// over the points, midpoints and the nearest point along the chain, crossings from the intersection list.
+bool SnapOnChain(TORXBaseItem* item, std::span<const TQVLPto64> points, bool closed, std::int64_t x,
+                 std::int64_t y, std::int32_t tolerance, TQVLSnap snap, TQVLRef& ref);
 
 std::vector<TQVLPto64> ToPto64(const TQVLPtoA& points);
 std::string SvgPointList(std::span<const TQVLPto64> points, TQVLUnits unit);  // "x,y x,y ..."

@@ -206,21 +206,7 @@ bool TORXBasePolygon::Pick(std::int64_t x, std::int64_t y, std::int32_t toleranc
 
 bool TORXBasePolygon::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                                  TQVLRef& ref) {
-    const auto pts = ToPto64(fPoints);
-    switch (snap) {
-        case TQVLSnap::snEndPoint:
-        case TQVLSnap::snCenter:
-            return TORXBasePoint::CheckPoint(x, y, tolerance, snap, ref);
-        case TQVLSnap::snMidPoint:
-            return SnapMidOfChain(this, pts, true, x, y, tolerance, ref);
-        case TQVLSnap::snNearest:
-            return SnapNearestOnChain(this, pts, true, x, y, tolerance, ref);
-        case TQVLSnap::snIntersection:
-            return SnapIntersection(this, x, y, tolerance, ref);
-        case TQVLSnap::snNone:
-            return false;
-    }
-    return false;
+    return SnapOnChain(this, ToPto64(fPoints), true, x, y, tolerance, snap, ref);
 }
 
 TJSON TORXBasePolygon::WriteJson() const {
