@@ -97,6 +97,18 @@ std::string TORXBoxShape::SvgPaint(float factor) const {
            SvgStroke(fColor, GetPenWidthMM() * factor, fLineType, fOwner->Units());
 }
 
+TJSON TORXBoxShape::WriteJson() const {
+    TJSON obj = TORX2DItem::WriteJson();
+    obj["LineType"] = static_cast<int>(fLineType);
+    return obj;
+}
+
+void TORXBoxShape::ReadJson(std::int32_t version, const TJSON& obj) {
+    TORX2DItem::ReadJson(version, obj);
+    fLineType = LineTypeFromJson(obj);
+    UpdateBounds();
+}
+
 // [SECTION] TORXBaseRectangle
 
 float TORXBaseRectangle::GetRadio() const {
@@ -155,15 +167,13 @@ bool TORXBaseRectangle::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t 
 }
 
 TJSON TORXBaseRectangle::WriteJson() const {
-    TJSON obj = TORX2DItem::WriteJson();
-    obj["LineType"] = static_cast<int>(fLineType);
+    TJSON obj = TORXBoxShape::WriteJson();
     obj["Radio"] = U::BaseToUnit(fRadio, fOwner->Units());
     return obj;
 }
 
 void TORXBaseRectangle::ReadJson(std::int32_t version, const TJSON& obj) {
-    TORX2DItem::ReadJson(version, obj);
-    fLineType = LineTypeFromJson(obj);
+    TORXBoxShape::ReadJson(version, obj);
     fRadio = static_cast<std::int32_t>(U::UnitToBase(U::GetFloat(obj, "Radio"), fOwner->Units()));
     UpdateBounds();
 }
@@ -397,18 +407,6 @@ bool TORXBaseCircle::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tol
     return false;
 }
 
-TJSON TORXBaseCircle::WriteJson() const {
-    TJSON obj = TORX2DItem::WriteJson();
-    obj["LineType"] = static_cast<int>(fLineType);
-    return obj;
-}
-
-void TORXBaseCircle::ReadJson(std::int32_t version, const TJSON& obj) {
-    TORX2DItem::ReadJson(version, obj);
-    fLineType = LineTypeFromJson(obj);
-    UpdateBounds();
-}
-
 void TORXBaseCircle::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
                               TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
@@ -497,18 +495,6 @@ bool TORXBaseEllipse::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t to
     return false;
 }
 
-TJSON TORXBaseEllipse::WriteJson() const {
-    TJSON obj = TORX2DItem::WriteJson();
-    obj["LineType"] = static_cast<int>(fLineType);
-    return obj;
-}
-
-void TORXBaseEllipse::ReadJson(std::int32_t version, const TJSON& obj) {
-    TORX2DItem::ReadJson(version, obj);
-    fLineType = LineTypeFromJson(obj);
-    UpdateBounds();
-}
-
 void TORXBaseEllipse::WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body,
                                TQVLExportSVG mode, float factor, bool flag) const {
     (void)defs, (void)mode, (void)flag;
@@ -586,16 +572,14 @@ bool TORXBaseSector::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tol
 }
 
 TJSON TORXBaseSector::WriteJson() const {
-    TJSON obj = TORX2DItem::WriteJson();
-    obj["LineType"] = static_cast<int>(fLineType);
+    TJSON obj = TORXBoxShape::WriteJson();
     obj["StartAngle"] = U::Round(fStartAngle);
     obj["SweepAngle"] = U::Round(fSweepAngle);
     return obj;
 }
 
 void TORXBaseSector::ReadJson(std::int32_t version, const TJSON& obj) {
-    TORX2DItem::ReadJson(version, obj);
-    fLineType = LineTypeFromJson(obj);
+    TORXBoxShape::ReadJson(version, obj);
     fStartAngle = static_cast<float>(U::GetFloat(obj, "StartAngle"));
     fSweepAngle = static_cast<float>(U::GetFloat(obj, "SweepAngle"));
     CalcEffectiveStart();

@@ -28,6 +28,9 @@ class TORXBoxShape : public TORX2DItem {
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
     std::int64_t GetEnumProp(std::uint16_t property) const override;
     void SetEnumProp(std::uint16_t property, std::int64_t value) override;
+    // "LineType" after the common keys; each shape adds its own keys behind it.
+    TJSON WriteJson() const override;
+    void ReadJson(std::int32_t version, const TJSON& obj) override;
 
   protected:
     bool FilledInk() const;                    // filled with a colour that is not fully transparent
@@ -143,8 +146,6 @@ class TORXBaseCircle : public TORXBoxShape {
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                     TQVLRef& ref) override;
-    TJSON WriteJson() const override;
-    void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
     void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
@@ -180,8 +181,6 @@ class TORXBaseEllipse : public TORXBoxShape {
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                     TQVLRef& ref) override;
-    TJSON WriteJson() const override;
-    void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
 };
