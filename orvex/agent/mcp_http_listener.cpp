@@ -1,8 +1,7 @@
 // The socket side of TORXMCPServer over cpp-httplib: every method reaches DoCommandGet, and no request
-// makes the server hold more than MaxRequestBytes of body, whether or not it declares its length.
+// makes the server hold more than MaxRequestBytes of body, whether or not it declares its length, nor
+// more than kMaxRequestHeadBytes of request line and headers.
 #include "orvex/agent/mcp_http_listener.h"
-
-#include <httplib.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -13,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "orvex/agent/bounded_http_server.h"
 #include "orvex/agent/main_thread.h"
 #include "orvex/agent/mcp_server.h"
 
@@ -85,20 +85,22 @@ TMCPHttpRequest ToRecord(const httplib::Request& aRequest) {
 }
 
 // Reads the body into the record, keeping at most aLimit bytes (no limit when 0). Whatever lies beyond is
-// read and dropped so that a kept-alive connection stays in step with the next request.
-void ReadBody(const httplib::Request& aRequest, const httplib::ContentReader& aReader, std::size_t aLimit,
+// read and dropped so that a kept-alive connection stays in step with the next request. Returns false
+// when the body ends before its framing says it should (a broken chunk, a peer that went away).
+bool ReadBody(const httplib::Request& aRequest, const httplib::ContentReader& aReader, std::size_t aLimit,
               TMCPHttpRequest& aRecord) {
     aRecord.HasBody = true;
     if (aLimit > 0 && aRequest.has_header("Content-Length")) {
         const auto declared = aRequest.get_header_value<std::uint64_t>("Content-Length");
         if (declared > aLimit) {
             aRecord.BodySize = declared;
+            // The library skips a body over its payload limit by itself and reports that as a failure.
             aReader([](const char*, std::size_t) { return true; });
-            return;
+            return true;
         }
     }
     std::uint64_t seen = 0;
-    aReader([&](const char* aData, std::size_t aLength) {
+    const bool complete = aReader([&](const char* aData, std::size_t aLength) {
         seen += aLength;
         if (aLimit == 0 || seen <= aLimit) {
             aRecord.Body.append(aData, aLength);
@@ -108,6 +110,7 @@ void ReadBody(const httplib::Request& aRequest, const httplib::ContentReader& aR
         return true;
     });
     if (aLimit > 0 && seen > aLimit) aRecord.BodySize = seen;
+    return complete || (aLimit > 0 && seen > aLimit);
 }
 
 void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Response& aResponse) {
@@ -129,7 +132,7 @@ void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Res
 }  // namespace
 
 struct TMCPHttpListener::TImpl {
-    httplib::Server fHttp;
+    TBoundedHttpServer fHttp;
     std::thread fThread;
     std::atomic<bool> fFinished{false};
 };
@@ -158,8 +161,13 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     const auto withBody = [this, limit](const httplib::Request& aRequest, httplib::Response& aResponse,
                                         const httplib::ContentReader& aReader) {
         auto record = ToRecord(aRequest);
-        ReadBody(aRequest, aReader, limit, record);
-        Answer(fServer, record, aResponse);
+        if (ReadBody(aRequest, aReader, limit, record)) {
+            Answer(fServer, record, aResponse);
+        } else {
+            aResponse.status = 400;
+            aResponse.set_header("Connection", "close");
+            aResponse.set_content(R"({"error":"Incomplete request body"})", "application/json");
+        }
     };
     http.Post(".*", withBody);
     http.Put(".*", withBody);

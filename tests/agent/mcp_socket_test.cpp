@@ -1,6 +1,11 @@
 // The server through real loopback sockets: the adapter, the body limit, keep-alive and concurrent calls.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -30,6 +35,47 @@ std::unique_ptr<httplib::Client> Connect(const TORXMCPServer& aServer) {
     client->set_keep_alive(true);
     client->set_tcp_nodelay(true);
     return client;
+}
+
+// Sends aRequest over a fresh connection, half-closes nothing, and returns everything the server writes
+// until it closes the connection (or two seconds of silence).
+std::string RawExchange(std::uint16_t aPort, const std::string& aRequest) {
+    const int sock = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(aPort);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(sock, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
+        ::close(sock);
+        return "connect failed";
+    }
+    // The server may stop reading and close while the request is still going out.
+    for (std::size_t sent = 0; sent < aRequest.size();) {
+        const auto n = ::send(sock, aRequest.data() + sent, aRequest.size() - sent, MSG_NOSIGNAL);
+        if (n <= 0) break;
+        sent += static_cast<std::size_t>(n);
+    }
+    std::string answer;
+    char buffer[4096];
+    pollfd descriptor{sock, POLLIN, 0};
+    while (::poll(&descriptor, 1, 2000) > 0) {
+        const auto n = ::recv(sock, buffer, sizeof(buffer), 0);
+        if (n <= 0) break;
+        answer.append(buffer, static_cast<std::size_t>(n));
+    }
+    ::close(sock);
+    return answer;
+}
+
+std::string PostHead(std::size_t aBodyLength, const std::string& aExtraHeaders = {}) {
+    return "POST /mcp HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json\r\n" + aExtraHeaders +
+           "Content-Length: " + std::to_string(aBodyLength) + "\r\n\r\n";
+}
+
+int CountOf(const std::string& aText, const std::string& aPart) {
+    int count = 0;
+    for (auto at = aText.find(aPart); at != std::string::npos; at = aText.find(aPart, at + 1)) ++count;
+    return count;
 }
 
 class MCPSocket : public ::testing::Test {
@@ -138,6 +184,41 @@ TEST_F(MCPSocket, BodyLimitHoldsWithAndWithoutDeclaredLength) {
     ASSERT_TRUE(after);
     EXPECT_EQ(after->status, 200);
     EXPECT_EQ(fCount, 3);
+}
+
+TEST_F(MCPSocket, RequestHeadsAreBoundedAndAnsweredWith431) {
+    fServer.Start();
+    const auto port = fServer.BoundPort();
+    const std::string body = CallBody(1);
+    const std::string tooLarge = "HTTP/1.1 431 Request Header Fields Too Large";
+
+    // A request line that never ends, a header that never ends, and many ordinary headers each get one
+    // refusal (431 from the head limit, or 400 from the library's own line limit) and the connection ends.
+    const auto refusedOnce = [](const std::string& aAnswer) {
+        return aAnswer.rfind("HTTP/1.1 4", 0) == 0 && CountOf(aAnswer, "HTTP/1.1 ") == 1;
+    };
+    const auto longLine = RawExchange(port, "POST /" + std::string(200'000, 'a'));
+    EXPECT_EQ(longLine.rfind(tooLarge, 0), 0u) << longLine;
+    const auto longHeader = RawExchange(port, PostHead(body.size(), "X-Long: " + std::string(200'000, 'b')));
+    EXPECT_TRUE(refusedOnce(longHeader)) << longHeader;
+    std::string manyHeaders;
+    for (int i = 0; i < 5000; ++i) manyHeaders += "X-Header-" + std::to_string(i) + ": value\r\n";
+    const auto many = RawExchange(port, PostHead(body.size(), manyHeaders) + body);
+    EXPECT_TRUE(refusedOnce(many)) << many;
+
+    // A chunk-size line that never ends cannot grow without bound either; the connection is dropped.
+    const auto endlessChunk = RawExchange(
+        port, "POST /mcp HTTP/1.1\r\nContent-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n" +
+                  std::string(200'000, '1'));
+    EXPECT_EQ(endlessChunk.find("200 OK"), std::string::npos) << endlessChunk.substr(0, 200);
+
+    // A large but acceptable head and pipelined requests on one kept-alive connection are served.
+    std::string bigHeaders;
+    for (int i = 0; i < 6; ++i) bigHeaders += "X-Big-" + std::to_string(i) + ": " + std::string(8000, 'c') + "\r\n";
+    const auto bigHead = RawExchange(port, PostHead(body.size(), bigHeaders) + body +
+                                               PostHead(body.size(), "Connection: close\r\n") + body);
+    EXPECT_EQ(CountOf(bigHead, "HTTP/1.1 200 OK"), 2) << bigHead.substr(0, 300);
+    EXPECT_EQ(fCount, 2);
 }
 
 TEST_F(MCPSocket, StartRefusesAnExposedAddressWithoutToken) {

@@ -1,0 +1,24 @@
+// Private to the agent module: an httplib::Server whose connections cannot make it hold an unbounded
+// request line or header block. The HTTP library reads the head of a request line by line into a string
+// that grows until the line ends, so a peer that never sends a line end would grow it without limit; here
+// each connection reads through a stream that fails once the head passes kMaxRequestHeadBytes and
+// answers 431. Bodies are bounded by the listener itself.
+#pragma once
+
+#include <httplib.h>
+
+#include <cstddef>
+
+namespace Orvex {
+
+// Request line plus every header line plus the blank line that ends them.
+inline constexpr std::size_t kMaxRequestHeadBytes = 64 * 1024;
+
+class TBoundedHttpServer final : public httplib::Server {
+  private:
+    // Runs the kept-alive request loop of one connection, as the library's own does, over a stream that
+    // bounds each request's head.
+    bool process_and_close_socket(socket_t aSocket) override;
+};
+
+}  // namespace Orvex
