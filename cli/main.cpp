@@ -7,10 +7,14 @@
 
 #include "cli/commands.h"
 #include "host/layout/diagram_loader.h"
+#include "host/paint/cairo_label.h"
 #include "orvex/version.h"
 
 int main(int argc, char** argv) {
     Orvex::RegisterDiagramLayout();  // diagram files become drawings wherever a command reads one
+    // Texts are measured with the fonts they are painted with, so a drawing saved as JSON or SVG places
+    // its captions exactly as its PNG does.
+    const Orvex::TPangoMetricsScope metrics;
     CLI::App app{"Orvex: convert, paint, animate and serve 2D drawings and text diagrams", "orvex"};
     app.set_version_flag("--version", std::string("orvex ") + Orvex::kVersion);
     app.require_subcommand(0, 1);

@@ -21,6 +21,14 @@ TCairoDraw* TCairoDraw::Active(TORXBaseDraw& surface) {
                                                                                          : nullptr;
 }
 
+TPangoMetricsScope::TPangoMetricsScope() {
+    Paint::RetainTextMetrics();
+}
+
+TPangoMetricsScope::~TPangoMetricsScope() {
+    Paint::ReleaseTextMetrics();
+}
+
 TORXCairoLabel::TORXCairoLabel() {
     Paint::RetainTextMetrics();
 }

@@ -29,6 +29,17 @@ class TCairoDraw : public TORXBaseDraw {
     TCairoDraw* fPrevious;  // the context active before this one
 };
 
+// Pango's glyph metrics for texts laid out while one lives, whatever kind of document lays them out: a
+// host that writes the same drawing as SVG and as PNG keeps one for its whole run, so that both place
+// captions alike.
+class TPangoMetricsScope {
+  public:
+    TPangoMetricsScope();
+    ~TPangoMetricsScope();
+    TPangoMetricsScope(const TPangoMetricsScope&) = delete;
+    TPangoMetricsScope& operator=(const TPangoMetricsScope&) = delete;
+};
+
 // Derives the headless document so that kinds without painting code, and link binding after reads, work
 // as there; every kind that has painting code gets its Cairo class from the factory. While a Cairo
 // document lives, Pango supplies the process-wide text metrics, so that texts are laid out with the

@@ -96,7 +96,7 @@ TEST_F(CliConvertTest, InfoSummarisesTheExample) {
     EXPECT_NE(run.Out.find("units:  mm\n"), std::string::npos);
     EXPECT_NE(run.Out.find("layers: 2\n"), std::string::npos);
     EXPECT_NE(run.Out.find("  Rectangle    1\n"), std::string::npos);
-    EXPECT_NE(run.Out.find("bounds: 0, 10 to 110, 70 mm\n"), std::string::npos);
+    EXPECT_NE(run.Out.find("bounds: 0, 10 to 110, 69.586 mm\n"), std::string::npos);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "orvex/io/drawing_file.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
+#include "host/paint/cairo_label.h"
 
 namespace Orvex {
 namespace {
@@ -239,6 +240,8 @@ TEST(DrawingFileTest, ExampleDrawingIsAFixedPoint) {
     std::ifstream file(path);
     std::stringstream text;
     text << file.rdbuf();
+    // The examples are written by the orvex command, which measures texts with Pango.
+    const TPangoMetricsScope metrics;
     TORXHeadlessLabel doc;
     ASSERT_TRUE(LoadDrawingFile(path, doc));
     EXPECT_EQ(doc.GetJsonString(2) + "\n", text.str());

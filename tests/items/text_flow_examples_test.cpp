@@ -13,6 +13,7 @@
 #include "orvex/io/json.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"
+#include "host/paint/cairo_label.h"
 
 namespace Orvex {
 namespace {
@@ -56,6 +57,8 @@ class TextFlowExamplesTest : public ::testing::TestWithParam<TExample> {};
 
 TEST_P(TextFlowExamplesTest, LoadsWritesBackAndRendersAsSvg) {
     const std::string path = std::string(ORVEX_SOURCE_DIR) + "/examples/drawings/" + GetParam().File;
+    // The examples are written by the orvex command, which measures texts with Pango.
+    const TPangoMetricsScope metrics;
     TORXHeadlessLabel doc;
     ASSERT_TRUE(LoadDrawingFile(path, doc)) << path;
     EXPECT_EQ(doc.EditorMode(), GetParam().Mode);
