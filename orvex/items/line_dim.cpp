@@ -322,6 +322,21 @@ static TDimShape ShapeOf(const TORXBaseDim& dim, const TORXDimStyle& style, std:
     return shape;
 }
 
+// Everything drawn: the dimension line, the extension lines and the text around its anchor.
+static TQVLRect ExtentOf(const TDimShape& shape) {
+    TQVLRect r(shape.DimLine[0].X, shape.DimLine[0].Y, shape.DimLine[0].X, shape.DimLine[0].Y);
+    const auto grow = [&r](const TQVLPto64& p) {
+        r.Left = std::min(r.Left, p.X), r.Right = std::max(r.Right, p.X);
+        r.Top = std::min(r.Top, p.Y), r.Bottom = std::max(r.Bottom, p.Y);
+    };
+    for (const auto& p : shape.DimLine) grow(p);
+    for (const auto& [from, to] : shape.ExtLines) grow(from), grow(to);
+    const std::int64_t reach = static_cast<std::int64_t>(std::max(shape.TextWidth / 2.0, shape.TextHeight));
+    grow({shape.TextAnchor.X - reach, shape.TextAnchor.Y - reach});
+    grow({shape.TextAnchor.X + reach, shape.TextAnchor.Y + reach});
+    return r;
+}
+
 void TORXBaseDim::UpdatePoints() {
     if (fPoints.size() < 10) return;
     CalcValues(0);
@@ -332,19 +347,30 @@ void TORXBaseDim::UpdatePoints() {
     fPoints[9] = {shape.TextAnchor.X + static_cast<std::int64_t>(std::llround(half * std::cos(a))),
                   shape.TextAnchor.Y - static_cast<std::int64_t>(std::llround(half * std::sin(a)))};
     if (fDimType == TQVDimType::dmtAngle) return;
-    // The extent of everything drawn, so that the bounds (points 5 and 6) cover the whole dimension.
-    TQVLRect r(shape.DimLine[0].X, shape.DimLine[0].Y, shape.DimLine[0].X, shape.DimLine[0].Y);
-    const auto grow = [&r](const TQVLPto64& p) {
-        r.Left = std::min(r.Left, p.X), r.Right = std::max(r.Right, p.X);
-        r.Top = std::min(r.Top, p.Y), r.Bottom = std::max(r.Bottom, p.Y);
-    };
-    for (const auto& p : shape.DimLine) grow(p);
-    for (const auto& [from, to] : shape.ExtLines) grow(from), grow(to);
-    const std::int64_t reach = static_cast<std::int64_t>(std::max(half, shape.TextHeight));
-    grow({shape.TextAnchor.X - reach, shape.TextAnchor.Y - reach});
-    grow({shape.TextAnchor.X + reach, shape.TextAnchor.Y + reach});
+    // The bounds (points 5 and 6) cover the whole dimension.
+    const TQVLRect r = ExtentOf(shape);
     fPoints[4] = {r.Left, r.Top};
     fPoints[5] = {r.Right, r.Bottom};
+}
+
+void TORXBaseDim::CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                           std::int64_t& maxY) const {
+    // Not every kind uses every point, and the unused ones sit at the origin: fit what is drawn instead.
+    if (fPoints.size() < 10) return TORXBasePoint::CheckFit(minX, maxX, minY, maxY);
+    const TQVLRect r =
+        ExtentOf(ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale)));
+    const std::int64_t half = fPenWidth / 2;
+    // -1 marks an extent that nothing has set yet.
+    const auto lower = [](std::int64_t& extent, std::int64_t v) {
+        if (extent == -1 || v < extent) extent = v;
+    };
+    const auto upper = [](std::int64_t& extent, std::int64_t v) {
+        if (extent == -1 || v > extent) extent = v;
+    };
+    lower(minX, r.Left - half);
+    upper(maxX, r.Right + half);
+    lower(minY, r.Top - half);
+    upper(maxY, r.Bottom + half);
 }
 
 // [SECTION] Item contract

@@ -371,6 +371,8 @@ class TORXBaseDim : public TORXBasePoint {
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
+    void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,
+                  std::int64_t& maxY) const override;
     void UpdateBounds() override;  // derived points first, then the bounds of points 5 and 6
     void UpdatePoints() override;
     void CalcValues(std::int16_t value) override;  // the displayed text

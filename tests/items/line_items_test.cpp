@@ -316,6 +316,27 @@ TEST(LineItems, HorizontalDimensionTurnsIntoAVerticalOne) {
     EXPECT_TRUE(dim->Pick(dim->GetPointX(1), (dim->GetPointY(1) + dim->GetPointY(2)) / 2 + 3000, 100, false));
 }
 
+TEST(LineItems, DimensionsFitWhatTheyDrawNotTheirUnusedPoints) {
+    TORXHeadlessLabel doc;
+    auto* linear = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
+    linear->SetLinear(TQVDimType::dmtHorz, {100000, 100000}, {150000, 100000}, -10000);
+    auto* radial = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
+    radial->SetRadial(TQVDimType::dmtRadial1, {200000, 200000}, {220000, 200000});
+    auto* angular = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
+    const TQVLPto64 c{300000, 300000};
+    angular->SetAngular(c, OnCircle(c, 20000, 0), OnCircle(c, 20000, 60), OnCircle(c, 20000, 30));
+    for (const auto* dim : {linear, radial, angular}) {
+        SCOPED_TRACE(static_cast<int>(dim->DimType()));
+        std::int64_t minX = -1, maxX = -1, minY = -1, maxY = -1;
+        dim->CheckFit(minX, maxX, minY, maxY);
+        // Nothing reaches back towards the origin, and the measured features lie inside.
+        EXPECT_GT(minX, 80000);
+        EXPECT_GT(minY, 80000);
+        EXPECT_GE(maxX, dim->GetPointX(2));
+        EXPECT_GT(maxY, minY);
+    }
+}
+
 // [SECTION] SVG
 
 TEST(LineItems, SvgCarriesDashesMarkersAndEscapedLabels) {
