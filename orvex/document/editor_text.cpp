@@ -16,6 +16,7 @@
 #include "orvex/items/line_items.h"
 #include "orvex/items/rich_text_item.h"
 #include "orvex/items/text_items.h"
+#include "orvex/items/text_metrics.h"
 
 namespace Orvex {
 
@@ -151,6 +152,29 @@ std::size_t VerticalMove(const std::string& s, std::size_t at, bool up) {
     while (column > 0 && target < targetEnd) target = NextChar(s, target), --column;
     return target;
 }
+
+// The caret nearest to x in a single text laid out straight: the character boundary whose distance from
+// the line's left end best matches. npos when the text is turned or of another kind.
+std::size_t CaretAtX(const TORXBaseItem* item, std::int64_t x) {
+    const auto* text = dynamic_cast<const TORXBaseText*>(item);
+    if (text == nullptr || text->Angle() != TQVLAngle::ag0) return std::string::npos;
+    const std::vector<TTextLinePos> lines = text->TextLines();
+    if (lines.empty()) return std::string::npos;
+    const ITextMetrics& metrics = QVLTextMetrics();
+    const double scale = text->ScaleX() > 0.0f ? text->ScaleX() : 1.0;
+    const std::string& s = text->Text();
+    std::size_t best = 0;
+    double bestGap = -1;
+    for (std::size_t at = 0;; at = NextChar(s, at)) {
+        const double w =
+            static_cast<double>(metrics.TextWidth(std::string_view(s).substr(0, at), text->Font()));
+        const double gap =
+            std::fabs(static_cast<double>(lines.front().X) + w * scale - static_cast<double>(x));
+        if (bestGap < 0 || gap < bestGap) bestGap = gap, best = at;
+        if (at >= s.size()) break;
+    }
+    return best;
+}
 }  // namespace
 
 // [SECTION] Editing
@@ -177,11 +201,23 @@ bool TORXEditor::BeginTextEdit(TORXBaseItem* item) {
 
 bool TORXEditor::TextPick(const TQVLPto64& p) {
     TORXBaseItem* item = ItemAt(p);
-    if (fText.Item != nullptr) {
-        if (item == fText.Item) return false;  // a click inside the text keeps the edit going
-        EndTextEdit(true);                     // a click elsewhere finishes it
+    bool changed = false;
+    if (fText.Item != nullptr && item != fText.Item) {
+        EndTextEdit(true);  // a click elsewhere finishes the edit
+        changed = true;
     }
-    return BeginTextEdit(item) || item == nullptr;
+    if (fText.Item == nullptr) {
+        if (!BeginTextEdit(item)) return changed;
+        changed = true;
+    }
+    // The caret goes where the text was clicked, where the layout tells; else it stays (at the end).
+    const std::size_t at = CaretAtX(item, p.X);
+    if (at != std::string::npos && at != fText.Caret) {
+        fText.Caret = at;
+        Info();
+        changed = true;
+    }
+    return changed;
 }
 
 void TORXEditor::EditText(std::size_t from, std::size_t to, const std::string& insert) {

@@ -6,6 +6,7 @@
 #include "orvex/items/line_items.h"
 #include "orvex/items/rich_text_item.h"
 #include "orvex/items/text_items.h"
+#include "orvex/items/text_metrics.h"
 #include "tests/document/editor_fixture.h"
 
 namespace Orvex::Testing {
@@ -25,10 +26,12 @@ class TTextEditTest : public TEditorTest {
                   false);  // each test counts the undo steps its edit made
         return item;
     }
-    // A click in the middle of the item: on it whatever its text measures.
-    void ClickOn(const TORXBaseItem* item) {
+    // A click just inside the item's right edge, half way down: after the last character of a text.
+    void ClickOn(const TORXBaseItem* item, double fromLeft = -1) {
         const TQVLRect& r = item->BoundsRect();
-        Click(static_cast<double>(r.Left + r.Right) / 2000.0, static_cast<double>(r.Top + r.Bottom) / 2000.0);
+        const double x = fromLeft < 0 ? static_cast<double>(r.Right) / 1000.0 - 0.3
+                                      : static_cast<double>(r.Left) / 1000.0 + fromLeft;
+        Click(x, static_cast<double>(r.Top + r.Bottom) / 2000.0);
     }
     void Type(const std::string& chars) { doc.KeyPressEditor(chars); }
     std::size_t Caret() const { return ed.TextEdit().Caret; }
@@ -65,6 +68,26 @@ TEST_F(TTextEditTest, TypingAndCaretKeysMakeOneUndoStep) {
     EXPECT_EQ(Json(), start);
     doc.Redo();
     EXPECT_EQ(Json(), edited);
+}
+
+TEST_F(TTextEditTest, AClickPutsTheCaretBetweenTheNearestCharacters) {
+    auto* text = Text<TORXBaseText>(TQVLItemType::itText, "Hello");
+    const double he = static_cast<double>(QVLTextMetrics().TextWidth("He", text->Font())) / 1000.0;
+    doc.SetAction(A::eaEdText);
+    struct TCase {
+        double FromLeft;
+        std::size_t Caret;
+    };
+    const TCase cases[] = {{0.2, 0}, {he + 0.2, 2}, {he - 0.2, 2}, {-1, 5}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.FromLeft);
+        ClickOn(text, c.FromLeft);  // the first starts the edit, the others move the caret within it
+        EXPECT_EQ(Caret(), c.Caret);
+        EXPECT_EQ(doc.ActionInfo().Caret, static_cast<std::int64_t>(c.Caret));
+    }
+    Type("!");
+    Key(K::ekEnter);
+    EXPECT_EQ(text->Text(), "Hello!");
 }
 
 TEST_F(TTextEditTest, EscapeAndRightButtonEndTheEdit) {
