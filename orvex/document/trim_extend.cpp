@@ -1,6 +1,6 @@
 // Path geometry of the trim, extend and join tools.
 //
-// [SECTION] Edges   [SECTION] Crossings   [SECTION] Trim   [SECTION] Extend and join
+// [SECTION] Edges   [SECTION] Crossings   [SECTION] Trim   [SECTION] Circles   [SECTION] Extend and join
 #include "orvex/document/trim_extend.h"
 
 #include <algorithm>
@@ -231,6 +231,8 @@ std::vector<TQVLPto64> TrimClosedPath(const std::vector<TQVLPto64>& ring, const 
     const double to = low > high ? low : low + n;
     return Piece(twice, high, to);
 }
+
+// [SECTION] Circles
 
 // Crossings of the circle with one edge, found on the circle's side: exact for segments and circles, by
 // bisection between sign changes for ellipses.
