@@ -206,6 +206,7 @@ public:
     bool UpEditor(float x, float y, TSet<TQVLShift> shift);
     bool RightButton(float x, float y, TSet<TQVLShift> shift);  // finishes or cancels a multi-point tool
     bool KeyEditor(TQVLEdKey key, TSet<TQVLShift> shift);
+    bool KeyPressEditor(const std::string& chars);  // typed characters (UTF-8) for the text being edited
     bool SearchPoint(std::int64_t& x, std::int64_t& y, TQVLSnapHit& hit);  // base units, snapped in place
     void PasteSelection();  // the clipboard's items as new items, selected; one undo step
 

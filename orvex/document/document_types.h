@@ -162,6 +162,9 @@ struct TQVLActionInfo {
     std::int64_t Width = 0;
     std::int64_t Height = 0;
     std::string Text;  // the tool's name and its current step, from the message catalogue
+    // While a text is edited in place: the caret as a byte offset into Editor().TextEdit().Text, and X, Y,
+    // Width and Height are the edited item's bounds; -1 otherwise.
+    std::int64_t Caret = -1;
 };
 
 }  // namespace Orvex

@@ -110,6 +110,8 @@ bool TORXEditor::Pick(float x, float y, TQVLShiftState shift) {
     fButton = true;
     const TQVLPto64 p = ToBase(x, y);
     if (IsSelectionTool(fDoc.fAction)) return SelectionPick(p, shift);
+    if (fDoc.fAction == TQVLEdAction::eaEdText) return TextPick(p);
+    if (fDoc.fAction == TQVLEdAction::eaMoveText) return MoveTextPick(p);
     if (IsEditTool(fDoc.fAction)) return EditPick(p, shift);
     return ToolPick(p, shift);
 }
@@ -140,6 +142,10 @@ bool TORXEditor::Up(float x, float y, TQVLShiftState shift) {
 
 bool TORXEditor::RightButton(float x, float y, TQVLShiftState shift) {
     (void)x, (void)y, (void)shift;
+    if (fText.Item != nullptr) {
+        EndTextEdit(true);
+        return true;
+    }
     if (fDrag != TDrag::kNone) {
         Cancel();
         return true;
@@ -159,6 +165,7 @@ bool TORXEditor::RightButton(float x, float y, TQVLShiftState shift) {
 }
 
 void TORXEditor::Cancel() {
+    EndTextEdit(false);
     if (fDrag == TDrag::kMoving || fDrag == TDrag::kHandle) RestoreLive();
     fDrag = TDrag::kNone;
     fLive.clear();
@@ -171,6 +178,7 @@ void TORXEditor::Cancel() {
 }
 
 void TORXEditor::ActionChanged() {
+    EndTextEdit(true);  // another tool: the text edited so far is kept
     if (fDrag == TDrag::kNone && fToolPoints.empty()) {
         fRefs.clear();
         fFirst = nullptr;
@@ -189,7 +197,11 @@ void TORXEditor::Info() {
     info.Action = fDoc.fAction;
     info.State = fDoc.fEdState;
     info.Text = ActionText(fDoc.fAction, fDoc.fEdState);
-    if (fToolPoints.size() >= 2) {
+    info.Caret = fText.Item != nullptr ? static_cast<std::int64_t>(fText.Caret) : -1;
+    if (fText.Item != nullptr) {
+        const TQVLRect& r = fText.Item->BoundsRect();
+        info.X = r.Left, info.Y = r.Top, info.Width = r.GetWidth(), info.Height = r.GetHeight();
+    } else if (fToolPoints.size() >= 2) {
         const TQVLPto64& a = fToolPoints.front();
         const TQVLPto64& b = fToolPoints.back();
         info.X = a.X, info.Y = a.Y, info.Width = b.X - a.X, info.Height = b.Y - a.Y;
@@ -411,14 +423,16 @@ void TORXEditor::ApplyMove(std::int64_t dx, std::int64_t dy, bool record) {
     // Nothing is dragged past the drawing's top or left edge.
     for (const TLive& l : fLive)
         if (IsDragged(l.Item))
-            for (const TQVLPto& p : l.Points) dx = std::max(dx, -p.X), dy = std::max(dy, -p.Y);
+            for (std::size_t i = 0; i < l.Points.size(); ++i)
+                if (PointMoves(l.Item, i))
+                    dx = std::max(dx, -l.Points[i].X), dy = std::max(dy, -l.Points[i].Y);
     fDelta = {dx, dy};
     RestoreLive();
     std::optional<TNoRecord> off;
     if (!record) off.emplace(fDoc);
     fDoc.BeginUpdate(true);
     for (const TLive& l : fLive)
-        if (IsDragged(l.Item)) SetPointsStep(l.Item, Shifted(l.Points, dx, dy));
+        if (IsDragged(l.Item)) SetPointsStep(l.Item, MovedPoints(l.Item, l.Points, dx, dy));
     for (TORXBaseItem* link : LinksOf(fDoc, fDragged)) fDoc.ChangeState(TOrvexState::lsCalc, link);
     fDoc.EndUpdate();
 }
@@ -472,7 +486,7 @@ void TORXEditor::EndDrag() {
     fLive.clear();
     fDragged.clear();
     fGuides.clear();
-    SetState(TQVLEdState::edPickPoint);
+    SetState(FirstState());
 }
 
 // [SECTION] Keyboard
@@ -488,8 +502,8 @@ bool TORXEditor::MoveByKey(std::int64_t dx, std::int64_t dy) {
 }
 
 bool TORXEditor::Key(TQVLEdKey key, TQVLShiftState shift) {
-    (void)shift;
     if (!fDoc.GetEditable()) return false;
+    if (fText.Item != nullptr) return TextKey(key, shift);
     const bool busy = fDrag != TDrag::kNone || !fToolPoints.empty();
     switch (key) {
         case TQVLEdKey::ekEscape:
@@ -517,6 +531,7 @@ bool TORXEditor::Key(TQVLEdKey key, TQVLShiftState shift) {
                 return true;
             }
             return false;
+        case TQVLEdKey::ekBackspace:
         case TQVLEdKey::ekDelete:
             if (busy || fDoc.Selection().empty()) return false;
             fDoc.DeleteSelection();
@@ -543,6 +558,9 @@ bool TORXEditor::Key(TQVLEdKey key, TQVLShiftState shift) {
             if (key == TQVLEdKey::ekDown) dy = AdjustGrid(b.Top, fGridY, true) - b.Top;
             return MoveByKey(dx, dy);
         }
+        case TQVLEdKey::ekHome:
+        case TQVLEdKey::ekEnd:
+            return false;
     }
     return false;
 }

@@ -318,29 +318,8 @@ bool TORXEditor::TrimArc(TORXBaseItem* item, const TQVLPto64& pick) {
         const double u = along(q.X, q.Y);
         if (u > 1e-6 && u < length - 1e-6) cuts.push_back(u);
     };
-    for (const TTrimEdge& e : Boundaries(item)) {
-        TPoint2D q1;
-        TPoint2D q2;
-        if (e.Straight) {
-            const int n = TDraw2D::LineCrossCircle(e.A.X, e.A.Y, e.B.X, e.B.Y, c.X, c.Y, r, q1, q2);
-            for (int i = 0; i < n; ++i) {
-                const TPoint2D& q = i == 0 ? q1 : q2;
-                const TQVLPto64 qi{MathRound(q.X), MathRound(q.Y)};
-                if (TDraw2D::PointInLine(e.A.X, e.A.Y, e.B.X, e.B.Y, qi.X, qi.Y, 1)) add(q);
-            }
-        } else if (e.Rx == e.Ry) {
-            const int n = TDraw2D::CircleCircleIntersections(
-                TPoint2D{static_cast<double>(c.X), static_cast<double>(c.Y)}, static_cast<double>(r),
-                TPoint2D{static_cast<double>(e.Center.X), static_cast<double>(e.Center.Y)},
-                static_cast<double>(e.Rx), q1, q2);
-            for (int i = 0; i < n; ++i) {
-                const TPoint2D& q = i == 0 ? q1 : q2;
-                const double a = TDraw2D::NormalizeAngle(
-                    std::atan2(q.Y - static_cast<double>(e.Center.Y), q.X - static_cast<double>(e.Center.X)));
-                if (e.Full || TDraw2D::ArcContainsAngle(e.Start, e.End, a, e.Ccw)) add(q);
-            }
-        }
-    }
+    for (const TTrimEdge& e : Boundaries(item))
+        for (const TPoint2D& q : CircleCrossings(c, r, e)) add(q);
     const double at = along(static_cast<double>(pick.X), static_cast<double>(pick.Y));
     double low = -1;
     double high = length + 1;

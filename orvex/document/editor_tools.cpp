@@ -292,6 +292,8 @@ TQVLEdState TORXEditor::FirstState() const {
         case A::eaNone:
         case A::eaSelection:
         case A::eaMove:
+        case A::eaEdText:
+        case A::eaMoveText:
             return S::edPickPoint;
         case A::eaTrim:
         case A::eaExtend:

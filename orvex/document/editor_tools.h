@@ -27,7 +27,18 @@ struct TTrimEdge;
 
 // [SECTION] Vocabulary
 
-enum class TQVLEdKey : std::uint8_t { ekEscape, ekEnter, ekDelete, ekLeft, ekUp, ekRight, ekDown };
+enum class TQVLEdKey : std::uint8_t {
+    ekEscape,
+    ekEnter,
+    ekDelete,
+    ekLeft,
+    ekUp,
+    ekRight,
+    ekDown,
+    ekBackspace,
+    ekHome,
+    ekEnd
+};
 
 enum class TQVLShift : std::uint8_t { ssShift, ssCtrl, ssAlt };
 using TQVLShiftState = TSet<TQVLShift>;
@@ -66,6 +77,15 @@ struct TQVLHandle {
     TORXBaseItem* Item = nullptr;
     std::int32_t Index = 0;
     TQVLPto64 Point;
+};
+
+// The text being edited in place (eaEdText): the item, the text as it stands with the caret as a byte
+// offset into it (always on a character boundary), and whether Enter starts a new line.
+struct TQVLTextEdit {
+    TORXBaseItem* Item = nullptr;
+    std::string Text;
+    std::size_t Caret = 0;
+    bool MultiLine = false;
 };
 
 // A second tag for commands that keep all of an item's points: a gesture that follows another change of
@@ -128,8 +148,9 @@ class TORXEditor {
     bool Up(float x, float y, TQVLShiftState shift);
     bool RightButton(float x, float y, TQVLShiftState shift);
     bool Key(TQVLEdKey key, TQVLShiftState shift);
-    void Cancel();         // drops the gesture in progress: the drawing is as before it began
-    void ActionChanged();  // the document's tool changed
+    bool Chars(const std::string& utf8);  // typed characters: only the text being edited takes them
+    void Cancel();                        // drops the gesture in progress: the drawing is as before it began
+    void ActionChanged();                 // the document's tool changed
 
     // What the host paints over the drawing.
     const std::vector<TQVLPto64>& ToolPoints() const { return fToolPoints; }  // picked points and the cursor
@@ -139,6 +160,7 @@ class TORXEditor {
     bool RubberBandFull() const;  // dragged left to right: only items wholly inside are taken
     const std::vector<TQVLHandle>& Handles() const { return fHandles; }
     const std::vector<TORXBaseItem*>& References() const { return fRefs; }  // trim and extend boundaries
+    const TQVLTextEdit& TextEdit() const { return fText; }                  // Item null: no text edit
 
     // Conversions through the edit draw context.
     TQVLPto64 ToBase(float x, float y) const;
@@ -192,11 +214,29 @@ class TORXEditor {
     std::vector<TTrimEdge> Boundaries(const TORXBaseItem* except) const;
     bool TrimItem(TORXBaseItem* item, const TQVLPto64& p);
     bool ExtendItem(TORXBaseItem* item, const TQVLPto64& p);
+    bool TrimPolygon(TORXBaseItem* item, const TQVLPto64& p);  // opens it into a polyline
     bool Parallel(TORXBaseItem* item, const TQVLPto64& p);
     // Arcs, in editor_items.cpp beside the other kind-specific code.
     bool TrimArc(TORXBaseItem* item, const TQVLPto64& p);
     bool ParallelArc(TORXBaseItem* item, const TQVLPto64& p, TQVLPtoA& points);
     bool ItemArcCircleEditable(const TORXBaseItem* item) const;
+
+    // [SECTION] editor_text.cpp: editing a text in place, moving texts
+    bool TextPick(const TQVLPto64& p);
+    bool BeginTextEdit(TORXBaseItem* item);
+    bool TextKey(TQVLEdKey key, TQVLShiftState shift);
+    // Replaces bytes [from, to) of the edited text and shows the result in the item, unrecorded.
+    void EditText(std::size_t from, std::size_t to, const std::string& insert);
+    void EndTextEdit(bool keep);  // keep: the edit becomes one undo step; else the old text is back
+    bool MoveTextPick(const TQVLPto64& p);
+    TQVLPtoA MovedPoints(const TORXBaseItem* item, const TQVLPtoA& points, std::int64_t dx,
+                         std::int64_t dy) const;  // a drag of the selection, or of a dimension's text
+    bool PointMoves(const TORXBaseItem* item, std::size_t index) const;  // in such a drag
+
+    // [SECTION] editor_arcs.cpp: extend and join on arcs
+    bool ExtendArc(TORXBaseItem* item, const TQVLPto64& p);
+    bool JoinArc(TORXBaseItem* first, const TQVLPto64& firstPick, TORXBaseItem* second,
+                 const TQVLPto64& secondPick);
 
     // [SECTION] editor_clipboard.cpp
     TORXBaseItem* AddFromJson(const TJSON& obj);  // a new item (new id) from a stored form, recorded
@@ -229,6 +269,8 @@ class TORXEditor {
     std::vector<TORXBaseItem*> fDragged;  // the selection being moved
     std::int64_t fPasteCount = 0;         // pastes of the same clipboard step further away
     std::string fPastedFrom;
+    TQVLTextEdit fText;
+    std::string fTextBefore;  // the item's text (rich text: its markup) when the edit began
 };
 
 // The catalogue text of the tool and of its current step, as the info event shows them.

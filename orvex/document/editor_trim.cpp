@@ -10,6 +10,7 @@
 #include "orvex/document/snapping.h"
 #include "orvex/document/trim_extend.h"
 #include "orvex/io/json.h"
+#include "orvex/io/json_utils.h"
 #include "orvex/render/draw2d.h"
 
 namespace Orvex {
@@ -22,26 +23,6 @@ bool IsPathKind(const TORXBaseItem* item) {
     return t == TQVLItemType::itLine || t == TQVLItemType::itArrowLine || t == TQVLItemType::itPolyLine;
 }
 
-// The item's line as a path: its first two points for lines and arrow lines, every point of a polyline.
-std::vector<TQVLPto64> PathOf(const TORXBaseItem* item) {
-    std::vector<TQVLPto64> path;
-    std::size_t count = item->Points().size();
-    if (item->ItemType() != TQVLItemType::itPolyLine) count = std::min<std::size_t>(count, 2);
-    for (std::size_t i = 0; i < count; ++i) path.push_back({item->Points()[i].X, item->Points()[i].Y});
-    return path;
-}
-
-TQVLPtoA WithPath(const TORXBaseItem* item, const std::vector<TQVLPto64>& path) {
-    TQVLPtoA points = item->Points();
-    if (item->ItemType() == TQVLItemType::itPolyLine) points.clear();
-    for (std::size_t i = 0; i < path.size(); ++i) {
-        if (i < points.size() && item->ItemType() != TQVLItemType::itPolyLine)
-            points[i] = TQVLPto{path[i].X, path[i].Y};
-        else
-            points.push_back(TQVLPto{path[i].X, path[i].Y});
-    }
-    return points;
-}
 }  // namespace
 
 void TORXEditor::ClearRefs() {
@@ -93,7 +74,7 @@ bool TORXEditor::EditPick(const TQVLPto64& p, TQVLShiftState shift) {
         return done;
     }
     if (action == TQVLEdAction::eaJoin) {
-        if (item == nullptr || !IsPathKind(item)) return false;
+        if (item == nullptr || (!IsPathKind(item) && !ItemArcCircleEditable(item))) return false;
         if (fFirst == nullptr || fDoc.ItemIndex(fFirst) < 0) {
             fFirst = item;
             fFirstPick = p;
@@ -101,13 +82,20 @@ bool TORXEditor::EditPick(const TQVLPto64& p, TQVLShiftState shift) {
             return true;
         }
         if (item == fFirst) return false;
-        std::vector<TQVLPto64> a = PathOf(fFirst);
-        std::vector<TQVLPto64> b = PathOf(item);
+        if (ItemArcCircleEditable(fFirst) || ItemArcCircleEditable(item)) {
+            const bool joined = JoinArc(fFirst, fFirstPick, item, p);
+            if (joined) fDoc.CheckIntersetions();
+            fFirst = nullptr;
+            SetState(S::edPickFirst);
+            return joined;
+        }
+        std::vector<TQVLPto64> a = ItemPath(*fFirst);
+        std::vector<TQVLPto64> b = ItemPath(*item);
         const bool joined = JoinPaths(a, fFirstPick, b, p);
         if (joined) {
             fDoc.BeginUpdate(true);
-            SetPointsStep(fFirst, WithPath(fFirst, a));
-            SetPointsStep(item, WithPath(item, b));
+            SetPointsStep(fFirst, ItemWithPath(*fFirst, a));
+            SetPointsStep(item, ItemWithPath(*item, b));
             fDoc.EndUpdate();
             fDoc.CheckIntersetions();
         }
@@ -126,28 +114,51 @@ bool TORXEditor::EditPick(const TQVLPto64& p, TQVLShiftState shift) {
 
 bool TORXEditor::TrimItem(TORXBaseItem* item, const TQVLPto64& p) {
     if (TrimArc(item, p)) return true;
+    if (item->ItemType() == TQVLItemType::itPolygon) return TrimPolygon(item, p);
     if (!IsPathKind(item)) return false;
-    const TTrimResult cut = TrimPath(PathOf(item), Boundaries(item), p);
+    const TTrimResult cut = TrimPath(ItemPath(*item), Boundaries(item), p);
     if (!cut.Trimmed) return false;
     fDoc.BeginUpdate(true);
     // The first piece stays in the item; a second one becomes a copy of it.
     if (cut.Pieces.size() == 2) {
         TORXBaseItem* copy = AddFromJson(item->WriteJson());
-        if (copy != nullptr) SetPointsStep(copy, WithPath(copy, cut.Pieces[1]));
+        if (copy != nullptr) SetPointsStep(copy, ItemWithPath(*copy, cut.Pieces[1]));
     }
-    SetPointsStep(item, WithPath(item, cut.Pieces[0]));
+    SetPointsStep(item, ItemWithPath(*item, cut.Pieces[0]));
     fDoc.EndUpdate();
     return true;
 }
 
 bool TORXEditor::ExtendItem(TORXBaseItem* item, const TQVLPto64& p) {
+    if (ItemArcCircleEditable(item)) return ExtendArc(item, p);
     if (!IsPathKind(item)) return false;
-    std::vector<TQVLPto64> path = PathOf(item);
+    std::vector<TQVLPto64> path = ItemPath(*item);
     if (!ExtendPath(path, Boundaries(item), p)) return false;
     fDoc.BeginUpdate(true);
-    SetPointsStep(item, WithPath(item, path));
+    SetPointsStep(item, ItemWithPath(*item, path));
     fDoc.EndUpdate();
     return true;
+}
+
+bool TORXEditor::TrimPolygon(TORXBaseItem* item, const TQVLPto64& p) {
+    std::vector<TQVLPto64> ring;
+    for (const TQVLPto& q : item->Points()) ring.push_back({q.X, q.Y});
+    const std::vector<TQVLPto64> rest = TrimClosedPath(ring, Boundaries(item), p);
+    if (rest.size() < 2) return false;
+    // An outline with a gap is no polygon any more: a polyline of the same style takes its place.
+    TJSON obj = item->WriteJson();
+    obj["Type"] = (TJSONUtils::GetInt(obj, "Type") & ~0xFF) | static_cast<int>(TQVLItemType::itPolyLine);
+    const std::int32_t index = fDoc.ItemIndex(item);
+    fDoc.BeginUpdate(true);
+    TORXBaseItem* line = AddFromJson(obj);
+    if (line != nullptr) {
+        SetPointsStep(line, ItemWithPath(*line, rest));
+        MoveItemTo(line, index);
+        if (item->State() == TQVLItemState::isSelected) std::erase(fDoc.fSelection, item);
+        fDoc.DeleteItem(item, true);
+    }
+    fDoc.EndUpdate();
+    return line != nullptr;
 }
 
 bool TORXEditor::Parallel(TORXBaseItem* item, const TQVLPto64& p) {
@@ -160,7 +171,7 @@ bool TORXEditor::Parallel(TORXBaseItem* item, const TQVLPto64& p) {
         points = {TQVLPto{c.Center.X - r, c.Center.Y - r}, TQVLPto{c.Center.X + r, c.Center.Y + r}};
     } else if (ParallelArc(item, p, points)) {
     } else {
-        std::vector<TQVLPto64> path = PathOf(item);
+        std::vector<TQVLPto64> path = ItemPath(*item);
         if (item->ItemType() == TQVLItemType::itPolygon) {
             path.clear();
             for (const TQVLPto& q : item->Points()) path.push_back({q.X, q.Y});
@@ -180,7 +191,7 @@ bool TORXEditor::Parallel(TORXBaseItem* item, const TQVLPto64& p) {
         std::vector<TQVLPto64> out;
         const bool closed = item->ItemType() == TQVLItemType::itPolygon;
         if (!TDraw2D::PoligonParalel(path, side * static_cast<std::int64_t>(best), closed, out)) return false;
-        points = WithPath(item, out);
+        points = ItemWithPath(*item, out);
         if (item->ItemType() == TQVLItemType::itPolygon) {
             points.clear();
             for (const auto& q : out) points.push_back(TQVLPto{q.X, q.Y});

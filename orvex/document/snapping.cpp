@@ -85,6 +85,27 @@ int TangentPoints(const TQVLPto64& p, const TQVLPto64& center, std::int64_t radi
     return 2;
 }
 
+int TangentPointsEllipse(const TQVLPto64& p, const TQVLPto64& center, std::int64_t rx, std::int64_t ry,
+                         TQVLPto64& t1, TQVLPto64& t2) {
+    if (rx <= 0 || ry <= 0) return 0;
+    // Scaling the axes turns the ellipse into the unit circle and keeps lines touching it, so the touching
+    // points there, scaled back, are the ellipse's.
+    const auto rxd = static_cast<double>(rx);
+    const auto ryd = static_cast<double>(ry);
+    const double ux = static_cast<double>(p.X - center.X) / rxd;
+    const double uy = static_cast<double>(p.Y - center.Y) / ryd;
+    const double d = std::hypot(ux, uy);
+    if (d <= 1.0) return 0;
+    const double base = std::atan2(uy, ux);
+    const double spread = std::acos(1.0 / d);
+    const auto at = [&](double a) {
+        return TQVLPto64{center.X + MathRound(rxd * std::cos(a)), center.Y + MathRound(ryd * std::sin(a))};
+    };
+    t1 = at(base + spread);
+    t2 = at(base - spread);
+    return 2;
+}
+
 // [SECTION] SearchPoint
 
 bool TORXEditor::SearchPoint(std::int64_t& x, std::int64_t& y, TQVLSnapHit& hit, const TQVLPto64* from,
@@ -127,11 +148,10 @@ bool TORXEditor::SearchPoint(std::int64_t& x, std::int64_t& y, TQVLSnapHit& hit,
                     consider(TQVLSnapMode::smPerpendicular, {fx, fy}, item);
             }
         TItemCircle circle;
-        if (from != nullptr && fSnap.Contains(TQVLSnapMode::smTangent) && ItemCircle(*item, circle) &&
-            circle.Radius == circle.RadiusY) {
+        if (from != nullptr && fSnap.Contains(TQVLSnapMode::smTangent) && ItemCircle(*item, circle)) {
             TQVLPto64 t1;
             TQVLPto64 t2;
-            if (TangentPoints(*from, circle.Center, circle.Radius, t1, t2) == 2) {
+            if (TangentPointsEllipse(*from, circle.Center, circle.Radius, circle.RadiusY, t1, t2) == 2) {
                 consider(TQVLSnapMode::smTangent, t1, item);
                 consider(TQVLSnapMode::smTangent, t2, item);
             }

@@ -33,5 +33,8 @@ bool ItemArcCircle(const TORXBaseItem& item, TItemCircle& circle);  // arcs and 
 // The points where the lines from p touch the circle: 0 when p lies inside it.
 int TangentPoints(const TQVLPto64& p, const TQVLPto64& center, std::int64_t radius, TQVLPto64& t1,
                   TQVLPto64& t2);
+// The same for an axis-aligned ellipse with radii rx and ry.
+int TangentPointsEllipse(const TQVLPto64& p, const TQVLPto64& center, std::int64_t rx, std::int64_t ry,
+                         TQVLPto64& t1, TQVLPto64& t2);
 
 }  // namespace Orvex

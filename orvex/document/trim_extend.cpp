@@ -1,6 +1,6 @@
 // Path geometry of the trim, extend and join tools.
 //
-// [SECTION] Edges   [SECTION] Crossings   [SECTION] Trim   [SECTION] Extend and join
+// [SECTION] Edges   [SECTION] Crossings   [SECTION] Trim   [SECTION] Circles   [SECTION] Extend and join
 #include "orvex/document/trim_extend.h"
 
 #include <algorithm>
@@ -22,6 +22,18 @@ std::vector<TTrimEdge> ItemEdges(const TORXBaseItem& item) {
         e.A = s.A, e.B = s.B;
         out.push_back(e);
     }
+    if (item.ItemType() == TQVLItemType::itBezier) {
+        // A curve cuts as the chords it is painted with.
+        std::vector<TQVLPto64> points;
+        for (const TQVLPto& p : item.Points()) points.push_back({p.X, p.Y});
+        const std::vector<TPoint2D> flat = TDraw2D::CurvePoints(points, 32);
+        for (std::size_t i = 1; i < flat.size(); ++i) {
+            TTrimEdge e;
+            e.A = {MathRound(flat[i - 1].X), MathRound(flat[i - 1].Y)};
+            e.B = {MathRound(flat[i].X), MathRound(flat[i].Y)};
+            if (e.A.X != e.B.X || e.A.Y != e.B.Y) out.push_back(e);
+        }
+    }
     TItemCircle c;
     if (ItemCircle(item, c)) {
         TTrimEdge e;
@@ -31,6 +43,27 @@ std::vector<TTrimEdge> ItemEdges(const TORXBaseItem& item) {
         out.push_back(e);
     }
     return out;
+}
+
+// The item's line as a path: its first two points for lines and arrow lines, every point of a polyline.
+std::vector<TQVLPto64> ItemPath(const TORXBaseItem& item) {
+    std::vector<TQVLPto64> path;
+    std::size_t count = item.Points().size();
+    if (item.ItemType() != TQVLItemType::itPolyLine) count = std::min<std::size_t>(count, 2);
+    for (std::size_t i = 0; i < count; ++i) path.push_back({item.Points()[i].X, item.Points()[i].Y});
+    return path;
+}
+
+TQVLPtoA ItemWithPath(const TORXBaseItem& item, const std::vector<TQVLPto64>& path) {
+    TQVLPtoA points = item.Points();
+    if (item.ItemType() == TQVLItemType::itPolyLine) points.clear();
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        if (i < points.size() && item.ItemType() != TQVLItemType::itPolyLine)
+            points[i] = TQVLPto{path[i].X, path[i].Y};
+        else
+            points.push_back(TQVLPto{path[i].X, path[i].Y});
+    }
+    return points;
 }
 
 // [SECTION] Crossings
@@ -136,10 +169,9 @@ std::vector<TQVLPto64> Piece(const std::vector<TQVLPto64>& path, double from, do
 }
 }  // namespace
 
-TTrimResult TrimPath(const std::vector<TQVLPto64>& path, const std::vector<TTrimEdge>& edges,
-                     const TQVLPto64& pick) {
-    TTrimResult result;
-    if (path.size() < 2) return result;
+namespace {
+// The running parameters where the edges cross the path, its own ends left out.
+std::vector<double> Cuts(const std::vector<TQVLPto64>& path, const std::vector<TTrimEdge>& edges) {
     std::vector<double> cuts;
     for (std::size_t i = 1; i < path.size(); ++i)
         for (const TTrimEdge& e : edges)
@@ -148,6 +180,15 @@ TTrimResult TrimPath(const std::vector<TQVLPto64>& path, const std::vector<TTrim
                     cuts.push_back(static_cast<double>(i - 1) + t);
                 else if (std::abs(t) <= kEps && i > 1)
                     cuts.push_back(static_cast<double>(i - 1));
+    return cuts;
+}
+}  // namespace
+
+TTrimResult TrimPath(const std::vector<TQVLPto64>& path, const std::vector<TTrimEdge>& edges,
+                     const TQVLPto64& pick) {
+    TTrimResult result;
+    if (path.size() < 2) return result;
+    const std::vector<double> cuts = Cuts(path, edges);
     const double at = Project(path, pick);
     const auto end = static_cast<double>(path.size() - 1);
     double low = -1.0;
@@ -161,6 +202,104 @@ TTrimResult TrimPath(const std::vector<TQVLPto64>& path, const std::vector<TTrim
     if (low >= 0) result.Pieces.push_back(Piece(path, 0.0, low));
     if (high <= end) result.Pieces.push_back(Piece(path, high, end));
     return result;
+}
+
+std::vector<TQVLPto64> TrimClosedPath(const std::vector<TQVLPto64>& ring, const std::vector<TTrimEdge>& edges,
+                                      const TQVLPto64& pick) {
+    if (ring.size() < 3) return {};
+    // Twice round the outline, so that the piece kept can run on past the first point.
+    std::vector<TQVLPto64> twice = ring;
+    twice.insert(twice.end(), ring.begin(), ring.end());
+    twice.push_back(ring.front());
+    std::vector<TQVLPto64> closed = ring;
+    closed.push_back(ring.front());
+    std::vector<double> cuts = Cuts(closed, edges);
+    // The first point is a corner like the others: a crossing exactly there counts too.
+    for (const TTrimEdge& e : edges)
+        for (const double t : LineCrossings(closed[0], closed[1], e))
+            if (std::abs(t) <= kEps) cuts.push_back(0.0);
+    std::sort(cuts.begin(), cuts.end());
+    const auto n = static_cast<double>(ring.size());
+    if (cuts.empty() || cuts.back() - cuts.front() <= kEps) return {};
+    const double at = Project(closed, pick);
+    double low = cuts.back();  // before the pick, or round from the end
+    double high = cuts.front();
+    for (const double c : cuts)
+        if (c < at) low = c;
+    for (auto it = cuts.rbegin(); it != cuts.rend(); ++it)
+        if (*it > at) high = *it;
+    const double to = low > high ? low : low + n;
+    return Piece(twice, high, to);
+}
+
+// [SECTION] Circles
+
+// Crossings of the circle with one edge, found on the circle's side: exact for segments and circles, by
+// bisection between sign changes for ellipses.
+std::vector<TPoint2D> CircleCrossings(const TQVLPto64& center, std::int64_t radius, const TTrimEdge& e) {
+    std::vector<TPoint2D> out;
+    const TPoint2D c{static_cast<double>(center.X), static_cast<double>(center.Y)};
+    const auto r = static_cast<double>(radius);
+    if (radius <= 0) return out;
+    const auto onEdgeArc = [&](const TPoint2D& q) {
+        if (e.Full) return true;
+        const double a = TDraw2D::NormalizeAngle(
+            std::atan2(q.Y - static_cast<double>(e.Center.Y), q.X - static_cast<double>(e.Center.X)));
+        return TDraw2D::ArcContainsAngle(e.Start, e.End, a, e.Ccw);
+    };
+    TPoint2D q1;
+    TPoint2D q2;
+    if (e.Straight) {
+        const int n =
+            TDraw2D::LineCrossCircle(e.A.X, e.A.Y, e.B.X, e.B.Y, center.X, center.Y, radius, q1, q2);
+        for (int i = 0; i < n; ++i) {
+            const TPoint2D& q = i == 0 ? q1 : q2;
+            if (TDraw2D::PointInLine(e.A.X, e.A.Y, e.B.X, e.B.Y, MathRound(q.X), MathRound(q.Y), 1))
+                out.push_back(q);
+        }
+        return out;
+    }
+    if (e.Rx <= 0 || e.Ry <= 0) return out;
+    if (e.Rx == e.Ry) {
+        const int n = TDraw2D::CircleCircleIntersections(
+            c, r, TPoint2D{static_cast<double>(e.Center.X), static_cast<double>(e.Center.Y)},
+            static_cast<double>(e.Rx), q1, q2);
+        for (int i = 0; i < n && !(i == 1 && q1.X == q2.X && q1.Y == q2.Y); ++i)
+            if (onEdgeArc(i == 0 ? q1 : q2)) out.push_back(i == 0 ? q1 : q2);
+        return out;
+    }
+    const double rx = static_cast<double>(e.Rx);
+    const double ry = static_cast<double>(e.Ry);
+    const auto point = [&](double a) { return TPoint2D{c.X + r * std::cos(a), c.Y + r * std::sin(a)}; };
+    const auto f = [&](double a) {
+        const TPoint2D q = point(a);
+        const double u = (q.X - static_cast<double>(e.Center.X)) / rx;
+        const double v = (q.Y - static_cast<double>(e.Center.Y)) / ry;
+        return u * u + v * v - 1.0;
+    };
+    constexpr int kSteps = 720;
+    constexpr double kTau = 6.283185307179586;
+    double a0 = 0.0;
+    double f0 = f(a0);
+    for (int i = 1; i <= kSteps; ++i) {
+        const double a1 = kTau * i / kSteps;
+        const double f1 = f(a1);
+        if ((f0 <= 0) != (f1 <= 0)) {
+            double lo = a0;
+            double hi = a1;
+            for (int k = 0; k < 60; ++k) {
+                const double mid = (lo + hi) / 2;
+                if ((f(mid) <= 0) == (f0 <= 0))
+                    lo = mid;
+                else
+                    hi = mid;
+            }
+            const TPoint2D q = point((lo + hi) / 2);
+            if (onEdgeArc(q)) out.push_back(q);
+        }
+        a0 = a1, f0 = f1;
+    }
+    return out;
 }
 
 // [SECTION] Extend and join
