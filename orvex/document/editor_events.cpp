@@ -424,7 +424,7 @@ void TORXEditor::ApplyMove(std::int64_t dx, std::int64_t dy, bool record) {
     for (const TLive& l : fLive)
         if (IsDragged(l.Item))
             for (std::size_t i = 0; i < l.Points.size(); ++i)
-                if (PointMoves(l.Item, i))
+                if (PointLimitsDrag(l.Item, i))
                     dx = std::max(dx, -l.Points[i].X), dy = std::max(dy, -l.Points[i].Y);
     fDelta = {dx, dy};
     RestoreLive();

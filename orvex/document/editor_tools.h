@@ -231,7 +231,8 @@ class TORXEditor {
     bool MoveTextPick(const TQVLPto64& p);
     TQVLPtoA MovedPoints(const TORXBaseItem* item, const TQVLPtoA& points, std::int64_t dx,
                          std::int64_t dy) const;  // a drag of the selection, or of a dimension's text
-    bool PointMoves(const TORXBaseItem* item, std::size_t index) const;  // in such a drag
+    // Whether the point keeps such a drag from passing the drawing's top or left edge.
+    bool PointLimitsDrag(const TORXBaseItem* item, std::size_t index) const;
 
     // [SECTION] editor_arcs.cpp: extend and join on arcs
     bool ExtendArc(TORXBaseItem* item, const TQVLPto64& p);

@@ -256,6 +256,15 @@ TEST_F(TTextEditTest, MoveTextDragsTextsAndDimensionLines) {
     EXPECT_EQ(after[3], before[3]);
     doc.Undo();
     EXPECT_EQ(Json(), dimmed);
+
+    // The selection tool drags the whole dimension, upwards too.
+    doc.SetAction(A::eaSelection);
+    Drag(30, 40, 30, 25);
+    const TPts moved = Points(Items()[0]);
+    for (std::size_t i = 0; i < 4; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(moved[i], (std::pair<double, double>{before[i].first, before[i].second - 15}));
+    }
 }
 
 }  // namespace
