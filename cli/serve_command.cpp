@@ -88,7 +88,8 @@ void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* 
 }
 
 // Starts the live view on the drawing as it is now; false (with the reason on stderr) when the port is taken.
-bool StartLiveView(Orvex::Host::TLiveView& aView, std::uint16_t aPort, const Orvex::TORXBaseLabel& aDocument) {
+bool StartLiveView(Orvex::Host::TLiveView& aView, std::uint16_t aPort,
+                   const Orvex::TORXBaseLabel& aDocument) {
     aView.Update(aDocument);
     try {
         aView.Start(aPort);
@@ -146,7 +147,8 @@ int Serve(const TServeArgs& args) {
 
     if (args.Stdio) {
         server.RegisterDefaultTools();
-        if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document)) return kExitUsage;
+        if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document))
+            return kExitUsage;
         LogLine(fmt::format("serving MCP over standard input and output, {} tools", server.ToolCount()));
         std::atomic<bool> clientDone{false};
         std::thread reader([&] {

@@ -3,6 +3,7 @@
 #include "host/live_view.h"
 
 #include <httplib.h>
+#include <sys/socket.h>
 
 #include <atomic>
 #include <charconv>
@@ -31,6 +32,13 @@ bool IsLoopbackHost(std::string_view aHost) {
     if (aHost.empty()) return true;  // HTTP/1.0 without Host: no browser sends that
     if (const auto colon = aHost.rfind(':'); colon != std::string_view::npos) aHost = aHost.substr(0, colon);
     return aHost == kLoopback || aHost == "localhost";
+}
+
+// The library's default adds SO_REUSEPORT, which lets a second server bind a port already in use and take
+// half of its connections; a taken port must fail instead. SO_REUSEADDR alone still allows a quick restart.
+void ExclusivePort(socket_t aSocket) {
+    int yes = 1;
+    setsockopt(aSocket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
 }
 
 bool ParseVersion(std::string_view aText, std::uint64_t& aVersion) {
@@ -76,9 +84,11 @@ std::uint16_t TLiveView::Start(std::uint16_t aPort) {
     http.new_task_queue = [] { return new httplib::ThreadPool(kConnectionThreads); };
     http.set_keep_alive_timeout(kKeepAliveSeconds);
     http.set_tcp_nodelay(true);
+    http.set_socket_options(ExclusivePort);
     http.set_payload_max_length(kMaxRequestBytes);
     http.set_pre_routing_handler([](const httplib::Request& aRequest, httplib::Response& aResponse) {
-        if (IsLoopbackHost(aRequest.get_header_value("Host"))) return httplib::Server::HandlerResponse::Unhandled;
+        if (IsLoopbackHost(aRequest.get_header_value("Host")))
+            return httplib::Server::HandlerResponse::Unhandled;
         aResponse.status = 403;
         NoStore(aResponse);
         aResponse.set_content("Forbidden host\n", "text/plain");

@@ -13,6 +13,7 @@ std::string_view LiveViewPage() {
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <title>Orvex live view</title>
+<link rel="icon" href="data:,">
 <style>
 html, body { margin: 0; height: 100%; background: #e9e9e9; color: #222; font: 13px system-ui, sans-serif; }
 #status { position: fixed; top: 0; left: 0; right: 0; height: 26px; line-height: 26px; padding: 0 12px;

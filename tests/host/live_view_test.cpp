@@ -102,11 +102,12 @@ TEST_F(LiveViewTest, ServesThePageAndTheCurrentDrawing) {
     EXPECT_EQ(page->status, 200);
     EXPECT_EQ(page->get_header_value("Content-Type"), "text/html; charset=utf-8");
     EXPECT_EQ(page->get_header_value("Cache-Control"), "no-store");
-    EXPECT_NE(page->get_header_value("Content-Security-Policy").find("default-src 'none'"), std::string::npos);
+    EXPECT_NE(page->get_header_value("Content-Security-Policy").find("default-src 'none'"),
+              std::string::npos);
     EXPECT_NE(page->body.find("/drawing.svg?after="), std::string::npos);
     // Self-contained: nothing is fetched from anywhere but this server.
     EXPECT_EQ(page->body.find("src=\"http"), std::string::npos);
-    EXPECT_EQ(page->body.find("<link"), std::string::npos);
+    EXPECT_EQ(page->body.find("href=\"http"), std::string::npos);
 
     Ok("add_flow", {{"x", 20}, {"y", 10}, {"text", "Start"}});
     EXPECT_TRUE(fView.Update(fDoc));
@@ -192,7 +193,9 @@ TEST(LiveViewServerTest, StopReleasesAWaitingPageAndThePort) {
     view.Stop();
     EXPECT_LT(Clock::now() - start, 3s);
     const auto answer = waiting.get();
-    if (answer) EXPECT_EQ(answer->status, 204);
+    if (answer) {
+        EXPECT_EQ(answer->status, 204);
+    }
     EXPECT_EQ(view.BoundPort(), 0);
     EXPECT_EQ(rival.Start(port), port);
 }
@@ -200,7 +203,8 @@ TEST(LiveViewServerTest, StopReleasesAWaitingPageAndThePort) {
 TEST(LiveViewCliTest, ViewPortNeedsAPortNumber) {
     for (const char* args : {"--view-port", "--view-port 65536", "--view-port x"}) {
         SCOPED_TRACE(args);
-        const std::string command = std::string(ORVEX_CLI_PATH) + " serve " + args + " </dev/null 2>/dev/null";
+        const std::string command =
+            std::string(ORVEX_CLI_PATH) + " serve " + args + " </dev/null 2>/dev/null";
         const int status = std::system(command.c_str());
         ASSERT_TRUE(WIFEXITED(status));
         EXPECT_EQ(WEXITSTATUS(status), 2);
