@@ -31,7 +31,8 @@ class TLiveView {
     bool Update(const TORXBaseLabel& aDocument);
 
     // Listens on 127.0.0.1 only, on aPort (0 picks a free one), and returns the port; throws
-    // std::runtime_error when it cannot bind. Stop wakes the waiting requests and joins every thread.
+    // std::runtime_error when it cannot bind, also when another server holds the port. Stop wakes the
+    // waiting requests and joins every thread; it closes the store, so a stopped view is not started again.
     std::uint16_t Start(std::uint16_t aPort);
     void Stop();
     std::uint16_t BoundPort() const { return fPort; }
