@@ -7,8 +7,8 @@ TSAN_DIR      ?= build-tsan
 FUZZ_DIR      ?= build-fuzz
 FUZZ_SECONDS  ?= 60
 # The tests that start threads: the MCP server's connections and main-thread hand-off, the intersection
-# worker. ThreadSanitizer runs these; the rest are single-threaded.
-TSAN_FILTER   ?= MCP*:MainThreadQueue*:IntersectTest*
+# worker, the live view. ThreadSanitizer runs these; the rest are single-threaded.
+TSAN_FILTER   ?= MCP*:MainThreadQueue*:IntersectTest*:LiveView*
 JOBS          ?= $(shell nproc)
 CCACHE        := $(shell command -v ccache 2>/dev/null)
 LAUNCHER      := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE))

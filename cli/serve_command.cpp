@@ -1,5 +1,6 @@
 // `orvex serve`: exposes one drawing to AI agents over MCP, on HTTP or, with --stdio, over standard input
-// and output. The main thread runs the tools; SIGINT or SIGTERM stops the server cleanly.
+// and output, and with --view-port shows it live on a loopback page. The main thread runs the tools and
+// renders the live view; SIGINT or SIGTERM stops the server cleanly.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
@@ -18,6 +19,7 @@
 
 #include "cli/commands.h"
 #include "host/drawing_server.h"
+#include "host/live_view.h"
 #include "host/mcp_stdio.h"
 #include "orvex/agent/main_thread.h"
 #include "orvex/agent/mcp_server.h"
@@ -39,6 +41,7 @@ struct TServeArgs {
     std::string FilesRoot;
     std::string InstructionsFile;
     bool Stdio = false;
+    std::int32_t ViewPort = -1;  // -1: no live view
 };
 
 // Only this flag is touched by the signal handler: a lock-free atomic store is async-signal-safe.
@@ -74,10 +77,28 @@ bool ReadWholeFile(const std::string& aFileName, std::string& aText) {
     return static_cast<bool>(in) || in.eof();
 }
 
-// Pumps the tool queue until a stop signal, or until aDone holds (the stdio client went away).
-void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* aDone) {
-    while (!gStopRequested.load() && (aDone == nullptr || !aDone->load()))
-        aQueue.PumpOne(std::chrono::milliseconds(100));
+// Pumps the tool queue until a stop signal, or until aDone holds (the stdio client went away). After each
+// task the live view, if any, renders the drawing: every tool, undo included, is seen without a list of
+// which tools change it, and a drawing that did not change wakes no viewer.
+void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* aDone,
+                      Orvex::Host::TLiveView* aView, const Orvex::TORXBaseLabel& aDocument) {
+    while (!gStopRequested.load() && (aDone == nullptr || !aDone->load())) {
+        if (aQueue.PumpOne(std::chrono::milliseconds(100)) && aView != nullptr) aView->Update(aDocument);
+    }
+}
+
+// Starts the live view on the drawing as it is now; false (with the reason on stderr) when the port is taken.
+bool StartLiveView(Orvex::Host::TLiveView& aView, std::uint16_t aPort,
+                   const Orvex::TORXBaseLabel& aDocument) {
+    aView.Update(aDocument);
+    try {
+        aView.Start(aPort);
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "orvex: live view: {}\n", e.what());
+        return false;
+    }
+    LogLine(fmt::format("live view on http://127.0.0.1:{}/", aView.BoundPort()));
+    return true;
 }
 
 int Serve(const TServeArgs& args) {
@@ -121,16 +142,21 @@ int Serve(const TServeArgs& args) {
     Orvex::TMainThreadQueue queue;
     Orvex::Host::BindDrawingServer(server, document, queue, tools);
     InstallSignalHandlers();
+    std::unique_ptr<Orvex::Host::TLiveView> view;
+    if (args.ViewPort >= 0) view = std::make_unique<Orvex::Host::TLiveView>();
 
     if (args.Stdio) {
         server.RegisterDefaultTools();
+        if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document))
+            return kExitUsage;
         LogLine(fmt::format("serving MCP over standard input and output, {} tools", server.ToolCount()));
         std::atomic<bool> clientDone{false};
         std::thread reader([&] {
             Orvex::Host::ServeStdio(server, std::cin, std::cout);
             clientDone.store(true);
         });
-        PumpUntilStopped(queue, &clientDone);
+        PumpUntilStopped(queue, &clientDone, view.get(), document);
+        if (view) view->Stop();
         queue.Stop();
         // A reader still blocked on input cannot be woken portably; the process ends around it.
         if (clientDone.load())
@@ -145,7 +171,13 @@ int Serve(const TServeArgs& args) {
             return kExitUsage;
         }
         LogLine(fmt::format("listening on http://{}:{}{}", args.Bind, server.BoundPort(), args.Endpoint));
-        PumpUntilStopped(queue, nullptr);
+        if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document)) {
+            server.Stop();
+            queue.Stop();
+            return kExitUsage;
+        }
+        PumpUntilStopped(queue, nullptr, view.get(), document);
+        if (view) view->Stop();
         server.Stop();
         queue.Stop();
     }
@@ -179,6 +211,10 @@ void RegisterServe(CLI::App& app, TCommandRegistry& commands) {
     sub->add_option("--files-root", args->FilesRoot, "The only folder file tools may read and write");
     sub->add_option("--instructions-file", args->InstructionsFile, "Instructions text offered to agents");
     sub->add_flag("--stdio", args->Stdio, "Serve one JSON-RPC message per line on standard input and output");
+    sub->add_option("--view-port", args->ViewPort,
+                    "Also serve a live view of the drawing at http://127.0.0.1:PORT/ (loopback only; 0 picks "
+                    "a free port)")
+        ->check(CLI::Range(0, 65535));
     commands.Add(sub, [args] { return Serve(*args); });
 }
 

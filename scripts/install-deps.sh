@@ -12,6 +12,7 @@ packages=(
   librsvg2-bin
   libgraphviz-dev
   libcairo2-dev libpango1.0-dev libzint-dev poppler-utils fonts-liberation2
+  chromium chromium-driver
 )
 if [[ $# -gt 0 ]]; then
   packages=("$@")

@@ -12,8 +12,10 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <regex>
 #include <thread>
+#include <vector>
 
 #include "orvex/io/json.h"
 
@@ -42,6 +44,73 @@ int WaitExit(pid_t aPid, std::chrono::milliseconds aLimit) {
     return -1;
 }
 
+// `orvex serve` started with aArgs and ORVEX_MCP_TOKEN=secret-token, stderr in aLog; killed when the object
+// goes before the test reaped it, so no process outlives a failure.
+class ServeProcess {
+  public:
+    ServeProcess(std::vector<std::string> aArgs, const fs::path& aLog) : fLog(aLog) {
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, 2, aLog.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+        aArgs.insert(aArgs.begin(), {ORVEX_CLI_PATH, "serve"});
+        std::vector<char*> argv;
+        for (auto& a : aArgs) argv.push_back(a.data());
+        argv.push_back(nullptr);
+        std::vector<std::string> env{"ORVEX_MCP_TOKEN=secret-token"};
+        for (char** e = environ; *e != nullptr; ++e)
+            if (std::string_view(*e).rfind("ORVEX_MCP_TOKEN=", 0) != 0) env.emplace_back(*e);
+        std::vector<char*> envp;
+        for (auto& e : env) envp.push_back(e.data());
+        envp.push_back(nullptr);
+        fSpawned = posix_spawn(&fPid, ORVEX_CLI_PATH, &actions, nullptr, argv.data(), envp.data()) == 0;
+        posix_spawn_file_actions_destroy(&actions);
+    }
+    ~ServeProcess() {
+        if (!fSpawned || fReaped) return;
+        kill(fPid, SIGKILL);
+        waitpid(fPid, nullptr, 0);
+    }
+    ServeProcess(const ServeProcess&) = delete;
+    ServeProcess& operator=(const ServeProcess&) = delete;
+
+    bool Spawned() const { return fSpawned; }
+
+    // The port in the first log line that aPattern's group matches; 0 when none came within ten seconds.
+    int WaitForPort(const std::regex& aPattern) const {
+        for (int i = 0; i < 500; ++i) {
+            std::smatch m;
+            const std::string text = ReadAll(fLog);
+            if (std::regex_search(text, m, aPattern)) return std::stoi(m[1]);
+            std::this_thread::sleep_for(20ms);
+        }
+        return 0;
+    }
+
+    // Sends SIGTERM and returns the exit code, -1 when the process did not end within aLimit.
+    int Terminate(std::chrono::milliseconds aLimit) {
+        if (kill(fPid, SIGTERM) != 0) return -1;
+        const int code = WaitExit(fPid, aLimit);
+        fReaped = code >= 0;
+        return code;
+    }
+
+  private:
+    fs::path fLog;
+    pid_t fPid = 0;
+    bool fSpawned = false;
+    bool fReaped = false;
+};
+
+const std::regex& ListeningLine() {
+    static const std::regex listening(R"(listening on http://127\.0\.0\.1:(\d+)/mcp)");
+    return listening;
+}
+
+TJSON Rpc(int aId, const std::string& aMethod, TJSON aParams) {
+    return TJSON{{"jsonrpc", "2.0"}, {"id", aId}, {"method", aMethod}, {"params", std::move(aParams)}};
+}
+
 TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
     const fs::path folder = fs::temp_directory_path() / ("orvex_serve_" + std::to_string(::getpid()));
     fs::remove_all(folder);
@@ -49,46 +118,9 @@ TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
     const fs::path drawing = folder / "drawing.json";
     const fs::path log = folder / "stderr.txt";
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 2, log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    std::vector<std::string> args{ORVEX_CLI_PATH, "serve",          "--port",        "0",
-                                  "--drawing",    drawing.string(), "--save-on-exit"};
-    std::vector<char*> argv;
-    for (auto& a : args) argv.push_back(a.data());
-    argv.push_back(nullptr);
-    std::vector<std::string> env{"ORVEX_MCP_TOKEN=secret-token"};
-    for (char** e = environ; *e != nullptr; ++e)
-        if (std::string_view(*e).rfind("ORVEX_MCP_TOKEN=", 0) != 0) env.emplace_back(*e);
-    std::vector<char*> envp;
-    for (auto& e : env) envp.push_back(e.data());
-    envp.push_back(nullptr);
-    pid_t pid = 0;
-    ASSERT_EQ(posix_spawn(&pid, ORVEX_CLI_PATH, &actions, nullptr, argv.data(), envp.data()), 0);
-    posix_spawn_file_actions_destroy(&actions);
-    // Kills the server if the test ends before it was reaped, so no process outlives a failure.
-    bool reaped = false;
-    struct Reaper {
-        pid_t Pid;
-        const bool& Reaped;
-        ~Reaper() {
-            if (Reaped) return;
-            kill(Pid, SIGKILL);
-            waitpid(Pid, nullptr, 0);
-        }
-    } reaper{pid, reaped};
-
-    int port = 0;
-    static const std::regex listening(R"(listening on http://127\.0\.0\.1:(\d+)/mcp)");
-    for (int i = 0; i < 500 && port == 0; ++i) {
-        std::smatch m;
-        const std::string text = ReadAll(log);
-        if (std::regex_search(text, m, listening))
-            port = std::stoi(m[1]);
-        else
-            std::this_thread::sleep_for(20ms);
-    }
+    ServeProcess serve({"--port", "0", "--drawing", drawing.string(), "--save-on-exit"}, log);
+    ASSERT_TRUE(serve.Spawned());
+    const int port = serve.WaitForPort(ListeningLine());
     ASSERT_NE(port, 0) << ReadAll(log);
 
     httplib::Client client("127.0.0.1", port);
@@ -97,37 +129,77 @@ TEST(ServeProcessTest, ServesOverHttpAndSavesOnSigterm) {
         httplib::Headers headers{{"Authorization", "Bearer " + aToken}};
         return client.Post("/mcp", headers, aBody.dump(), "application/json");
     };
-    const auto rpc = [](int aId, const std::string& aMethod, TJSON aParams) {
-        return TJSON{{"jsonrpc", "2.0"}, {"id", aId}, {"method", aMethod}, {"params", std::move(aParams)}};
-    };
 
-    auto refused = post(rpc(1, "tools/list", TJSON::object()), "wrong");
+    auto refused = post(Rpc(1, "tools/list", TJSON::object()), "wrong");
     ASSERT_TRUE(refused);
     EXPECT_EQ(refused->status, 401);
 
-    auto init = post(rpc(1, "initialize", {{"protocolVersion", "2025-11-25"}}));
+    auto init = post(Rpc(1, "initialize", {{"protocolVersion", "2025-11-25"}}));
     ASSERT_TRUE(init);
     EXPECT_EQ(TJSON::parse(init->body)["result"]["serverInfo"]["name"], "Orvex-mcp");
-    auto list = post(rpc(2, "tools/list", TJSON::object()));
+    auto list = post(Rpc(2, "tools/list", TJSON::object()));
     ASSERT_TRUE(list);
     EXPECT_GT(TJSON::parse(list->body)["result"]["tools"].size(), 20u);
     auto call = post(
-        rpc(3, "tools/call", {{"name", "add_flow"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Saved"}}}}));
+        Rpc(3, "tools/call", {{"name", "add_flow"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Saved"}}}}));
     ASSERT_TRUE(call);
     EXPECT_EQ(TJSON::parse(call->body)["result"]["structuredContent"]["index"], 0);
 
     client.stop();
     const auto stopping = std::chrono::steady_clock::now();
-    ASSERT_EQ(kill(pid, SIGTERM), 0);
-    const int code = WaitExit(pid, 10000ms);
-    reaped = code >= 0;
-    EXPECT_EQ(code, 0) << ReadAll(log);
+    EXPECT_EQ(serve.Terminate(10000ms), 0) << ReadAll(log);
     EXPECT_LT(std::chrono::steady_clock::now() - stopping, 3s);
     const TJSON saved = TJSON::parse(ReadAll(drawing));
     ASSERT_EQ(saved["Items"].size(), 1u);
     EXPECT_EQ(saved["Items"][0]["Text"], "Saved");
     EXPECT_NE(ReadAll(log).find("MCP server stopped"), std::string::npos);
     fs::remove_all(folder);
+}
+
+// The live view follows what an MCP client does, through the main thread's loop, and stops with the server.
+TEST(ServeProcessTest, LiveViewFollowsTheDrawing) {
+    const fs::path log =
+        fs::temp_directory_path() / ("orvex_serve_view_" + std::to_string(::getpid()) + ".txt");
+    ServeProcess serve({"--port", "0", "--view-port", "0"}, log);
+    ASSERT_TRUE(serve.Spawned());
+    const int port = serve.WaitForPort(ListeningLine());
+    static const std::regex viewLine(R"(live view on http://127\.0\.0\.1:(\d+)/)");
+    const int viewPort = serve.WaitForPort(viewLine);
+    ASSERT_NE(port, 0) << ReadAll(log);
+    ASSERT_NE(viewPort, 0) << ReadAll(log);
+
+    httplib::Client view("127.0.0.1", viewPort);
+    view.set_read_timeout(30, 0);
+    const auto before = view.Get("/drawing.svg");
+    ASSERT_TRUE(before);
+    EXPECT_EQ(before->get_header_value("X-Drawing-Version"), "1");
+    EXPECT_EQ(before->get_header_value("X-Drawing-Items"), "0");
+    auto waiting = std::async(std::launch::async, [&] { return view.Get("/drawing.svg?after=1"); });
+
+    httplib::Client mcp("127.0.0.1", port);
+    mcp.set_read_timeout(10, 0);
+    const httplib::Headers auth{{"Authorization", "Bearer secret-token"}};
+    ASSERT_TRUE(mcp.Post("/mcp", auth, Rpc(1, "initialize", {{"protocolVersion", "2025-11-25"}}).dump(),
+                         "application/json"));
+    // A read-only call leaves the drawing as it was: no new version.
+    ASSERT_TRUE(
+        mcp.Post("/mcp", auth, Rpc(2, "tools/call", {{"name", "list_items"}}).dump(), "application/json"));
+    ASSERT_TRUE(mcp.Post(
+        "/mcp", auth,
+        Rpc(3, "tools/call", {{"name", "add_text"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Live"}}}})
+            .dump(),
+        "application/json"));
+    const auto changed = waiting.get();
+    ASSERT_TRUE(changed);
+    EXPECT_EQ(changed->status, 200);
+    EXPECT_EQ(changed->get_header_value("X-Drawing-Version"), "2");
+    EXPECT_EQ(changed->get_header_value("X-Drawing-Items"), "1");
+    EXPECT_NE(changed->body.find(">Live</tspan>"), std::string::npos) << changed->body;
+
+    view.stop();
+    mcp.stop();
+    EXPECT_EQ(serve.Terminate(10000ms), 0) << ReadAll(log);
+    fs::remove(log);
 }
 
 }  // namespace
