@@ -2,8 +2,6 @@
 // store and nothing else.
 #include "host/live_view.h"
 
-#include <httplib.h>
-#include <sys/socket.h>
 
 #include <atomic>
 #include <charconv>
@@ -13,6 +11,7 @@
 #include <thread>
 
 #include "host/live_view_page.h"
+#include "orvex/agent/bounded_http_server.h"
 #include "orvex/document/document.h"
 
 namespace Orvex::Host {
@@ -32,13 +31,6 @@ bool IsLoopbackHost(std::string_view aHost) {
     if (aHost.empty()) return true;  // HTTP/1.0 without Host: no browser sends that
     if (const auto colon = aHost.rfind(':'); colon != std::string_view::npos) aHost = aHost.substr(0, colon);
     return aHost == kLoopback || aHost == "localhost";
-}
-
-// The library's default adds SO_REUSEPORT, which lets a second server bind a port already in use and take
-// half of its connections; a taken port must fail instead. SO_REUSEADDR alone still allows a quick restart.
-void ExclusivePort(socket_t aSocket) {
-    int yes = 1;
-    setsockopt(aSocket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
 }
 
 bool ParseVersion(std::string_view aText, std::uint64_t& aVersion) {
@@ -61,7 +53,7 @@ void SendSnapshot(const TLiveSnapshot& aSnapshot, httplib::Response& aResponse) 
 }  // namespace
 
 struct TLiveView::TImpl {
-    httplib::Server fHttp;
+    TBoundedHttpServer fHttp;
     std::thread fThread;
     std::atomic<bool> fFinished{false};
 };
@@ -84,7 +76,6 @@ std::uint16_t TLiveView::Start(std::uint16_t aPort) {
     http.new_task_queue = [] { return new httplib::ThreadPool(kConnectionThreads); };
     http.set_keep_alive_timeout(kKeepAliveSeconds);
     http.set_tcp_nodelay(true);
-    http.set_socket_options(ExclusivePort);
     http.set_payload_max_length(kMaxRequestBytes);
     http.set_pre_routing_handler([](const httplib::Request& aRequest, httplib::Response& aResponse) {
         if (IsLoopbackHost(aRequest.get_header_value("Host")))

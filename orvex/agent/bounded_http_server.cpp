@@ -184,6 +184,13 @@ class THeadBoundedStream final : public httplib::Stream {
 
 }  // namespace
 
+TBoundedHttpServer::TBoundedHttpServer() {
+    set_socket_options([](socket_t aSocket) {
+        int yes = 1;
+        ::setsockopt(aSocket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    });
+}
+
 bool TBoundedHttpServer::process_and_close_socket(socket_t aSocket) {
     THeadBoundedStream stream(aSocket, ToMilliseconds(read_timeout_sec_, read_timeout_usec_),
                               ToMilliseconds(write_timeout_sec_, write_timeout_usec_));

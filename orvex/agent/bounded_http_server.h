@@ -1,4 +1,4 @@
-// Private to the agent module: an httplib::Server whose connections cannot make it hold an unbounded
+// Private to the hosts' HTTP servers: an httplib::Server whose connections cannot make it hold an unbounded
 // request line or header block. The HTTP library reads the head of a request line by line into a string
 // that grows until the line ends, so a peer that never sends a line end would grow it without limit; here
 // each connection reads through a stream that fails once the head passes kMaxRequestHeadBytes and
@@ -15,6 +15,12 @@ namespace Orvex {
 inline constexpr std::size_t kMaxRequestHeadBytes = 64 * 1024;
 
 class TBoundedHttpServer final : public httplib::Server {
+  public:
+    // The library's default socket options add SO_REUSEPORT, which lets a second server bind a port
+    // already in use and take half of its connections; here a taken port fails to bind instead, while
+    // SO_REUSEADDR alone still allows a quick restart.
+    TBoundedHttpServer();
+
   private:
     // Runs the kept-alive request loop of one connection, as the library's own does, over a stream that
     // bounds each request's head.

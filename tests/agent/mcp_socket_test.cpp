@@ -244,6 +244,15 @@ TEST_F(MCPSocket, StartRefusesAnExposedAddressWithoutToken) {
     EXPECT_FALSE(fServer.Initialized());
 }
 
+TEST_F(MCPSocket, ASecondServerCannotShareATakenPort) {
+    fServer.Start();
+    TORXMCPServer rival;
+    rival.SetPort(fServer.BoundPort());
+    rival.SetLabel(FakeLabel());
+    EXPECT_THROW(rival.Start(), std::runtime_error);
+    EXPECT_FALSE(rival.Active());
+}
+
 TEST_F(MCPSocket, ConcurrentToolCallsRunOnceEachOnTheMainThread) {
     TMainThreadQueue mainThread;
     const auto mainId = std::this_thread::get_id();
