@@ -119,12 +119,15 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
     return flow;
 }
 
-void AddText(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text, const TTextMeasure& measure) {
+// An edge's label, centred on its route over a white ground, so that the line does not run through it.
+void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text, const TTextMeasure& measure) {
     auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
     if (item == nullptr) return;
     const TLayoutSize size = measure(text);
     item->SetBase(1, Base(center.X - size.Width / 2), Base(center.Y - size.Height / 2));
     item->SetText(text);
+    item->SetBackColor(kOpaqueWhite);
+    item->SetFilled(true);
 }
 
 void AddLine(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to, TQVLineType lineType) {
@@ -166,7 +169,7 @@ void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& r
     link->SetFromType(EdgeTerm(edge.FromArrow));
     link->SetToType(EdgeTerm(edge.Arrow));
     if (edge.Dotted) link->SetLineType(kDashed);
-    if (!edge.Text.empty()) AddText(doc, Midway(route.Points), edge.Text, labelMeasure);
+    if (!edge.Text.empty()) AddEdgeLabel(doc, Midway(route.Points), edge.Text, labelMeasure);
 }
 
 bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout& layout,

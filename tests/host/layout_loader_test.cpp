@@ -155,7 +155,11 @@ TEST(LayoutLoader, RegisteredLoaderServesTheDocumentsImports) {
                                         TQVLDiagramFormat::dgAuto));
     EXPECT_EQ(ItemsOf<TORXBaseFlow>(doc).size(), 3u);
     EXPECT_EQ(ItemsOf<TORXBaseLink>(doc).size(), 2u);
-    EXPECT_EQ(ItemsOf<TORXBaseText>(doc).size(), 1u);  // the edge label
+    const auto labels = ItemsOf<TORXBaseText>(doc);
+    ASSERT_EQ(labels.size(), 1u);
+    // The label hides the stretch of line it sits on.
+    EXPECT_TRUE(labels[0]->Filled());
+    EXPECT_EQ(labels[0]->BackColor(), kOpaqueWhite);
     EXPECT_TRUE(doc.LoadFromDiagram(std::string(ORVEX_SOURCE_DIR) + "/examples/mermaid/mindmap.mmd",
                                     TQVLDiagramFormat::dgAuto));
     QVLSetDiagramLoader(nullptr);
