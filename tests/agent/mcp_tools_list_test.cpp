@@ -49,7 +49,9 @@ TEST(MCPToolsListTest, TheWrittenAnswerEqualsTheJsonRpcLayers) {
 TEST(MCPToolsListTest, ARegistrationAfterAnAnswerIsListed) {
     TORXMCPServer server;
     AddTool(server, "first");
-    const auto list = [&] { return ParseBody(server.DoCommandGet(Post(Rpc("tools/list").dump())))["result"]; };
+    const auto list = [&] {
+        return ParseBody(server.DoCommandGet(Post(Rpc("tools/list").dump())))["result"];
+    };
     EXPECT_EQ(list()["tools"].size(), 1u);
     AddTool(server, "second");
     const auto tools = list()["tools"];
