@@ -10,6 +10,9 @@ struct TMainThreadQueue::TTask {
     std::exception_ptr fError;
     bool fDone = false;
     bool fDropped = false;
+    // Each caller waits on its own task: one shared condition woke every waiting connection at every
+    // finished task, and the switches to threads with nothing to do cost more than the tasks.
+    std::condition_variable fFinished;
 };
 
 namespace {
@@ -32,8 +35,8 @@ void TMainThreadQueue::RunSync(const std::function<void()>& aTask) {
     std::unique_lock lock(fMutex);
     if (fStopped) throw std::runtime_error("The main thread no longer accepts work");
     fTasks.push_back(task);
-    fQueued.notify_all();
-    fQueued.wait(lock, [&] { return task->fDone || task->fDropped; });
+    fQueued.notify_all();  // only the main thread waits on it
+    task->fFinished.wait(lock, [&] { return task->fDone || task->fDropped; });
     if (task->fDropped) throw std::runtime_error("The main thread no longer accepts work");
     if (task->fError) std::rethrow_exception(task->fError);
 }
@@ -73,8 +76,8 @@ bool TMainThreadQueue::PumpOne(std::chrono::milliseconds aTimeout) {
     Execute(*task);
     lock.lock();
     task->fDone = true;
-    // Waiters share one condition with the pump, so every waiter is woken to test its own task.
-    fQueued.notify_all();
+    lock.unlock();
+    task->fFinished.notify_one();
     return true;
 }
 
@@ -91,7 +94,10 @@ void TMainThreadQueue::Run() {
 void TMainThreadQueue::Stop() {
     std::lock_guard lock(fMutex);
     fStopped = true;
-    for (auto& task : fTasks) task->fDropped = true;
+    for (auto& task : fTasks) {
+        task->fDropped = true;
+        task->fFinished.notify_one();
+    }
     fTasks.clear();
     fQueued.notify_all();
 }

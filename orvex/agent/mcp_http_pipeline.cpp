@@ -388,6 +388,11 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
             return;
         }
     }
+    if (std::string listed; AnswerToolsList(parsed, modern, listed)) {
+        Send(aResponse, 200, std::move(listed));
+        if (fLogPayloads) Log("<< " + aResponse.Body);
+        return;
+    }
     auto result = ProcessJsonRpc(parsed, modern);
     if (!result) {
         SendEmpty(aResponse, 202);

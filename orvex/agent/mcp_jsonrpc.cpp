@@ -154,9 +154,8 @@ TJSON TORXMCPServer::HandleEmptyList(const TJSON& aId, std::string_view aKey) {
     return MakeResult(aId, std::move(result));
 }
 
-TJSON TORXMCPServer::HandleToolsList(const TJSON& aId) const {
+TJSON TORXMCPServer::BuildToolsArray() const {
     TJSON tools = TJSON::array();
-    std::shared_lock lock(fToolsMutex);
     for (const auto& tool : fTools) {
         TJSON entry = TJSON::object();
         entry["name"] = tool.Name;
@@ -168,8 +167,48 @@ TJSON TORXMCPServer::HandleToolsList(const TJSON& aId) const {
         if (!output.is_null()) entry["outputSchema"] = std::move(output);
         tools.push_back(std::move(entry));
     }
+    return tools;
+}
+
+TJSON TORXMCPServer::HandleToolsList(const TJSON& aId) const {
+    std::shared_lock lock(fToolsMutex);
+    TJSON tools = BuildToolsArray();
     lock.unlock();
     return MakeResult(aId, {{"tools", std::move(tools)}});
+}
+
+bool TORXMCPServer::AnswerToolsList(const TJSON& aRequest, bool aModern, std::string& aBody) const {
+    if (StringMember(aRequest, "jsonrpc") != "2.0" || StringMember(aRequest, "method") != "tools/list")
+        return false;
+    // The list is tens of kilobytes of schemas: building and writing it for every request was most of
+    // the request's cost, so it is written once per registration and the envelope is put around it.
+    std::shared_ptr<const std::string> tools;
+    {
+        std::shared_lock lock(fToolsMutex);
+        std::lock_guard text(fToolsTextMutex);
+        if (!fToolsText || fToolsTextGeneration != fToolsGeneration) {
+            fToolsText = std::make_shared<const std::string>(DumpCompact(BuildToolsArray()));
+            fToolsTextGeneration = fToolsGeneration;
+        }
+        tools = fToolsText;
+    }
+    const auto idIt = aRequest.find("id");
+    const std::string id = DumpCompact(idIt != aRequest.end() ? *idIt : TJSON());
+    // The same members in the same order as MakeResult and DecorateModernResult would give.
+    std::string extra;
+    if (aModern) {
+        TJSON decoration = {{"resultType", "complete"}};
+        TJSON envelope = MakeResult(TJSON(), std::move(decoration));
+        DecorateModernResult("tools/list", envelope);
+        const std::string text = DumpCompact(envelope["result"]);
+        extra = "," + text.substr(1, text.size() - 2);
+    }
+    std::string body;
+    body.reserve(tools->size() + id.size() + extra.size() + 48);
+    body.append(R"({"jsonrpc":"2.0","id":)").append(id).append(R"(,"result":{"tools":)");
+    body.append(*tools).append(extra).append("}}");
+    aBody = std::move(body);
+    return true;
 }
 
 TJSON TORXMCPServer::HandleToolsCall(const TJSON& aId, const TJSON* aParams) {

@@ -140,6 +140,9 @@ class TORXMCPServer {
     TJSON HandleInitialize(const TJSON& aId, const TJSON* aParams);
     static TJSON HandlePing(const TJSON& aId);
     TJSON HandleToolsList(const TJSON& aId) const;
+    // The whole answer to a tools/list request as text, from the tool list written once per registration
+    // rather than per request; false (and aBody untouched) for any other request.
+    bool AnswerToolsList(const TJSON& aRequest, bool aModern, std::string& aBody) const;
     TJSON HandleToolsCall(const TJSON& aId, const TJSON* aParams);
     static TJSON HandleEmptyList(const TJSON& aId, std::string_view aKey);
     void DecorateModernResult(std::string_view aMethod, TJSON& aResponse) const;
@@ -153,6 +156,7 @@ class TORXMCPServer {
     TJSON BuildAIToolDefinitions();  // [{name, description, input_schema}], the provider-neutral shape
 
   private:
+    TJSON BuildToolsArray() const;
     void HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
                     std::string_view aMethodHeader, std::string_view aNameHeader, std::string_view aAccept,
                     TMCPHttpResponse& aResponse);
@@ -186,7 +190,11 @@ class TORXMCPServer {
     IMainThreadRunner* fRunner = nullptr;
     TMCPDocumentHooks fHooks;
     std::mutex fInlineMutex;                // serialises tools when no runner is set
-    mutable std::shared_mutex fToolsMutex;  // fTools
+    mutable std::shared_mutex fToolsMutex;  // fTools, fToolsGeneration
+    std::uint64_t fToolsGeneration = 0;     // advances with every registration
+    mutable std::mutex fToolsTextMutex;     // fToolsText, fToolsTextGeneration
+    mutable std::shared_ptr<const std::string> fToolsText;  // the tools array of tools/list, compact
+    mutable std::uint64_t fToolsTextGeneration = 0;
     mutable std::mutex fStateMutex;         // fSessionId, fProtocolVersion
     mutable std::mutex fLogMutex;           // fOnLog
 };

@@ -154,6 +154,7 @@ void TORXMCPServer::RegisterTool(std::string aName, std::string aDescription, TJ
     std::unique_lock lock(fToolsMutex);
     fTools.push_back(
         {std::move(aName), std::move(aDescription), std::move(aInputSchema), std::move(aHandler)});
+    ++fToolsGeneration;
 }
 
 void TORXMCPServer::RegisterDefaultTools() {

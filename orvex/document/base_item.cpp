@@ -171,6 +171,7 @@ void TORXBaseItem::SetPointsProp(const TQVLPtoA& points, std::uint16_t property)
 
 void TORXBaseItem::PointsChanged() {
     fChanged = true;
+    fOwner->InvalidatePickIndex();
     UpdateBounds();
 }
 
@@ -202,6 +203,16 @@ bool TORXBaseItem::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, 
     if (!inX) return false;
     return (r.Top == r.Bottom || thin) ? (r.Top - tolerance <= y && y < r.Bottom + tolerance)
                                        : (r.Top <= y && y < r.Bottom);
+}
+
+bool TORXBaseItem::PickExtent(TQVLRect& extent) const {
+    // A whole pen width around the bounds: the kinds reach half a pen past their outline, or the
+    // tolerance, whichever is larger.
+    extent = fBoundsRect;
+    extent.NormalizeRect();
+    const std::int64_t pen = std::max<std::int64_t>(fPenWidth, 0) + 1;
+    extent.Inflate(pen, pen);
+    return true;
 }
 
 bool TORXBaseItem::SearchRect(const TQVLRect& rect, bool partial) const {

@@ -99,6 +99,9 @@ public:
     virtual std::int64_t GetRefX(std::int32_t index) const;  // x of the index-th snap reference
     virtual std::int64_t GetRefY(std::int32_t index) const;
     virtual bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const;
+    // The rectangle no hit of Pick lies outside of, before widening by twice the tolerance; false when
+    // the item cannot bound its hits, and the document's pick index then asks it at every click.
+    virtual bool PickExtent(TQVLRect& extent) const;
     virtual bool SearchRect(const TQVLRect& rect, bool partial) const;
     virtual bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                             TQVLRef& ref);

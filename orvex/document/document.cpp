@@ -8,6 +8,7 @@
 #include "orvex/core/text.h"
 #include "orvex/document/editor_tools.h"
 #include "orvex/document/intersect_thread.h"
+#include "orvex/document/pick_index.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
 #include "orvex/messages/messages.h"
@@ -83,6 +84,7 @@ void TORXBaseLabel::ClearItems() {
     fPendingCalc.clear();
     fPreviewItems.clear();
     fItems.clear();
+    InvalidatePickIndex();
 }
 
 void TORXBaseLabel::Loaded() {
@@ -120,7 +122,7 @@ TORXBaseItem* TORXBaseLabel::GetPreviewItem(std::int32_t index) const {
 
 void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
     (preview ? fPreviewItems : fItems).emplace_back(item);
-    if (!preview) AddState(TOrvexState::lsModified);
+    if (!preview) AddState(TOrvexState::lsModified), InvalidatePickIndex();
 }
 
 void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
@@ -136,6 +138,7 @@ void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
     if (record) TORXDeleteCmd::AddCommand(item);
     RemoveFromLists(item);
     fItems.erase(fItems.begin() + index);
+    InvalidatePickIndex();
     ChangeState(TOrvexState::lsUpdate);
 }
 
@@ -228,6 +231,16 @@ TQVLRect TORXBaseLabel::ItemsBounds() const {
         r.Right = std::max(r.Right, b.Right), r.Bottom = std::max(r.Bottom, b.Bottom);
     }
     return r;
+}
+
+TORXBaseItem* TORXBaseLabel::ItemAt(std::int64_t x, std::int64_t y, std::int32_t tolerance,
+                                    const std::function<bool(const TORXBaseItem&)>& accept) const {
+    if (fPickIndexDirty || !fPickIndex) {
+        if (!fPickIndex) fPickIndex = std::make_unique<TPickIndex>();
+        fPickIndex->Build(fItems);
+        fPickIndexDirty = false;
+    }
+    return fPickIndex->Pick(x, y, tolerance, accept);
 }
 
 // [SECTION] Layers

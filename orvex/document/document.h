@@ -32,6 +32,7 @@ namespace Orvex {
 class TORXCmd;
 class TIntersectThread;
 class TORXEditor;
+class TPickIndex;
 struct TQVLSnapHit;
 enum class TQVLEdKey : std::uint8_t;     // orvex/document/editor_tools.h
 enum class TQVLShift : std::uint8_t;
@@ -98,6 +99,12 @@ public:
     TORXBaseItem* GetPreviewItem(std::int32_t index) const;
     void AdoptItem(TORXBaseItem* item, bool preview);  // the item constructor hands itself over here
     TQVLRect ItemsBounds() const;                      // union of the items' bounds; empty without items
+    // The topmost item, among those accept passes (all without it), whose own hit test takes (x, y): the
+    // item a walk down the paint order would find first. A grid of the items' extents, rebuilt on the first
+    // pick after a change, spares the walk over a large drawing.
+    TORXBaseItem* ItemAt(std::int64_t x, std::int64_t y, std::int32_t tolerance,
+                         const std::function<bool(const TORXBaseItem&)>& accept = nullptr) const;
+    void InvalidatePickIndex() { fPickIndexDirty = true; }  // the items' places or order changed
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
@@ -305,6 +312,8 @@ private:
     std::int16_t fActiveDimStyle = 0;
     std::int32_t fNextDimStyleID = 1;
     std::vector<std::unique_ptr<TORXBaseItem>> fItems;
+    mutable std::unique_ptr<TPickIndex> fPickIndex;  // built by ItemAt
+    mutable bool fPickIndexDirty = true;
     std::vector<std::unique_ptr<TORXBaseItem>> fPreviewItems;
     std::vector<std::unique_ptr<TORXBaseLibSymbol>> fSymbols;
     std::vector<TIntSecPoint> fIntersections;

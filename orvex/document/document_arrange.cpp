@@ -33,6 +33,7 @@ void TORXBaseLabel::SortItemsZLayer() {
     std::stable_sort(fItems.begin(), fItems.end(), [this](const auto& a, const auto& b) {
         return LayerIdx(a->Layer()) < LayerIdx(b->Layer());
     });
+    InvalidatePickIndex();
 }
 
 // [SECTION] Arrangement

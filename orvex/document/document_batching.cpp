@@ -10,6 +10,8 @@ namespace Orvex {
 // [SECTION] State word
 
 void TORXBaseLabel::AddState(TOrvexState state) {
+    // Every edit passes here (through ChangeState or directly), so the pick index learns of it here.
+    InvalidatePickIndex();
     const auto bit = static_cast<unsigned>(state);
     if (bit <= 15) fState = static_cast<std::uint16_t>(fState | (1U << bit));
 }
@@ -70,6 +72,7 @@ void TORXBaseLabel::CalcPending() {
     // A recalculation may queue more items; take the list first so the walk stays valid.
     std::vector<TORXBaseItem*> pending;
     pending.swap(fPendingCalc);
+    if (!pending.empty()) InvalidatePickIndex();
     for (TORXBaseItem* item : pending) item->CalcValues(2);
 }
 

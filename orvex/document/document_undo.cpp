@@ -61,6 +61,7 @@ TORXBaseItem* TORXBaseLabel::RecreateItem(const TJSON& obj, std::int32_t index) 
         fItems.erase(fItems.begin() + at);
         fItems.insert(fItems.begin() + index, std::move(owned));
     }
+    InvalidatePickIndex();
     ChangeState(TOrvexState::lsUpdate);
     return item;
 }
@@ -83,6 +84,7 @@ void TORXBaseLabel::ClearUndoRedo() {
 
 void TORXBaseLabel::Undo() {
     if (fUndoStack.empty()) return;
+    InvalidatePickIndex();
     bool bounds = false;
     do {
         std::unique_ptr<TORXCmd> cmd = std::move(fUndoStack.back());
@@ -104,6 +106,7 @@ void TORXBaseLabel::Undo() {
 
 void TORXBaseLabel::Redo() {
     if (fRedoStack.empty()) return;
+    InvalidatePickIndex();
     bool bounds = false;
     do {
         std::unique_ptr<TORXCmd> cmd = std::move(fRedoStack.back());

@@ -146,6 +146,9 @@ void TORXBaseFlow::UpdateBounds() {
 }
 
 void TORXBaseFlow::QueueLinks() {
+    // A read lays out every link once it ends (AssignSymbolAndFlowLinks); asking every item for links at
+    // every flow read made a large drawing's read quadratic.
+    if (fOwner->HasState(TOrvexState::lsReading)) return;
     for (std::int32_t i = 0; i < fOwner->GetItemsCount(); ++i) {
         TORXBaseItem* item = fOwner->GetItem(i);
         if (item->ItemType() != TQVLItemType::itLink) continue;

@@ -180,6 +180,11 @@ void TORXBaseArrowLine::UpdateBounds() {
     TORXTermLine::UpdateBounds();
 }
 
+bool TORXBaseArrowLine::PickExtent(TQVLRect& extent) const {
+    // The label's place follows the document's draw scale, which an index of extents would not see change.
+    return TORXTermLine::PickExtent(extent) && LabelText().empty();
+}
+
 bool TORXBaseArrowLine::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
     (void)flag;
     const std::int64_t tol = tolerance + fPenWidth / 2;

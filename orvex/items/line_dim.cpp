@@ -380,6 +380,11 @@ void TORXBaseDim::UpdateBounds() {
     TORXBasePoint::UpdateBounds();
 }
 
+bool TORXBaseDim::PickExtent(TQVLRect& extent) const {
+    extent = fBoundsRect;
+    return false;
+}
+
 bool TORXBaseDim::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
     (void)flag;
     const TDimShape shape = ShapeOf(*this, *Style(), std::max<std::int64_t>(1, fOwner->Measure().fDrawScale));

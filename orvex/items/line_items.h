@@ -255,6 +255,7 @@ class TORXBaseArrowLine : public TORXTermLine {
     std::string LabelText() const;  // what the label shows: the measured length or Text
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
+    bool PickExtent(TQVLRect& extent) const override;  // unbounded with a label, placed by the measure
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                     TQVLRef& ref) override;
     TJSON WriteJson() const override;
@@ -365,6 +366,7 @@ class TORXBaseDim : public TORXBasePoint {
                     const TQVLPto64& arcPoint);
 
     bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const override;
+    bool PickExtent(TQVLRect& extent) const override;  // unbounded: texts and extension lines
     bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                     TQVLRef& ref) override;
     TJSON WriteJson() const override;
