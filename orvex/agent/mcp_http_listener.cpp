@@ -122,11 +122,9 @@ void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Res
     }
     aResponse.status = answer.Status;
     for (const auto& [name, value] : answer.Headers) aResponse.set_header(name, value);
-    if (answer.ContentType.empty()) {
-        aResponse.body = std::move(answer.Body);
-    } else {
-        aResponse.set_content(answer.Body, answer.ContentType.c_str());
-    }
+    // Moved, not copied: a tools/list answer is tens of kilobytes.
+    if (!answer.ContentType.empty()) aResponse.set_header("Content-Type", answer.ContentType);
+    aResponse.body = std::move(answer.Body);
 }
 
 }  // namespace

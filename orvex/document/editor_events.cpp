@@ -226,12 +226,7 @@ bool TORXEditor::Selectable(const TORXBaseItem* item) const {
 
 TORXBaseItem* TORXEditor::ItemAt(const TQVLPto64& p) const {
     const auto tol = static_cast<std::int32_t>(Tolerance());
-    // The item painted last lies on top.
-    for (std::int32_t i = fDoc.GetItemsCount() - 1; i >= 0; --i) {
-        TORXBaseItem* item = fDoc.GetItem(i);
-        if (Selectable(item) && item->Pick(p.X, p.Y, tol, false)) return item;
-    }
-    return nullptr;
+    return fDoc.ItemAt(p.X, p.Y, tol, [this](const TORXBaseItem& item) { return Selectable(&item); });
 }
 
 bool TORXEditor::SelectionPick(const TQVLPto64& p, TQVLShiftState shift) {
