@@ -49,11 +49,21 @@ std::string EscapeLabel(std::string_view text) {
     return out;
 }
 
-struct TGvcDeleter {
-    void operator()(GVC_t* gvc) const { gvFreeContext(gvc); }
-};
+// One Graphviz context for the whole process, never freed. Graphviz's Pango text plugin keeps a pointer
+// to the last font name it measured, and that name belongs to the context: freeing a context and making
+// another left the pointer dangling for the next layout's labels. One context also reads the plugin
+// configuration only once.
+GVC_t* GraphvizContext() {
+    static GVC_t* const context = gvContext();
+    return context;
+}
+
+// Frees the layout too, whether or not one was made: gvFreeLayout does nothing to a graph without one.
 struct TGraphDeleter {
-    void operator()(Agraph_t* g) const { agclose(g); }
+    void operator()(Agraph_t* g) const {
+        gvFreeLayout(GraphvizContext(), g);
+        agclose(g);
+    }
 };
 
 double SquaredDistance(TLayoutPoint a, TLayoutPoint b) {
@@ -109,7 +119,6 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
     if (nodes.empty()) return result;
     if (nodes.size() > aOptions.LayeredAbove) return LayoutLayered(aModel, aSizes, aOptions);
 
-    std::unique_ptr<GVC_t, TGvcDeleter> gvc(gvContext());
     std::unique_ptr<Agraph_t, TGraphDeleter> graph(agopen(Mutable("diagram"), Agdirected, nullptr));
     Agraph_t* g = graph.get();
     const bool straight = nodes.size() > aOptions.StraightEdgesAbove;
@@ -174,7 +183,7 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
         pending.push_back({static_cast<int>(e), from, to, ge});
     }
 
-    if (gvLayout(gvc.get(), g, "dot") != 0) return result;
+    if (gvLayout(GraphvizContext(), g, "dot") != 0) return result;
 
     const boxf bb = GD_bb(g);
     auto toMM = [&](pointf p) {
@@ -211,7 +220,6 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
         route.Kind = route.Points.size() > 2 ? TRouteKind::rkPolyline : TRouteKind::rkStraight;
         result.Routes.push_back(std::move(route));
     }
-    gvFreeLayout(gvc.get(), g);
     FitToMargin(result, aOptions.Margin);
     return result;
 }
