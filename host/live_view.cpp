@@ -2,13 +2,10 @@
 // store and nothing else.
 #include "host/live_view.h"
 
-
-#include <atomic>
 #include <charconv>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <thread>
 
 #include "host/live_view_page.h"
 #include "orvex/agent/bounded_http_server.h"
@@ -54,8 +51,6 @@ void SendSnapshot(const TLiveSnapshot& aSnapshot, httplib::Response& aResponse) 
 
 struct TLiveView::TImpl {
     TBoundedHttpServer fHttp;
-    std::thread fThread;
-    std::atomic<bool> fFinished{false};
 };
 
 TLiveView::TLiveView() = default;
@@ -119,25 +114,8 @@ std::uint16_t TLiveView::Start(std::uint16_t aPort) {
         }
     });
 
-    int port = aPort;
-    if (aPort == 0) {
-        port = http.bind_to_any_port(kLoopback);
-    } else if (!http.bind_to_port(kLoopback, aPort)) {
-        port = -1;
-    }
-    if (port <= 0)
-        throw std::runtime_error("Cannot listen on " + std::string(kLoopback) + ":" + std::to_string(aPort));
-
-    auto* raw = impl.get();
-    impl->fThread = std::thread([raw] {
-        raw->fHttp.listen_after_bind();
-        raw->fFinished = true;
-    });
-    // stop() is ignored until the loop runs, so Start returns only once it does.
-    while (!raw->fHttp.is_running() && !raw->fFinished)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    fPort = http.Serve(kLoopback, aPort);
     fImpl = std::move(impl);
-    fPort = static_cast<std::uint16_t>(port);
     return fPort;
 }
 
@@ -145,8 +123,7 @@ void TLiveView::Stop() {
     if (!fImpl) return;
     // Waiting requests answer first, so no connection thread is still inside a handler when the pool joins.
     fStore.Close();
-    fImpl->fHttp.stop();
-    fImpl->fThread.join();
+    fImpl->fHttp.StopAndJoin();
     fImpl.reset();
     fPort = 0;
 }

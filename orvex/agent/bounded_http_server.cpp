@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <stdexcept>
 #include <string_view>
 
 namespace Orvex {
@@ -189,6 +190,32 @@ TBoundedHttpServer::TBoundedHttpServer() {
         int yes = 1;
         ::setsockopt(aSocket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
     });
+}
+
+TBoundedHttpServer::~TBoundedHttpServer() {
+    StopAndJoin();
+}
+
+std::uint16_t TBoundedHttpServer::Serve(const std::string& aAddress, std::uint16_t aPort) {
+    int port = aPort;
+    if (aPort == 0) {
+        port = bind_to_any_port(aAddress);
+    } else if (!bind_to_port(aAddress, aPort)) {
+        port = -1;
+    }
+    if (port <= 0) throw std::runtime_error("Cannot listen on " + aAddress + ":" + std::to_string(aPort));
+    fThread = std::thread([this] {
+        listen_after_bind();
+        fFinished = true;
+    });
+    // stop() is ignored until the loop runs, so Serve returns only once it does.
+    while (!is_running() && !fFinished) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return static_cast<std::uint16_t>(port);
+}
+
+void TBoundedHttpServer::StopAndJoin() {
+    stop();
+    if (fThread.joinable()) fThread.join();
 }
 
 bool TBoundedHttpServer::process_and_close_socket(socket_t aSocket) {

@@ -3,7 +3,6 @@
 // more than kMaxRequestHeadBytes of request line and headers.
 #include "orvex/agent/mcp_http_listener.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <limits>
@@ -131,8 +130,6 @@ void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Res
 
 struct TMCPHttpListener::TImpl {
     TBoundedHttpServer fHttp;
-    std::thread fThread;
-    std::atomic<bool> fFinished{false};
 };
 
 TMCPHttpListener::TMCPHttpListener(TORXMCPServer& aServer) : fServer(aServer) {}
@@ -172,24 +169,8 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     http.Patch(".*", withBody);
     http.Delete(".*", withBody);
 
-    int port = aPort;
-    if (aPort == 0) {
-        port = http.bind_to_any_port(aAddress);
-    } else if (!http.bind_to_port(aAddress, aPort)) {
-        port = -1;
-    }
-    if (port <= 0) throw std::runtime_error("Cannot listen on " + aAddress + ":" + std::to_string(aPort));
-
-    auto* raw = impl.get();
-    impl->fThread = std::thread([raw] {
-        raw->fHttp.listen_after_bind();
-        raw->fFinished = true;
-    });
-    // stop() is ignored until the loop runs, so Listen returns only once it does.
-    while (!raw->fHttp.is_running() && !raw->fFinished)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    fPort = http.Serve(aAddress, aPort);
     fImpl = std::move(impl);
-    fPort = static_cast<std::uint16_t>(port);
     return fPort;
 }
 
@@ -197,13 +178,14 @@ void TMCPHttpListener::Shutdown(IMainThreadRunner* aRunner) {
     if (!fImpl) return;
     fImpl->fHttp.stop();
     auto* impl = fImpl.get();
-    const auto finished = [impl] { return impl->fFinished.load(); };
+    // Running requests may wait for the main thread, which must keep serving them until the loop ends.
+    const auto finished = [impl] { return impl->fHttp.Finished(); };
     if (aRunner != nullptr) {
         aRunner->Await(finished);
     } else {
         while (!finished()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
-    fImpl->fThread.join();
+    fImpl->fHttp.StopAndJoin();
     fImpl.reset();
     fPort = 0;
 }
