@@ -11,10 +11,8 @@ HERE=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 CHROMIUM=${CHROMIUM:-/usr/bin/chromium}
 SKIP=77
 
-if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
-  echo "SKIP: node and npm are needed for the live view test" >&2
-  exit $SKIP
-fi
+source "$HERE/../node_env.sh"
+require_node "the live view test"
 if [[ ! -x $CHROMIUM ]]; then
   echo "SKIP: $CHROMIUM is missing (Debian packages chromium and chromium-driver)" >&2
   exit $SKIP
@@ -22,14 +20,7 @@ fi
 
 cd "$HERE"
 export PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
-# Install once; reinstall only when the pinned version changes.
-if [[ ! -f node_modules/.orvex-installed || package.json -nt node_modules/.orvex-installed ]]; then
-  if ! timeout 180 npm ci --no-audit --no-fund --loglevel=error >npm-install.log 2>&1; then
-    echo "SKIP: the npm registry cannot be reached (npm ci failed; see tests/live_view/npm-install.log)" >&2
-    exit $SKIP
-  fi
-  touch node_modules/.orvex-installed
-fi
+npm_ci_once
 
 WORK=$(mktemp -d)
 SERVER_PID=

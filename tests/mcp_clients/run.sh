@@ -10,20 +10,11 @@ ORVEX=$(cd "$(dirname "$ORVEX")" && pwd)/$(basename "$ORVEX")
 HERE=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 SKIP=77
 
-if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
-  echo "SKIP: node and npm are needed for the MCP client tests" >&2
-  exit $SKIP
-fi
+source "$HERE/../node_env.sh"
+require_node "the MCP client tests"
 
 cd "$HERE"
-# Install once; reinstall only when the pinned versions change.
-if [[ ! -f node_modules/.orvex-installed || package.json -nt node_modules/.orvex-installed ]]; then
-  if ! timeout 180 npm ci --no-audit --no-fund --loglevel=error >npm-install.log 2>&1; then
-    echo "SKIP: the npm registry cannot be reached (npm ci failed; see tests/mcp_clients/npm-install.log)" >&2
-    exit $SKIP
-  fi
-  touch node_modules/.orvex-installed
-fi
+npm_ci_once
 
 WORK=$(mktemp -d)
 SERVER_PID=
