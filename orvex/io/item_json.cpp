@@ -7,10 +7,18 @@
 #include "orvex/io/json_utils.h"
 
 namespace Orvex {
+namespace {
+
+constexpr std::size_t kWrittenKeysHint = 40;
+
+}  // namespace
 
 TJSON TORXBaseItem::WriteJson() const {
     using U = TJSONUtils;
     TJSON obj = TJSON::object();
+    // Room for the kinds' own keys too, and values set key by key rather than from initializer lists,
+    // which copy each value once more: items are written by the hundred thousand.
+    obj.get_ref<TJSON::object_t&>().reserve(kWrittenKeysHint);
     obj["Type"] = static_cast<int>(fItemType);
     obj["TypeName"] = std::string(NameItem(fItemType));
     obj["InID"] = fInID;
@@ -22,14 +30,19 @@ TJSON TORXBaseItem::WriteJson() const {
         obj["Color"] = U::SetAlphaColor(fColor);
         obj["PenWidth"] = U::BaseToMM(fPenWidth);
     }
-    obj["Options"] = TJSON{{"Visible", fOptions.Contains(TQVLayerOp::lopVisible)},
-                           {"Print", fOptions.Contains(TQVLayerOp::lopPrint)},
-                           {"Selectable", fOptions.Contains(TQVLayerOp::lopSelectable)},
-                           {"Export", fOptions.Contains(TQVLayerOp::lopExport)}};
+    TJSON& options = obj["Options"];
+    options["Visible"] = fOptions.Contains(TQVLayerOp::lopVisible);
+    options["Print"] = fOptions.Contains(TQVLayerOp::lopPrint);
+    options["Selectable"] = fOptions.Contains(TQVLayerOp::lopSelectable);
+    options["Export"] = fOptions.Contains(TQVLayerOp::lopExport);
     const TQVLUnits units = fOwner->Units();
     TJSON points = TJSON::array();
-    for (const auto& p : fPoints)
-        points.push_back(TJSON{{"X", U::BaseToUnit(p.X, units)}, {"Y", U::BaseToUnit(p.Y, units)}});
+    points.get_ref<TJSON::array_t&>().reserve(fPoints.size());
+    for (const auto& p : fPoints) {
+        TJSON& point = points.emplace_back(TJSON::object());
+        point["X"] = U::BaseToUnit(p.X, units);
+        point["Y"] = U::BaseToUnit(p.Y, units);
+    }
     obj["Points"] = std::move(points);
     return obj;
 }

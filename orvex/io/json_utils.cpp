@@ -22,7 +22,14 @@ std::uint8_t Component(const TJSON& obj, std::string_view key) {
 }  // namespace
 
 TJSON TJSONUtils::SetAlphaColor(TAlphaColor color) {
-    return TJSON{{"R", RedOf(color)}, {"G", GreenOf(color)}, {"B", BlueOf(color)}, {"A", AlphaOf(color)}};
+    // Filled key by key: an initializer list copies every value once more, and every item writes colours.
+    TJSON obj = TJSON::object();
+    obj.get_ref<TJSON::object_t&>().reserve(4);
+    obj["R"] = RedOf(color);
+    obj["G"] = GreenOf(color);
+    obj["B"] = BlueOf(color);
+    obj["A"] = AlphaOf(color);
+    return obj;
 }
 
 TAlphaColor TJSONUtils::GetAlphaColor(const TJSON& obj) {
