@@ -1,13 +1,16 @@
 #include "orvex/agent/main_thread.h"
 
-#include <exception>
+#include <optional>
 #include <stdexcept>
+#include <string>
 
 namespace Orvex {
 
 struct TMainThreadQueue::TTask {
     std::function<void()> fBody;
-    std::exception_ptr fError;
+    // What the body threw, as text. The exception itself stays on the main thread: handing it across
+    // with an exception_ptr left its last reference, and its destruction, to whichever thread let go last.
+    std::optional<std::string> fError;
     bool fDone = false;
     bool fDropped = false;
     // Each caller waits on its own task: one shared condition woke every waiting connection at every
@@ -38,7 +41,7 @@ void TMainThreadQueue::RunSync(const std::function<void()>& aTask) {
     fQueued.notify_all();  // only the main thread waits on it
     task->fFinished.wait(lock, [&] { return task->fDone || task->fDropped; });
     if (task->fDropped) throw std::runtime_error("The main thread no longer accepts work");
-    if (task->fError) std::rethrow_exception(task->fError);
+    if (task->fError) throw std::runtime_error(*task->fError);
 }
 
 void TMainThreadQueue::Await(const std::function<bool()>& aDone) {
@@ -63,8 +66,10 @@ std::shared_ptr<TMainThreadQueue::TTask> TMainThreadQueue::TakeTask(std::unique_
 void TMainThreadQueue::Execute(TTask& aTask) {
     try {
         aTask.fBody();
+    } catch (const std::exception& e) {
+        aTask.fError = e.what();
     } catch (...) {
-        aTask.fError = std::current_exception();
+        aTask.fError = "unknown exception";
     }
 }
 
