@@ -7,8 +7,9 @@ TSAN_DIR      ?= build-tsan
 FUZZ_DIR      ?= build-fuzz
 FUZZ_SECONDS  ?= 60
 # The tests that start threads: the MCP server's connections and main-thread hand-off, the intersection
-# worker, the live view. ThreadSanitizer runs these; the rest are single-threaded.
-TSAN_FILTER   ?= MCP*:MainThreadQueue*:IntersectTest*:LiveView*
+# worker, the live view, and `orvex serve` run as a process (built with ThreadSanitizer too). The rest are
+# single-threaded.
+TSAN_FILTER   ?= MCP*:MainThreadQueue*:IntersectTest*:LiveView*:ServeProcess*
 JOBS          ?= $(shell nproc)
 CCACHE        := $(shell command -v ccache 2>/dev/null)
 LAUNCHER      := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE))
@@ -46,8 +47,9 @@ sanitize: deps
 tsan: deps
 	cmake -S . -B $(TSAN_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVEX_TSAN=ON \
 	  -DORVEX_BUILD_BENCH=OFF $(LAUNCHER)
-	cmake --build $(TSAN_DIR) -j $(JOBS) --target orvex_tests
-	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" $(TSAN_DIR)/orvex_tests --gtest_filter='$(TSAN_FILTER)'
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target orvex_tests orvex
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/scripts/tsan.supp" \
+	  $(TSAN_DIR)/orvex_tests --gtest_filter='$(TSAN_FILTER)'
 
 # libFuzzer needs clang and its runtime, which the normal build does not.
 fuzz: deps
