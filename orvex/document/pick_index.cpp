@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "orvex/document/base_item.h"
 
@@ -18,8 +19,20 @@ constexpr std::int64_t kMaxQueryCells = 256;
 constexpr TQVLRect kWholePlane{-(std::int64_t{1} << 60), -(std::int64_t{1} << 60), std::int64_t{1} << 60,
                                std::int64_t{1} << 60};
 
+// Items followed one by one since the build, as a share of the items; past it a build is cheaper than
+// asking them all at every click.
+constexpr std::size_t kMinFollowed = 64;
+constexpr std::size_t kMaxFollowed = 1'024;
+
 bool Reaches(const TQVLRect& e, std::int64_t x, std::int64_t y, std::int64_t reach) {
     return e.Left - reach <= x && x <= e.Right + reach && e.Top - reach <= y && y <= e.Bottom + reach;
+}
+
+TQVLRect ExtentOf(const TORXBaseItem& item) {
+    TQVLRect extent;
+    const bool bounded = item.PickExtent(extent);
+    extent.NormalizeRect();
+    return bounded ? extent : kWholePlane;
 }
 }  // namespace
 
@@ -34,7 +47,10 @@ std::int64_t TPickIndex::CellRow(std::int64_t y) const {
 }
 
 void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) {
+    ++fBuilds;
     fItems.clear();
+    fChanged.clear();
+    fDead = 0;
     fEverywhere.clear();
     fCellStart.clear();
     fCellItems.clear();
@@ -56,6 +72,7 @@ void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) 
             any = true;
         }
         gridded.push_back(bounded);
+        owned->fPickSlot = static_cast<std::int32_t>(fItems.size());
         fItems.push_back(entry);
     }
     fCols = fRows = 0;
@@ -103,13 +120,57 @@ void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) 
     }
 }
 
+std::int32_t TPickIndex::SlotOf(const TORXBaseItem* item) const {
+    // Only compared, never followed: the slot may be left over from an earlier build or another document.
+    const std::int32_t slot = item->fPickSlot;
+    if (slot < 0 || static_cast<std::size_t>(slot) >= fItems.size()) return -1;
+    return fItems[static_cast<std::size_t>(slot)].Item == item ? slot : -1;
+}
+
+bool TPickIndex::WithinBound() const {
+    const std::size_t bound = std::clamp(fItems.size() / 100, kMinFollowed, kMaxFollowed);
+    return fChanged.size() + fDead <= bound;
+}
+
+bool TPickIndex::Changed(const TORXBaseItem* item) {
+    const std::int32_t slot = SlotOf(item);
+    if (slot < 0) return false;
+    TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+    if (entry.State == TState::esChanged) return true;
+    entry.State = TState::esChanged;
+    fChanged.push_back(slot);
+    return WithinBound();
+}
+
+bool TPickIndex::Appended(TORXBaseItem* item) {
+    if (fItems.size() >= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) return false;
+    const auto slot = static_cast<std::int32_t>(fItems.size());
+    item->fPickSlot = slot;
+    fItems.push_back({{}, item, TState::esChanged});
+    fChanged.push_back(slot);
+    return WithinBound();
+}
+
+bool TPickIndex::Removed(const TORXBaseItem* item) {
+    const std::int32_t slot = SlotOf(item);
+    if (slot < 0) return false;
+    TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+    if (entry.State == TState::esChanged) std::erase(fChanged, slot);
+    entry.State = TState::esDead;
+    entry.Item = nullptr;  // the cells and the everywhere list may still name the entry
+    ++fDead;
+    return WithinBound();
+}
+
 TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance,
                                const TAccept& accept) const {
     // Twice the tolerance: a label turned at an angle reaches its tolerance along both of its own axes.
     const std::int64_t reach = 2 * static_cast<std::int64_t>(std::max(tolerance, 0)) + 1;
     const auto hits = [&](std::int32_t i) {
         const TEntry& e = fItems[static_cast<std::size_t>(i)];
-        return Reaches(e.Extent, x, y, reach) && (!accept || accept(*e.Item)) &&
+        if (e.State == TState::esDead) return false;
+        const TQVLRect extent = e.State == TState::esChanged ? ExtentOf(*e.Item) : e.Extent;
+        return Reaches(extent, x, y, reach) && (!accept || accept(*e.Item)) &&
                e.Item->Pick(x, y, tolerance, false);
     };
     std::vector<std::int32_t> candidates;
@@ -129,6 +190,8 @@ TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tole
             }
     }
     candidates.insert(candidates.end(), fEverywhere.begin(), fEverywhere.end());
+    // Changed and appended items wherever they are now; their old cells are passed over by hits.
+    candidates.insert(candidates.end(), fChanged.begin(), fChanged.end());
     // From the top of the paint order down; an item listed in several cells is asked once.
     std::sort(candidates.begin(), candidates.end(), std::greater<>());
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
