@@ -50,6 +50,7 @@ void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) 
     ++fBuilds;
     fItems.clear();
     fChanged.clear();
+    fStale.clear();
     fDead = 0;
     fEverywhere.clear();
     fCellStart.clear();
@@ -136,9 +137,10 @@ bool TPickIndex::Changed(const TORXBaseItem* item) {
     const std::int32_t slot = SlotOf(item);
     if (slot < 0) return false;
     TEntry& entry = fItems[static_cast<std::size_t>(slot)];
-    if (entry.State == TState::esChanged) return true;
-    entry.State = TState::esChanged;
-    fChanged.push_back(slot);
+    if (entry.State == TState::esStale) return true;
+    if (entry.State == TState::esGridded) fChanged.push_back(slot);
+    entry.State = TState::esStale;
+    fStale.push_back(slot);
     return WithinBound();
 }
 
@@ -146,8 +148,9 @@ bool TPickIndex::Appended(TORXBaseItem* item) {
     if (fItems.size() >= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) return false;
     const auto slot = static_cast<std::int32_t>(fItems.size());
     item->fPickSlot = slot;
-    fItems.push_back({{}, item, TState::esChanged});
+    fItems.push_back({{}, item, TState::esStale});
     fChanged.push_back(slot);
+    fStale.push_back(slot);
     return WithinBound();
 }
 
@@ -155,7 +158,7 @@ bool TPickIndex::Removed(const TORXBaseItem* item) {
     const std::int32_t slot = SlotOf(item);
     if (slot < 0) return false;
     TEntry& entry = fItems[static_cast<std::size_t>(slot)];
-    if (entry.State == TState::esChanged) std::erase(fChanged, slot);
+    if (entry.State != TState::esGridded) std::erase(fChanged, slot);  // fStale skips the dead
     entry.State = TState::esDead;
     entry.Item = nullptr;  // the cells and the everywhere list may still name the entry
     ++fDead;
@@ -163,14 +166,20 @@ bool TPickIndex::Removed(const TORXBaseItem* item) {
 }
 
 TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance,
-                               const TAccept& accept) const {
+                               const TAccept& accept) {
+    for (const std::int32_t slot : fStale) {
+        TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+        if (entry.State != TState::esStale) continue;
+        entry.Extent = ExtentOf(*entry.Item);
+        entry.State = TState::esChanged;
+    }
+    fStale.clear();
     // Twice the tolerance: a label turned at an angle reaches its tolerance along both of its own axes.
     const std::int64_t reach = 2 * static_cast<std::int64_t>(std::max(tolerance, 0)) + 1;
     const auto hits = [&](std::int32_t i) {
         const TEntry& e = fItems[static_cast<std::size_t>(i)];
         if (e.State == TState::esDead) return false;
-        const TQVLRect extent = e.State == TState::esChanged ? ExtentOf(*e.Item) : e.Extent;
-        return Reaches(extent, x, y, reach) && (!accept || accept(*e.Item)) &&
+        return Reaches(e.Extent, x, y, reach) && (!accept || accept(*e.Item)) &&
                e.Item->Pick(x, y, tolerance, false);
     };
     std::vector<std::int32_t> candidates;
@@ -190,8 +199,9 @@ TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tole
             }
     }
     candidates.insert(candidates.end(), fEverywhere.begin(), fEverywhere.end());
-    // Changed and appended items wherever they are now; their old cells are passed over by hits.
-    candidates.insert(candidates.end(), fChanged.begin(), fChanged.end());
+    // Changed and appended items wherever they are now; cells listing them from before test the new extent.
+    for (const std::int32_t i : fChanged)
+        if (Reaches(fItems[static_cast<std::size_t>(i)].Extent, x, y, reach)) candidates.push_back(i);
     // From the top of the paint order down; an item listed in several cells is asked once.
     std::sort(candidates.begin(), candidates.end(), std::greater<>());
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());

@@ -23,7 +23,8 @@ class TPickIndex {
     // items in paint order (the last painted lies on top); the index keeps the pointers, not the items.
     void Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items);
     // The topmost item that accept passes (every item without it) and whose Pick takes (x, y).
-    TORXBaseItem* Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, const TAccept& accept) const;
+    // Not const: the extents of the items changed since the last pick are taken first.
+    TORXBaseItem* Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, const TAccept& accept);
     // The following return false when the index cannot follow the edit (an item it does not hold, or too
     // many edits since the build): the caller must then Build again before the next Pick.
     bool Changed(const TORXBaseItem* item);  // the item's extent may have changed; its paint rank did not
@@ -34,7 +35,8 @@ class TPickIndex {
     std::size_t Followed() const { return fChanged.size(); }  // items asked with their current extent
 
   private:
-    enum class TState : std::uint8_t { esGridded, esChanged, esDead };
+    // esChanged entries hold their item's current extent, esStale ones will at the next pick.
+    enum class TState : std::uint8_t { esGridded, esChanged, esStale, esDead };
     struct TEntry {
         TQVLRect Extent;  // no hit lies farther out than this, widened by the query's reach
         TORXBaseItem* Item = nullptr;
@@ -48,6 +50,7 @@ class TPickIndex {
     std::vector<TEntry> fItems;  // in paint order; an entry's index is its rank
     // Entries of changed or appended items, whose stored extent and cells no longer count.
     std::vector<std::int32_t> fChanged;
+    std::vector<std::int32_t> fStale;  // the entries among them whose extent is to be taken again
     std::size_t fDead = 0;
     std::size_t fBuilds = 0;
     // Items on every click: those that cannot bound their hits, and those that span many cells.
