@@ -155,6 +155,12 @@ TEST(PickIndexTest, MovesResizesAndPenWidthsAreFollowedWithoutARebuild) {
     late->BaseMove(0, 0, -20'000, 0, TQVLMoveOpt::moMove, false);
     EXPECT_EQ(doc.ItemAt(1'490'250, 250, kTol), late);
     EXPECT_EQ(doc.ItemAt(1'510'250, 250, kTol), early);
+    // A batch, as the editor makes its edits, flushes its recalculations without a rebuild either.
+    doc.BeginUpdate(true);
+    early->BaseMove(0, 0, 0, 4'000, TQVLMoveOpt::moMove, false);
+    doc.EndUpdate();
+    EXPECT_EQ(doc.ItemAt(1'510'250, 4'250, kTol), early);
+    EXPECT_EQ(doc.ItemAt(1'510'250, 250, kTol), nullptr);
     EXPECT_EQ(doc.PickIndexBuilds(), 1U);
 }
 
