@@ -171,7 +171,7 @@ void TORXBaseItem::SetPointsProp(const TQVLPtoA& points, std::uint16_t property)
 
 void TORXBaseItem::PointsChanged() {
     fChanged = true;
-    fOwner->InvalidatePickIndex();
+    fOwner->InvalidatePickIndex(this);
     UpdateBounds();
 }
 

@@ -157,6 +157,7 @@ public:
 
 protected:
     friend class TORXBaseLabel;  // moves items to the base layer when layers are cleared
+    friend class TPickIndex;     // finds the item's entry without a search
     void PointsChanged();        // bounds and the document's repaint mark after the points moved
 
     std::string fID;
@@ -181,6 +182,7 @@ protected:
     std::int64_t fmx = 0;
     std::int64_t fmy = 0;
     bool fFromPreview = false;
+    std::int32_t fPickSlot = -1;  // the item's entry in the document's pick index, checked before use
 };
 
 }  // namespace Orvex

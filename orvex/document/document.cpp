@@ -122,7 +122,9 @@ TORXBaseItem* TORXBaseLabel::GetPreviewItem(std::int32_t index) const {
 
 void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
     (preview ? fPreviewItems : fItems).emplace_back(item);
-    if (!preview) AddState(TOrvexState::lsModified), InvalidatePickIndex();
+    if (preview) return;
+    AddState(TOrvexState::lsModified);
+    if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(item)) fPickIndexDirty = true;
 }
 
 void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
@@ -137,9 +139,15 @@ void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
     if (index < 0) return;
     if (record) TORXDeleteCmd::AddCommand(item);
     RemoveFromLists(item);
+    // Before the item goes, so that no pick can reach it through the index.
+    if (!fPickIndexDirty && fPickIndex && !fPickIndex->Removed(item)) fPickIndexDirty = true;
     fItems.erase(fItems.begin() + index);
-    InvalidatePickIndex();
-    ChangeState(TOrvexState::lsUpdate);
+    // ChangeState(lsUpdate) without the item, less the rebuild of the pick index that it would ask for.
+    AddState(TOrvexState::lsModified);
+    if (!fNotifyNow)
+        AddState(TOrvexState::lsUpdate);
+    else
+        ChangeValue(TQVChange::chPaint);
 }
 
 void TORXBaseLabel::DeleteSelection() {
@@ -241,6 +249,18 @@ TORXBaseItem* TORXBaseLabel::ItemAt(std::int64_t x, std::int64_t y, std::int32_t
         fPickIndexDirty = false;
     }
     return fPickIndex->Pick(x, y, tolerance, accept);
+}
+
+void TORXBaseLabel::InvalidatePickIndex(const TORXBaseItem* item) {
+    if (fPickIndexDirty || !fPickIndex || fPickIndex->Changed(item)) return;
+    // Preview copies are never picked; anything else the index cannot follow means a build.
+    const bool preview = std::any_of(fPreviewItems.begin(), fPreviewItems.end(),
+                                     [item](const auto& owned) { return owned.get() == item; });
+    if (!preview) fPickIndexDirty = true;
+}
+
+std::size_t TORXBaseLabel::PickIndexBuilds() const {
+    return fPickIndex ? fPickIndex->Builds() : 0;
 }
 
 // [SECTION] Layers

@@ -105,6 +105,8 @@ public:
     TORXBaseItem* ItemAt(std::int64_t x, std::int64_t y, std::int32_t tolerance,
                          const std::function<bool(const TORXBaseItem&)>& accept = nullptr) const;
     void InvalidatePickIndex() { fPickIndexDirty = true; }  // the items' places or order changed
+    void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
+    std::size_t PickIndexBuilds() const;                     // full builds of the pick grid so far
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text

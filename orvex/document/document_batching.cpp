@@ -10,8 +10,6 @@ namespace Orvex {
 // [SECTION] State word
 
 void TORXBaseLabel::AddState(TOrvexState state) {
-    // Every edit passes here (through ChangeState or directly), so the pick index learns of it here.
-    InvalidatePickIndex();
     const auto bit = static_cast<unsigned>(state);
     if (bit <= 15) fState = static_cast<std::uint16_t>(fState | (1U << bit));
 }
@@ -27,6 +25,11 @@ bool TORXBaseLabel::HasState(TOrvexState state) const {
 }
 
 void TORXBaseLabel::ChangeState(TOrvexState state, TORXBaseItem* item) {
+    // Every edit passes here, so the pick index learns of it here: of the one item when it is named.
+    if (item != nullptr)
+        InvalidatePickIndex(item);
+    else
+        InvalidatePickIndex();
     switch (state) {
         case TOrvexState::lsModified:
             AddState(TOrvexState::lsModified);
@@ -72,8 +75,10 @@ void TORXBaseLabel::CalcPending() {
     // A recalculation may queue more items; take the list first so the walk stays valid.
     std::vector<TORXBaseItem*> pending;
     pending.swap(fPendingCalc);
-    if (!pending.empty()) InvalidatePickIndex();
-    for (TORXBaseItem* item : pending) item->CalcValues(2);
+    for (TORXBaseItem* item : pending) {
+        InvalidatePickIndex(item);
+        item->CalcValues(2);
+    }
 }
 
 // [SECTION] Batches and reads
@@ -109,6 +114,7 @@ void TORXBaseLabel::Flush() {
 }
 
 void TORXBaseLabel::BeginRead(bool paste) {
+    InvalidatePickIndex();  // a read or a paste changes items in bulk
     if (!paste) {
         fNextID = 1;
         ResetRefLines();
@@ -129,6 +135,7 @@ void TORXBaseLabel::EndRead(bool notifyUnits) {
     RemoveState(TOrvexState::lsPaste);
     RemoveState(TOrvexState::lsUpdating);
     RemoveState(TOrvexState::lsReading);
+    InvalidatePickIndex();
     AssignSymbolAndFlowLinks();
     CalcPending();
     SortItemsZLayer();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "orvex/document/base_item.h"
 
@@ -18,8 +19,20 @@ constexpr std::int64_t kMaxQueryCells = 256;
 constexpr TQVLRect kWholePlane{-(std::int64_t{1} << 60), -(std::int64_t{1} << 60), std::int64_t{1} << 60,
                                std::int64_t{1} << 60};
 
+// Items followed one by one since the build, as a share of the items; past it a build is cheaper than
+// asking them all at every click.
+constexpr std::size_t kMinFollowed = 64;
+constexpr std::size_t kMaxFollowed = 1'024;
+
 bool Reaches(const TQVLRect& e, std::int64_t x, std::int64_t y, std::int64_t reach) {
     return e.Left - reach <= x && x <= e.Right + reach && e.Top - reach <= y && y <= e.Bottom + reach;
+}
+
+TQVLRect ExtentOf(const TORXBaseItem& item) {
+    TQVLRect extent;
+    const bool bounded = item.PickExtent(extent);
+    extent.NormalizeRect();
+    return bounded ? extent : kWholePlane;
 }
 }  // namespace
 
@@ -34,7 +47,11 @@ std::int64_t TPickIndex::CellRow(std::int64_t y) const {
 }
 
 void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) {
+    ++fBuilds;
     fItems.clear();
+    fChanged.clear();
+    fStale.clear();
+    fDead = 0;
     fEverywhere.clear();
     fCellStart.clear();
     fCellItems.clear();
@@ -56,6 +73,7 @@ void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) 
             any = true;
         }
         gridded.push_back(bounded);
+        owned->fPickSlot = static_cast<std::int32_t>(fItems.size());
         fItems.push_back(entry);
     }
     fCols = fRows = 0;
@@ -103,12 +121,64 @@ void TPickIndex::Build(const std::vector<std::unique_ptr<TORXBaseItem>>& items) 
     }
 }
 
+std::int32_t TPickIndex::SlotOf(const TORXBaseItem* item) const {
+    // Only compared, never followed: the slot may be left over from an earlier build or another document.
+    const std::int32_t slot = item->fPickSlot;
+    if (slot < 0 || static_cast<std::size_t>(slot) >= fItems.size()) return -1;
+    return fItems[static_cast<std::size_t>(slot)].Item == item ? slot : -1;
+}
+
+bool TPickIndex::WithinBound() const {
+    const std::size_t bound = std::clamp(fItems.size() / 100, kMinFollowed, kMaxFollowed);
+    return fChanged.size() + fDead <= bound;
+}
+
+bool TPickIndex::Changed(const TORXBaseItem* item) {
+    const std::int32_t slot = SlotOf(item);
+    if (slot < 0) return false;
+    TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+    if (entry.State == TState::esStale) return true;
+    if (entry.State == TState::esGridded) fChanged.push_back(slot);
+    entry.State = TState::esStale;
+    fStale.push_back(slot);
+    return WithinBound();
+}
+
+bool TPickIndex::Appended(TORXBaseItem* item) {
+    if (fItems.size() >= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) return false;
+    const auto slot = static_cast<std::int32_t>(fItems.size());
+    item->fPickSlot = slot;
+    fItems.push_back({{}, item, TState::esStale});
+    fChanged.push_back(slot);
+    fStale.push_back(slot);
+    return WithinBound();
+}
+
+bool TPickIndex::Removed(const TORXBaseItem* item) {
+    const std::int32_t slot = SlotOf(item);
+    if (slot < 0) return false;
+    TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+    if (entry.State != TState::esGridded) std::erase(fChanged, slot);  // fStale skips the dead
+    entry.State = TState::esDead;
+    entry.Item = nullptr;  // the cells and the everywhere list may still name the entry
+    ++fDead;
+    return WithinBound();
+}
+
 TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance,
-                               const TAccept& accept) const {
+                               const TAccept& accept) {
+    for (const std::int32_t slot : fStale) {
+        TEntry& entry = fItems[static_cast<std::size_t>(slot)];
+        if (entry.State != TState::esStale) continue;
+        entry.Extent = ExtentOf(*entry.Item);
+        entry.State = TState::esChanged;
+    }
+    fStale.clear();
     // Twice the tolerance: a label turned at an angle reaches its tolerance along both of its own axes.
     const std::int64_t reach = 2 * static_cast<std::int64_t>(std::max(tolerance, 0)) + 1;
     const auto hits = [&](std::int32_t i) {
         const TEntry& e = fItems[static_cast<std::size_t>(i)];
+        if (e.State == TState::esDead) return false;
         return Reaches(e.Extent, x, y, reach) && (!accept || accept(*e.Item)) &&
                e.Item->Pick(x, y, tolerance, false);
     };
@@ -129,6 +199,9 @@ TORXBaseItem* TPickIndex::Pick(std::int64_t x, std::int64_t y, std::int32_t tole
             }
     }
     candidates.insert(candidates.end(), fEverywhere.begin(), fEverywhere.end());
+    // Changed and appended items wherever they are now; cells listing them from before test the new extent.
+    for (const std::int32_t i : fChanged)
+        if (Reaches(fItems[static_cast<std::size_t>(i)].Extent, x, y, reach)) candidates.push_back(i);
     // From the top of the paint order down; an item listed in several cells is asked once.
     std::sort(candidates.begin(), candidates.end(), std::greater<>());
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());

@@ -105,6 +105,125 @@ TEST(PickIndexTest, HiddenLayersAndUnboundedKindsAreHonoured) {
         }
 }
 
+// Clicks on a row of short lines and around the given places must find what the walk finds.
+void ExpectSameAsWalk(const TORXBaseLabel& doc, const std::vector<TQVLPto>& around) {
+    for (const TQVLPto& p : around)
+        for (std::int64_t dx = -600; dx <= 600; dx += 150)
+            for (std::int64_t dy = -600; dy <= 600; dy += 150) {
+                SCOPED_TRACE(std::to_string(p.X + dx) + "," + std::to_string(p.Y + dy));
+                ASSERT_EQ(doc.ItemAt(p.X + dx, p.Y + dy, kTol, Visible),
+                          WalkDown(doc, p.X + dx, p.Y + dy, kTol));
+            }
+}
+
+void AddRow(TORXBaseLabel& doc, int count) {
+    for (int i = 0; i < count; ++i) Add(doc, TQVLItemType::itLine, i * 1'000, 0, i * 1'000 + 500, 500);
+}
+
+TEST(PickIndexTest, MovesResizesAndPenWidthsAreFollowedWithoutARebuild) {
+    TORXHeadlessLabel doc;
+    AddRow(doc, 2'000);
+    ASSERT_EQ(doc.ItemAt(10'250, 250, kTol), doc.GetItem(10));
+    ASSERT_EQ(doc.PickIndexBuilds(), 1U);
+    std::vector<TQVLPto> places;
+    for (int i = 0; i < 40; ++i) {
+        TORXBaseItem* line = doc.GetItem(i * 7);
+        places.push_back(line->GetPoint(1));
+        switch (i % 3) {
+            case 0:  // onto the next line but one, below it in the paint order unless it comes later
+                line->BaseMove(0, 0, 2'000, 0, TQVLMoveOpt::moMove, false);
+                break;
+            case 1:
+                line->BaseMove(0, 0, 0, 3'000, TQVLMoveOpt::moResize, false);
+                break;
+            default:
+                line->SetPenWidth(900);
+                break;
+        }
+        places.push_back(line->GetPoint(1));
+        places.push_back(line->GetPoint(2));
+        // The same item twice is still one followed item.
+        if (i == 0) line->BaseMove(0, 0, 0, 100, TQVLMoveOpt::moMove, false);
+    }
+    ExpectSameAsWalk(doc, places);
+    EXPECT_EQ(doc.PickIndexBuilds(), 1U);
+    // A line moved onto a later one lies below it; one moved onto an earlier one lies above it.
+    TORXBaseItem* early = doc.GetItem(1'500);
+    TORXBaseItem* late = doc.GetItem(1'510);
+    early->BaseMove(0, 0, 10'000, 0, TQVLMoveOpt::moMove, false);
+    EXPECT_EQ(doc.ItemAt(1'510'250, 250, kTol), late);
+    late->BaseMove(0, 0, -20'000, 0, TQVLMoveOpt::moMove, false);
+    EXPECT_EQ(doc.ItemAt(1'490'250, 250, kTol), late);
+    EXPECT_EQ(doc.ItemAt(1'510'250, 250, kTol), early);
+    // A batch, as the editor makes its edits, flushes its recalculations without a rebuild either.
+    doc.BeginUpdate(true);
+    early->BaseMove(0, 0, 0, 4'000, TQVLMoveOpt::moMove, false);
+    doc.EndUpdate();
+    EXPECT_EQ(doc.ItemAt(1'510'250, 4'250, kTol), early);
+    EXPECT_EQ(doc.ItemAt(1'510'250, 250, kTol), nullptr);
+    EXPECT_EQ(doc.PickIndexBuilds(), 1U);
+}
+
+TEST(PickIndexTest, AddedThenMovedThenDeletedItemsAreFollowedWithoutARebuild) {
+    TORXHeadlessLabel doc;
+    AddRow(doc, 2'000);
+    TORXBaseItem* under = doc.GetItem(20);
+    ASSERT_EQ(doc.ItemAt(20'250, 250, kTol), under);
+    // A new line across the old one paints above it.
+    TORXBaseItem* added = Add(doc, TQVLItemType::itLine, 20'000, 0, 20'500, 500);
+    EXPECT_EQ(doc.ItemAt(20'250, 250, kTol), added);
+    added->BaseMove(0, 0, 0, 5'000, TQVLMoveOpt::moMove, false);
+    EXPECT_EQ(doc.ItemAt(20'250, 250, kTol), under);
+    EXPECT_EQ(doc.ItemAt(20'250, 5'250, kTol), added);
+    // A second new one above the first.
+    TORXBaseItem* second = Add(doc, TQVLItemType::itLine, 20'000, 5'000, 20'500, 5'500);
+    EXPECT_EQ(doc.ItemAt(20'250, 5'250, kTol), second);
+    doc.DeleteItem(second, true);
+    EXPECT_EQ(doc.ItemAt(20'250, 5'250, kTol), added);
+    doc.DeleteItem(added, true);
+    EXPECT_EQ(doc.ItemAt(20'250, 5'250, kTol), nullptr);
+    // Deleting an item of the grid, moved or not, leaves nothing behind at either place.
+    TORXBaseItem* moved = doc.GetItem(30);
+    moved->BaseMove(0, 0, 0, 8'000, TQVLMoveOpt::moMove, false);
+    doc.DeleteItem(moved, true);
+    doc.DeleteItem(under, true);
+    EXPECT_EQ(doc.ItemAt(30'250, 8'250, kTol), nullptr);
+    EXPECT_EQ(doc.ItemAt(20'250, 250, kTol), nullptr);
+    EXPECT_EQ(doc.ItemAt(21'250, 250, kTol), doc.GetItem(20));
+    EXPECT_EQ(doc.PickIndexBuilds(), 1U);
+    ExpectSameAsWalk(doc, {{20'000, 0}, {30'000, 8'000}, {40'000, 0}});
+}
+
+TEST(PickIndexTest, ZOrderAndUndoStillRebuildAndTooManyEditsForceIt) {
+    TORXHeadlessLabel doc;
+    AddRow(doc, 2'000);  // the bound for 2,000 items is the floor of 64
+    ASSERT_NE(doc.ItemAt(250, 250, kTol), nullptr);
+    std::vector<TQVLPto> places;
+    for (int i = 0; i < 64; ++i) {
+        doc.GetItem(i)->BaseMove(0, 0, 0, 2'000, TQVLMoveOpt::moMove, false);
+        places.push_back(doc.GetItem(i)->GetPoint(1));
+    }
+    EXPECT_NE(doc.ItemAt(250, 2'250, kTol), nullptr);
+    EXPECT_EQ(doc.PickIndexBuilds(), 1U);
+    doc.GetItem(64)->BaseMove(0, 0, 0, 2'000, TQVLMoveOpt::moMove, false);
+    EXPECT_EQ(doc.ItemAt(64'250, 2'250, kTol), doc.GetItem(64));
+    EXPECT_EQ(doc.PickIndexBuilds(), 2U);
+    ExpectSameAsWalk(doc, places);
+
+    doc.Undo();
+    EXPECT_EQ(doc.ItemAt(64'250, 250, kTol), doc.GetItem(64));
+    EXPECT_EQ(doc.PickIndexBuilds(), 3U);
+    doc.SelectItem(doc.GetItem(0), false);
+    doc.BringToFront();
+    EXPECT_EQ(doc.ItemAt(250, 2'250, kTol), doc.GetItem(1'999));
+    EXPECT_EQ(doc.PickIndexBuilds(), 4U);
+    // Deletes count towards the bound as well. The first line is on top now, so index 100 holds line 101.
+    for (int i = 0; i < 70; ++i) doc.DeleteItem(doc.GetItem(100), true);
+    EXPECT_EQ(doc.ItemAt(170'250, 250, kTol), nullptr);
+    EXPECT_EQ(doc.ItemAt(171'250, 250, kTol), doc.GetItem(100));
+    EXPECT_EQ(doc.PickIndexBuilds(), 5U);
+}
+
 // Random items of the common kinds, random edits and undo and redo; after each, clicks near items and
 // anywhere must find what the walk finds.
 TEST(PickIndexTest, RandomEditsKeepTheIndexEqualToTheWalk) {
@@ -187,6 +306,8 @@ TEST(PickIndexTest, RandomEditsKeepTheIndexEqualToTheWalk) {
             ASSERT_EQ(doc.ItemAt(x, y, tol, Visible), WalkDown(doc, x, y, tol));
         }
     }
+    // Adds, deletes, moves and pen widths were followed; undo, redo and the paint order rebuilt.
+    EXPECT_LT(doc.PickIndexBuilds(), 100U);
 }
 
 }  // namespace
