@@ -17,11 +17,11 @@ inline constexpr int kExitInvalid = 1;  // the input was read but is invalid, or
 inline constexpr int kExitUsage = 2;    // usage or I/O error
 
 class TCommandRegistry {
-public:
+  public:
     void Add(CLI::App* sub, std::function<int()> run) { fCommands.emplace_back(sub, std::move(run)); }
     int Run(const CLI::App& app) const;  // runs the chosen subcommand
 
-private:
+  private:
     std::vector<std::pair<CLI::App*, std::function<int()>>> fCommands;
 };
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "cli/commands.h"
-#include "orvex/diagrams/diagram_parse.h"
 #include "cli/convert_picture.h"
+#include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 
@@ -71,9 +71,9 @@ int Convert(const TConvertArgs& args) {
 
 void RegisterConvert(CLI::App& app, TCommandRegistry& commands) {
     auto args = std::make_shared<TConvertArgs>();
-    auto* sub = app.add_subcommand(
-        "convert",
-        "Read a drawing (.json) or a diagram (.mmd, .puml) and write it as .json (indented), .svg, .png or .pdf");
+    auto* sub = app.add_subcommand("convert",
+                                   "Read a drawing (.json) or a diagram (.mmd, .puml) and write it as .json "
+                                   "(indented), .svg, .png or .pdf");
     sub->add_option("input", args->Input, "Drawing or diagram to read")->required();
     sub->add_option("-o,--output", args->Output, "File to write: .json, .svg, .png or .pdf")->required();
     sub->add_option("--dpi", args->Picture.Dpi, "Resolution of a PNG, pixels per inch")->default_val(96);

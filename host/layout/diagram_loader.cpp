@@ -120,7 +120,8 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
 }
 
 // An edge's label, centred on its route over a white ground, so that the line does not run through it.
-void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text, const TTextMeasure& measure) {
+void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text,
+                  const TTextMeasure& measure) {
     auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
     if (item == nullptr) return;
     const TLayoutSize size = measure(text);

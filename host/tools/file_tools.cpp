@@ -91,12 +91,12 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
             {{"path", RelativeName(aOptions, *file)}, {"format", aFormat}, {"bytes", bytes.size()}});
     }
     const std::string encoded = Qvl::Utils::Base64Encode(data);
-    TJSON content = aFormat == "png"
-                        ? TJSON{{"type", "image"}, {"data", encoded}, {"mimeType", "image/png"}}
-                        : TJSON{{"type", "resource"},
-                                {"resource", {{"uri", "orvex://drawing.pdf"},
-                                              {"mimeType", "application/pdf"},
-                                              {"blob", encoded}}}};
+    TJSON content =
+        aFormat == "png"
+            ? TJSON{{"type", "image"}, {"data", encoded}, {"mimeType", "image/png"}}
+            : TJSON{{"type", "resource"},
+                    {"resource",
+                     {{"uri", "orvex://drawing.pdf"}, {"mimeType", "application/pdf"}, {"blob", encoded}}}};
     return {{"content", TJSON::array({std::move(content)})}};
 }
 
@@ -177,8 +177,8 @@ void RegisterFileTools(TToolRegistry& aRegistry) {
                       {"format", EnumProp("Diagram language; auto detects it. Default auto.",
                                           {"auto", "mermaid", "plantuml"})},
                       {"preview", BoolProp("Also return a PNG picture of the result. Default false.")},
-                      {"max_bytes", IntegerProp("Largest preview PNG, in bytes. Default 750000.", 10'000,
-                                                10'000'000)}},
+                      {"max_bytes",
+                       IntegerProp("Largest preview PNG, in bytes. Default 750000.", 10'000, 10'000'000)}},
                      {"text"}),
         LoadDiagram);
     aRegistry.Add(

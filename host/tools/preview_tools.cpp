@@ -37,11 +37,12 @@ TJSON AppendPreview(const TORXBaseLabel& aDoc, double aScale, std::int64_t aMaxB
             throw EToolArgument(fmt::format("even a small preview takes {} bytes, more than max_bytes {}",
                                             png.size(), aMaxBytes));
         // PNG size grows roughly with the pixel count, so the side shrinks with the square root.
-        scale = std::max(kSmallestScale,
-                         scale * 0.9 * std::sqrt(static_cast<double>(aMaxBytes) / static_cast<double>(png.size())));
+        scale = std::max(
+            kSmallestScale,
+            scale * 0.9 * std::sqrt(static_cast<double>(aMaxBytes) / static_cast<double>(png.size())));
     }
-    const std::string data = Qvl::Utils::Base64Encode(
-        std::string_view(reinterpret_cast<const char*>(png.data()), png.size()));
+    const std::string data =
+        Qvl::Utils::Base64Encode(std::string_view(reinterpret_cast<const char*>(png.data()), png.size()));
     aResult["content"].push_back({{"type", "image"}, {"data", data}, {"mimeType", "image/png"}});
     return {{"format", "png"},
             {"scale", std::round(scale * 1000.0) / 1000.0},
@@ -56,8 +57,8 @@ void RegisterPreviewTools(TToolRegistry& aRegistry) {
         "or unreadable text, arrows). 96 dpi times scale; the picture is shrunk until it fits max_bytes. "
         "Returns the image and {format, scale, item_count, byte_size}.",
         ObjectSchema({{"scale", NumberProp("Zoom of the picture, 1 = 96 dpi. Default 1.", 0.05, 4.0)},
-                      {"max_bytes", IntegerProp("Largest PNG to return, in bytes. Default 750000.", 10'000,
-                                                10'000'000)}}),
+                      {"max_bytes",
+                       IntegerProp("Largest PNG to return, in bytes. Default 750000.", 10'000, 10'000'000)}}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             TJSON result = {{"content", TJSON::array()}};
             TJSON info = AppendPreview(aDoc, aArgs.value("scale", 1.0),

@@ -31,7 +31,7 @@ void RegisterItemTools(TToolRegistry& aRegistry);      // the add_ tools
 void RegisterItemEditTools(TToolRegistry& aRegistry);  // modify_item, delete_item
 void RegisterLayerTools(TToolRegistry& aRegistry);
 void RegisterFileTools(TToolRegistry& aRegistry);
-void RegisterEditTools(TToolRegistry& aRegistry);  // clear, batching, undo and redo
+void RegisterEditTools(TToolRegistry& aRegistry);     // clear, batching, undo and redo
 void RegisterPreviewTools(TToolRegistry& aRegistry);  // render_preview
 
 }  // namespace Orvex::Host

@@ -19,8 +19,8 @@ class IMainThreadRunner {
     virtual ~IMainThreadRunner() = default;
 
     // Runs aTask on the main thread and returns when it has finished; an exception aTask throws reaches
-    // the caller as a std::runtime_error with the same message. Throws std::runtime_error when the main thread no longer takes work. Called from any
-    // thread; from the main thread itself it runs aTask at once.
+    // the caller as a std::runtime_error with the same message. Throws std::runtime_error when the main
+    // thread no longer takes work. Called from any thread; from the main thread itself it runs aTask at once.
     virtual void RunSync(const std::function<void()>& aTask) = 0;
 
     // On the main thread: keeps serving RunSync until aDone() holds, so that the main thread can wait for

@@ -189,14 +189,14 @@ class TORXMCPServer {
 
     IMainThreadRunner* fRunner = nullptr;
     TMCPDocumentHooks fHooks;
-    std::mutex fInlineMutex;                // serialises tools when no runner is set
-    mutable std::shared_mutex fToolsMutex;  // fTools, fToolsGeneration
-    std::uint64_t fToolsGeneration = 0;     // advances with every registration
-    mutable std::mutex fToolsTextMutex;     // fToolsText, fToolsTextGeneration
+    std::mutex fInlineMutex;                                // serialises tools when no runner is set
+    mutable std::shared_mutex fToolsMutex;                  // fTools, fToolsGeneration
+    std::uint64_t fToolsGeneration = 0;                     // advances with every registration
+    mutable std::mutex fToolsTextMutex;                     // fToolsText, fToolsTextGeneration
     mutable std::shared_ptr<const std::string> fToolsText;  // the tools array of tools/list, compact
     mutable std::uint64_t fToolsTextGeneration = 0;
-    mutable std::mutex fStateMutex;         // fSessionId, fProtocolVersion
-    mutable std::mutex fLogMutex;           // fOnLog
+    mutable std::mutex fStateMutex;  // fSessionId, fProtocolVersion
+    mutable std::mutex fLogMutex;    // fOnLog
 };
 
 }  // namespace Orvex

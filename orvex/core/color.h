@@ -22,16 +22,26 @@ using Qvl::Types::TColor;
 constexpr TAlphaColor AlphaColor(std::uint8_t r, std::uint8_t g, std::uint8_t b, std::uint8_t a = 255) {
     return (TAlphaColor{a} << 24) | (TAlphaColor{r} << 16) | (TAlphaColor{g} << 8) | TAlphaColor{b};
 }
-constexpr std::uint8_t AlphaOf(TAlphaColor c) { return static_cast<std::uint8_t>(c >> 24); }
-constexpr std::uint8_t RedOf(TAlphaColor c) { return static_cast<std::uint8_t>(c >> 16); }
-constexpr std::uint8_t GreenOf(TAlphaColor c) { return static_cast<std::uint8_t>(c >> 8); }
-constexpr std::uint8_t BlueOf(TAlphaColor c) { return static_cast<std::uint8_t>(c); }
+constexpr std::uint8_t AlphaOf(TAlphaColor c) {
+    return static_cast<std::uint8_t>(c >> 24);
+}
+constexpr std::uint8_t RedOf(TAlphaColor c) {
+    return static_cast<std::uint8_t>(c >> 16);
+}
+constexpr std::uint8_t GreenOf(TAlphaColor c) {
+    return static_cast<std::uint8_t>(c >> 8);
+}
+constexpr std::uint8_t BlueOf(TAlphaColor c) {
+    return static_cast<std::uint8_t>(c);
+}
 
 constexpr TAlphaColor ColorToTAlphaColor(TColor c, std::uint8_t alpha) {
     return AlphaColor(static_cast<std::uint8_t>(c), static_cast<std::uint8_t>(c >> 8),
                       static_cast<std::uint8_t>(c >> 16), alpha);
 }
-constexpr TAlphaColor ColorToAlphaColor(TColor c) { return ColorToTAlphaColor(c, 255); }
+constexpr TAlphaColor ColorToAlphaColor(TColor c) {
+    return ColorToTAlphaColor(c, 255);
+}
 constexpr TColor AlphaColorToColor(TAlphaColor c) {  // drops the alpha
     return TColor{RedOf(c)} | (TColor{GreenOf(c)} << 8) | (TColor{BlueOf(c)} << 16);
 }

@@ -23,8 +23,8 @@ std::int64_t SaturatingToInt64(double x) {
 
 std::int32_t RoundToInt32(double x) {
     const std::int64_t r = RoundHalfEven(x);
-    return static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(r, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(r, std::numeric_limits<std::int32_t>::min(),
+                                                              std::numeric_limits<std::int32_t>::max()));
 }
 
 }  // namespace
@@ -40,7 +40,9 @@ std::int64_t QVRound(float x) {
     return SaturatingToInt64(value - whole >= 0.5 ? whole + 1.0 : whole);
 }
 
-std::int64_t MathRound(double x) { return SaturatingToInt64(std::round(x)); }
+std::int64_t MathRound(double x) {
+    return SaturatingToInt64(std::round(x));
+}
 
 std::int32_t MulDiv(std::int32_t a, std::int32_t b, std::int32_t c) {
     if (c == 0) return -1;
@@ -50,7 +52,8 @@ std::int32_t MulDiv(std::int32_t a, std::int32_t b, std::int32_t c) {
     // Half away from zero: compare twice the remainder with the divisor, both as magnitudes.
     if (2 * std::llabs(remainder) >= std::llabs(static_cast<std::int64_t>(c)))
         quotient += ((product < 0) != (c < 0)) ? -1 : 1;
-    if (quotient > std::numeric_limits<std::int32_t>::max() || quotient < std::numeric_limits<std::int32_t>::min())
+    if (quotient > std::numeric_limits<std::int32_t>::max() ||
+        quotient < std::numeric_limits<std::int32_t>::min())
         return -1;
     return static_cast<std::int32_t>(quotient);
 }
@@ -74,7 +77,9 @@ float Distance(float x1, float y1, float x2, float y2) {
     return static_cast<float>(std::hypot(static_cast<double>(x2) - x1, static_cast<double>(y2) - y1));
 }
 
-bool SamePoint(float a, float b) { return std::fabs(a - b) < 0.0001f; }
+bool SamePoint(float a, float b) {
+    return std::fabs(a - b) < 0.0001f;
+}
 
 double Median(std::span<const double> values) {
     if (values.empty()) return 0.0;

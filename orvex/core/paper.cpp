@@ -41,7 +41,9 @@ constexpr std::array<TQVLPaperSize, 27> kPapers{{
 
 }  // namespace
 
-std::span<const TQVLPaperSize> PaperSizes() { return kPapers; }
+std::span<const TQVLPaperSize> PaperSizes() {
+    return kPapers;
+}
 
 std::int32_t GetPaperSize(std::string_view name, float& width, float& height) {
     for (const auto& paper : kPapers) {
@@ -54,6 +56,8 @@ std::int32_t GetPaperSize(std::string_view name, float& width, float& height) {
     return -1;
 }
 
-std::int32_t UserPaperIndex() { return static_cast<std::int32_t>(kPapers.size()) - 1; }
+std::int32_t UserPaperIndex() {
+    return static_cast<std::int32_t>(kPapers.size()) - 1;
+}
 
 }  // namespace Qvl::Utils

@@ -103,10 +103,16 @@ struct TQVLBPoint {
     constexpr void InValid() { X = kInvalid, Y = kInvalid; }                // marks the point as not set
     constexpr bool IsValid() const { return X != kInvalid && Y != kInvalid; }
 
-    friend constexpr TQVLBPoint operator+(const TQVLBPoint& a, const TQVLBPoint& b) { return {a.X + b.X, a.Y + b.Y}; }
-    friend constexpr TQVLBPoint operator-(const TQVLBPoint& a, const TQVLBPoint& b) { return {a.X - b.X, a.Y - b.Y}; }
+    friend constexpr TQVLBPoint operator+(const TQVLBPoint& a, const TQVLBPoint& b) {
+        return {a.X + b.X, a.Y + b.Y};
+    }
+    friend constexpr TQVLBPoint operator-(const TQVLBPoint& a, const TQVLBPoint& b) {
+        return {a.X - b.X, a.Y - b.Y};
+    }
     friend constexpr TQVLBPoint operator-(const TQVLBPoint& a) { return {-a.X, -a.Y}; }
-    friend constexpr TQVLBPoint operator*(const TQVLBPoint& a, const TQVLBPoint& b) { return {a.X * b.X, a.Y * b.Y}; }
+    friend constexpr TQVLBPoint operator*(const TQVLBPoint& a, const TQVLBPoint& b) {
+        return {a.X * b.X, a.Y * b.Y};
+    }
     // Scaling rounds half to even.
     friend TQVLBPoint operator*(const TQVLBPoint& a, float f);
     friend TQVLBPoint operator*(float f, const TQVLBPoint& a) { return a * f; }

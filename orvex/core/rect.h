@@ -46,7 +46,9 @@ struct TQVLRect {
     constexpr void Inflate(std::int64_t l, std::int64_t t, std::int64_t r, std::int64_t b) {
         Left -= l, Top -= t, Right += r, Bottom += b;
     }
-    constexpr void Offset(std::int64_t dx, std::int64_t dy) { Left += dx, Top += dy, Right += dx, Bottom += dy; }
+    constexpr void Offset(std::int64_t dx, std::int64_t dy) {
+        Left += dx, Top += dy, Right += dx, Bottom += dy;
+    }
 
     constexpr bool IsEmpty() const { return Right <= Left || Bottom <= Top; }
     static constexpr TQVLRect Empty() { return {}; }

@@ -60,7 +60,9 @@ std::string_view TRegexMatch::Group(std::size_t index) const {
     return fSubject.substr(fSpans[index].Start, fSpans[index].End - fSpans[index].Start);
 }
 
-bool TRegexMatch::Matched(std::size_t index) const { return index < fSpans.size() && fSpans[index].Start != npos; }
+bool TRegexMatch::Matched(std::size_t index) const {
+    return index < fSpans.size() && fSpans[index].Start != npos;
+}
 
 std::string_view TRegexMatch::Named(std::string_view name) const {
     if (fRegex == nullptr) return {};
@@ -74,21 +76,25 @@ bool TRegexMatch::MatchedNamed(std::string_view name) const {
     return number >= 0 && Matched(static_cast<std::size_t>(number));
 }
 
-std::size_t TRegexMatch::Start(std::size_t index) const { return Matched(index) ? fSpans[index].Start : npos; }
-std::size_t TRegexMatch::End(std::size_t index) const { return Matched(index) ? fSpans[index].End : npos; }
+std::size_t TRegexMatch::Start(std::size_t index) const {
+    return Matched(index) ? fSpans[index].Start : npos;
+}
+std::size_t TRegexMatch::End(std::size_t index) const {
+    return Matched(index) ? fSpans[index].End : npos;
+}
 
 namespace {
 
 pcre2_code* CompileOrThrow(const std::string& pattern, std::uint32_t options) {
     int error = 0;
     PCRE2_SIZE errorOffset = 0;
-    pcre2_code* code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options, &error,
-                                     &errorOffset, nullptr);
+    pcre2_code* code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
+                                     &error, &errorOffset, nullptr);
     if (code == nullptr) {
         PCRE2_UCHAR message[256];
         pcre2_get_error_message(error, message, sizeof message);
-        throw std::invalid_argument("regular expression /" + pattern + "/ at offset " + std::to_string(errorOffset) +
-                                    ": " + reinterpret_cast<char*>(message));
+        throw std::invalid_argument("regular expression /" + pattern + "/ at offset " +
+                                    std::to_string(errorOffset) + ": " + reinterpret_cast<char*>(message));
     }
     return code;
 }
@@ -177,7 +183,9 @@ bool TRegex::Match(std::string_view subject, TRegexMatch& match, std::size_t off
     return Run(subject, offset, false, &match);
 }
 
-bool TRegex::Match(std::string_view subject, std::size_t offset) const { return Run(subject, offset, false, nullptr); }
+bool TRegex::Match(std::string_view subject, std::size_t offset) const {
+    return Run(subject, offset, false, nullptr);
+}
 
 bool TRegex::MatchAt(std::string_view subject, std::size_t offset, TRegexMatch& match) const {
     return Run(subject, offset, true, &match);
@@ -195,7 +203,8 @@ std::vector<TRegexMatch> TRegex::MatchAll(std::string_view subject) const {
             offset = end;
         } else {  // an empty match: step one whole UTF-8 character on
             offset = end + 1;
-            while (offset < subject.size() && (static_cast<unsigned char>(subject[offset]) & 0xC0) == 0x80) ++offset;
+            while (offset < subject.size() && (static_cast<unsigned char>(subject[offset]) & 0xC0) == 0x80)
+                ++offset;
         }
     }
     return all;

@@ -27,7 +27,7 @@ class TRegex;
 
 // The captures of the last successful match. They point into the subject, which must outlive them.
 class TRegexMatch {
-public:
+  public:
     std::string_view Group(std::size_t index) const;  // empty when the group did not take part
     bool Matched(std::size_t index) const;            // the group took part in the match
     std::string_view Named(std::string_view name) const;
@@ -36,7 +36,7 @@ public:
     std::size_t End(std::size_t index = 0) const;
     std::size_t GroupCount() const { return fSpans.size(); }  // group 0 included
 
-private:
+  private:
     friend class TRegex;
     struct TSpan {
         std::size_t Start = npos;
@@ -49,7 +49,7 @@ private:
 };
 
 class TRegex {
-public:
+  public:
     // Throws std::invalid_argument with PCRE2's message and offset when the pattern does not compile:
     // a programming error in a fixed pattern, found by the first test that uses it.
     explicit TRegex(std::string_view pattern, TRegexFlags flags = {});
@@ -70,7 +70,7 @@ public:
     int GroupNumber(std::string_view name) const;  // -1 when there is no such named group
     std::size_t CaptureCount() const;              // groups, group 0 excluded
 
-private:
+  private:
     bool Run(std::string_view subject, std::size_t offset, bool anchored, TRegexMatch* match) const;
 
     // The anchored twin exists because JIT code cannot be anchored at match time: without it MatchAt would

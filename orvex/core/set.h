@@ -14,7 +14,7 @@ template <class E>
 class TSet {
     static_assert(std::is_enum_v<E> && sizeof(E) == 1, "TSet holds one-byte enumerations");
 
-public:
+  public:
     constexpr TSet() = default;
     constexpr TSet(std::initializer_list<E> values) {
         for (E v : values) Include(v);
@@ -58,10 +58,12 @@ public:
         return s;
     }
 
-private:
+  private:
     static constexpr std::size_t kWords = 4;  // 256 ordinals: every value of a one-byte enumeration
     static constexpr std::size_t Word(E v) { return static_cast<std::uint8_t>(v) / 64U; }
-    static constexpr std::uint64_t Bit(E v) { return std::uint64_t{1} << (static_cast<std::uint8_t>(v) % 64U); }
+    static constexpr std::uint64_t Bit(E v) {
+        return std::uint64_t{1} << (static_cast<std::uint8_t>(v) % 64U);
+    }
 
     std::array<std::uint64_t, kWords> fWords{};
 };

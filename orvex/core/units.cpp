@@ -6,33 +6,51 @@ namespace Qvl::Utils {
 
 std::int64_t UnitFactor(TQVLUnits unit) {
     switch (unit) {
-        case TQVLUnits::unMM: return 1000;
-        case TQVLUnits::unINCH: return 25400;
-        case TQVLUnits::unCM: return 10000;
-        case TQVLUnits::unDM: return 100000;
-        case TQVLUnits::unM: return 1000000;
-        case TQVLUnits::unFt: return 304800;
-        case TQVLUnits::unYd: return 914000;
+        case TQVLUnits::unMM:
+            return 1000;
+        case TQVLUnits::unINCH:
+            return 25400;
+        case TQVLUnits::unCM:
+            return 10000;
+        case TQVLUnits::unDM:
+            return 100000;
+        case TQVLUnits::unM:
+            return 1000000;
+        case TQVLUnits::unFt:
+            return 304800;
+        case TQVLUnits::unYd:
+            return 914000;
     }
     return 1000;
 }
 
 std::string_view SymUnit(TQVLUnits unit, bool shortForm) {
     switch (unit) {
-        case TQVLUnits::unMM: return "mm";
-        case TQVLUnits::unINCH: return "inch";
-        case TQVLUnits::unCM: return "cm";
-        case TQVLUnits::unDM: return shortForm ? "mm" : "dm";
-        case TQVLUnits::unM: return shortForm ? "mm" : "m";
-        case TQVLUnits::unFt: return shortForm ? "mm" : "ft";
-        case TQVLUnits::unYd: return shortForm ? "mm" : "yd";
+        case TQVLUnits::unMM:
+            return "mm";
+        case TQVLUnits::unINCH:
+            return "inch";
+        case TQVLUnits::unCM:
+            return "cm";
+        case TQVLUnits::unDM:
+            return shortForm ? "mm" : "dm";
+        case TQVLUnits::unM:
+            return shortForm ? "mm" : "m";
+        case TQVLUnits::unFt:
+            return shortForm ? "mm" : "ft";
+        case TQVLUnits::unYd:
+            return shortForm ? "mm" : "yd";
     }
     return "mm";
 }
 
-float GetBaseValue(std::int64_t value) { return static_cast<float>(static_cast<double>(value) / 1000.0); }
+float GetBaseValue(std::int64_t value) {
+    return static_cast<float>(static_cast<double>(value) / 1000.0);
+}
 
-std::int64_t SetBaseValue(float mm) { return RoundHalfEven(static_cast<double>(mm) * 1000.0); }
+std::int64_t SetBaseValue(float mm) {
+    return RoundHalfEven(static_cast<double>(mm) * 1000.0);
+}
 
 float GetValue(std::int64_t value, TQVLUnits unit) {
     return static_cast<float>(static_cast<double>(value) / static_cast<double>(UnitFactor(unit)));

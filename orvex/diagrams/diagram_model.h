@@ -70,12 +70,12 @@ struct TQVLDiagramDiagnostic {
 
 // Raised only by QVLParseDiagram in raising mode; what() is "CODE at line N: message".
 class EQVLDiagramParseError : public std::runtime_error {
-public:
+  public:
     using std::runtime_error::runtime_error;
 };
 
 class TORXDiagramModel {
-public:
+  public:
     TORXDiagramModel() = default;
 
     void Clear();
@@ -115,7 +115,7 @@ public:
     // source mark, which AddEdge never sets; the parsers adjust the last edge through this.
     TQVLDiagEdge* LastEdge() { return fEdges.empty() ? nullptr : &fEdges.back(); }
 
-private:
+  private:
     std::vector<TQVLDiagNode> fNodes;
     std::unordered_map<std::string, int> fNodeIndex;
     std::vector<TQVLDiagEdge> fEdges;

@@ -32,12 +32,12 @@ std::vector<TKindLine> UsableLines(const std::vector<std::string_view>& lines, T
 
 // "prefix1", "prefix2", ...: the running number starts at 1 for the first item of its kind.
 class TIdCounter {
-public:
+  public:
     explicit TIdCounter(std::string prefix) : fPrefix(std::move(prefix)) {}
     std::string Next() { return fPrefix + std::to_string(++fCount); }
     int Count() const { return fCount; }
 
-private:
+  private:
     std::string fPrefix;
     int fCount = 0;
 };
@@ -45,7 +45,7 @@ private:
 // Parents by indentation: a line deeper than the one before is its child; a line at the same or a shallower
 // depth closes the deeper levels.
 class TIndentTree {
-public:
+  public:
     // The parent of a node at this depth ("" for a root), forgetting the levels it closes.
     std::string ParentFor(int indent) {
         while (!fStack.empty() && fStack.back().first >= indent) fStack.pop_back();
@@ -54,7 +54,7 @@ public:
     void Push(int indent, std::string id) { fStack.emplace_back(indent, std::move(id)); }
     std::size_t Depth() const { return fStack.size(); }
 
-private:
+  private:
     std::vector<std::pair<int, std::string>> fStack;
 };
 
@@ -70,7 +70,8 @@ inline std::string JoinLines(const std::vector<std::string>& parts) {
 
 // A state-diagram transition. "[*]" is the start pseudo-state as a source and the end pseudo-state as a
 // target, so one diagram's start and end each become a single node.
-inline void AddStateTransition(TORXDiagramModel& aModel, std::string from, std::string to, const std::string& caption) {
+inline void AddStateTransition(TORXDiagramModel& aModel, std::string from, std::string to,
+                               const std::string& caption) {
     if (from == "[*]") {
         from = "__start__";
         aModel.AddNode(from, "", TQVLFlowType::ftStart, true);

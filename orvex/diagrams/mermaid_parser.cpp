@@ -56,7 +56,7 @@ constexpr std::array<TShapeForm, 14> kShapeForms{{
 // The next position of a closing character at or after a position, remembered so that a long line with
 // many nodes is searched once rather than once per node.
 class TCloserIndex {
-public:
+  public:
     explicit TCloserIndex(std::string_view line) : fLine(line) {}
 
     std::size_t Next(char closer, std::size_t from) {
@@ -69,7 +69,7 @@ public:
 
     static constexpr std::size_t npos = std::string_view::npos;
 
-private:
+  private:
     struct TEntry {
         bool Valid = false;
         std::size_t From = 0;
@@ -162,7 +162,7 @@ std::size_t PipeWindow(std::string_view s) {
 }
 
 class TFlowLineReader {
-public:
+  public:
     TFlowLineReader(std::string_view line, TORXDiagramModel& model)
         : fLine(line), fClosers(line), fModel(model) {}
 
@@ -258,7 +258,7 @@ public:
         return true;
     }
 
-private:
+  private:
     std::string_view Rest(std::size_t length = std::string_view::npos) const {
         return fLine.substr(fPos, length);
     }

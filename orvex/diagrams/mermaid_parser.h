@@ -11,7 +11,7 @@
 namespace Orvex {
 
 class TORXMermaidParser {
-public:
+  public:
     using TLines = std::vector<std::string_view>;
 
     static void Parse(std::string_view aText, TORXDiagramModel& aModel);

@@ -12,7 +12,7 @@
 namespace Orvex {
 
 class TORXPlantUMLParser {
-public:
+  public:
     enum class TPumlKind : std::uint8_t {
         pkUnknown,
         pkSequence,

@@ -33,7 +33,7 @@ inline constexpr std::uint16_t kPropFilled = 9;
 inline constexpr std::uint16_t kPropFirstKind = 32;
 
 class TORXBaseItem {
-public:
+  public:
     // The document takes ownership of the new item (its item list, or its preview list when preview is
     // true); create items with new and keep only the raw pointer. Outside reads and pastes the item draws
     // the document's next id, and a creation command is recorded.
@@ -155,7 +155,7 @@ public:
     void DrawPreview(TORXBaseDraw& surface);  // the preview copies of this item at the surface's cell
     void PrintElement(TORXBaseDraw& surface);
 
-protected:
+  protected:
     friend class TORXBaseLabel;  // moves items to the base layer when layers are cleared
     friend class TPickIndex;     // finds the item's entry without a search
     void PointsChanged();        // bounds and the document's repaint mark after the points moved

@@ -14,7 +14,7 @@ namespace Orvex {
 
 // Units and drawing scale, the label and the page of labels, and the title block of technical drawings.
 class TORXMeasure {
-public:
+  public:
     TQVLUnits fUnits = TQVLUnits::unMM;
     std::string fLabelName;
     std::string fAuthor;
@@ -47,7 +47,7 @@ public:
 };
 
 class TORXBackSurf {
-public:
+  public:
     explicit TORXBackSurf(bool print) : fPrint(print) {}
     TAlphaColor fColor = kOpaqueWhite;
     TAlphaColor fToColor = kOpaqueWhite;  // the far end of a gradient
@@ -58,7 +58,7 @@ public:
 
 // Terminators and link spacing of flow charts.
 class TORXSettings {
-public:
+  public:
     TAlphaColor fTermColor = kOpaqueBlack;
     TAlphaColor fFillTermColor = kOpaqueBlack;
     float fTermSize = 2.5f;  // millimetres
@@ -66,7 +66,7 @@ public:
 };
 
 class TORXBasePrintInfo {
-public:
+  public:
     std::int32_t fNumLabels = 1;
     std::int32_t fRepetition = 1;
     std::int32_t fPrinterOrientation = 0;
@@ -75,7 +75,7 @@ public:
 // Where data-bound items take their values from. Only the stored settings live here: the data sets
 // themselves belong to the host.
 class TORXData {
-public:
+  public:
     std::int32_t fDataType = 0;
     bool fLinkData = false;
     std::string fDataSource;
@@ -97,7 +97,7 @@ public:
 
 // The map provider used for geodata backgrounds.
 class TORXMapping {
-public:
+  public:
     std::int32_t fProvider = 0;
     std::string fUrl;
     std::int32_t fZoom = 0;
@@ -106,12 +106,12 @@ public:
 // A symbol of the drawing's library, kept as the object it was read from (compact text, key order kept):
 // symbols are drawn by the host.
 class TORXBaseLibSymbol {
-public:
+  public:
     void ReadJson(const TJSON& obj);
     TJSON WriteJson() const;
     std::string Name() const;  // its "Name" key, or empty
 
-private:
+  private:
     std::string fJsonText = "{}";
 };
 

@@ -34,7 +34,7 @@ class TIntersectThread;
 class TORXEditor;
 class TPickIndex;
 struct TQVLSnapHit;
-enum class TQVLEdKey : std::uint8_t;     // orvex/document/editor_tools.h
+enum class TQVLEdKey : std::uint8_t;  // orvex/document/editor_tools.h
 enum class TQVLShift : std::uint8_t;
 enum class TQVLDiagramFormat : std::uint8_t;  // orvex/diagrams/diagram_model.h
 
@@ -50,7 +50,7 @@ struct TIntSecPoint {
 inline constexpr std::int32_t kDrawingVersion = 3200;  // written into every drawing
 
 class TORXBaseLabel {
-public:
+  public:
     virtual ~TORXBaseLabel();
     TORXBaseLabel(const TORXBaseLabel&) = delete;
     TORXBaseLabel& operator=(const TORXBaseLabel&) = delete;
@@ -106,7 +106,7 @@ public:
                          const std::function<bool(const TORXBaseItem&)>& accept = nullptr) const;
     void InvalidatePickIndex() { fPickIndexDirty = true; }  // the items' places or order changed
     void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
-    std::size_t PickIndexBuilds() const;                     // full builds of the pick grid so far
+    std::size_t PickIndexBuilds() const;                    // full builds of the pick grid so far
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
@@ -262,13 +262,13 @@ public:
     TORXBaseItem* RecreateItem(const TJSON& obj, std::int32_t index);
     // Commands recorded while one lives share a group; inside a batch or an undo it changes nothing.
     class TUndoGroup {
-    public:
+      public:
         explicit TUndoGroup(TORXBaseLabel& document);
         ~TUndoGroup();
         TUndoGroup(const TUndoGroup&) = delete;
         TUndoGroup& operator=(const TUndoGroup&) = delete;
 
-    private:
+      private:
         TORXBaseLabel& fDocument;
         bool fOpened;
     };
@@ -284,12 +284,12 @@ public:
     bool IntersectionsRunning() const { return fIntersectRunning.load(); }
     std::vector<TIntSecPoint> GetIntersections() const;
 
-protected:
+  protected:
     TORXBaseLabel();  // a host derives; the bare class cannot be created
 
     friend class TORXEditor;  // the editor drives the tool state and the selection
 
-private:
+  private:
     std::int32_t LayerDefaultIndex() const;
     void ClearItems();
     void ClearUndoRedo();

@@ -60,13 +60,16 @@ void SetExtent(TORXBaseItem* item, std::int64_t extent, bool horizontal) {
     TQVLPtoA points = item->Points();
     if (dynamic_cast<TORX2DItem*>(item) != nullptr && points.size() == 2) {
         if (horizontal)
-            points[1].X = std::min(points[0].X, points[1].X) + extent, points[0].X = std::min(points[0].X, points[1].X);
+            points[1].X = std::min(points[0].X, points[1].X) + extent,
+            points[0].X = std::min(points[0].X, points[1].X);
         else
-            points[1].Y = std::min(points[0].Y, points[1].Y) + extent, points[0].Y = std::min(points[0].Y, points[1].Y);
+            points[1].Y = std::min(points[0].Y, points[1].Y) + extent,
+            points[0].Y = std::min(points[0].Y, points[1].Y);
     } else if (now > 0) {
         for (auto& p : points) {
             std::int64_t& v = horizontal ? p.X : p.Y;
-            v = origin + MathRound(static_cast<double>(v - origin) * static_cast<double>(extent) / static_cast<double>(now));
+            v = origin + MathRound(static_cast<double>(v - origin) * static_cast<double>(extent) /
+                                   static_cast<double>(now));
         }
     }
     SetPointsStep(item, points);

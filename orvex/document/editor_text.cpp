@@ -353,7 +353,8 @@ bool TORXEditor::PointLimitsDrag(const TORXBaseItem* item, std::size_t index) co
     if (IsTextMoveOfDim(fDoc.fAction, item, item->Points())) return index < 2;
     // Only the angle kind uses points 7 and 8 of a dimension; the others leave them at the origin, where
     // they would keep the dimension from being dragged up or left at all.
-    if (const auto* dim = dynamic_cast<const TORXBaseDim*>(item); dim != nullptr && (index == 6 || index == 7))
+    if (const auto* dim = dynamic_cast<const TORXBaseDim*>(item);
+        dim != nullptr && (index == 6 || index == 7))
         return dim->DimType() == TQVDimType::dmtAngle;
     return true;
 }

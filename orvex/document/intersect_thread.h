@@ -23,7 +23,7 @@ struct TIntersectShape {
 };
 
 class TIntersectThread {
-public:
+  public:
     // Starts at once. onFinished runs on the worker as its last step, also after Terminate.
     TIntersectThread(std::vector<TIntersectShape> shapes, std::vector<TIntSecPoint>& out, std::mutex& lock,
                      std::function<void()> onFinished);
@@ -34,7 +34,7 @@ public:
     void Terminate() { fStop = true; }
     void WaitFor();
 
-private:
+  private:
     void Execute();
 
     std::vector<TIntersectShape> fShapes;

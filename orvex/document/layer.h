@@ -49,7 +49,7 @@ struct TQVLLayerMapping : TQVLLayerImage {
 };
 
 class TORXLayer {
-public:
+  public:
     TORXLayer(TORXBaseLabel* owner, std::string name) : fName(std::move(name)), fOwner(owner) {}
 
     TORXBaseLabel* QVLab() const { return fOwner; }
@@ -69,12 +69,12 @@ public:
     TJSON WriteJson() const;  // a new object; the caller owns it
     void ReadJson(std::int32_t version, const TJSON& obj);
 
-private:
+  private:
     TORXBaseLabel* fOwner;  // not owned
 };
 
 class TORXDimStyle {
-public:
+  public:
     TORXDimStyle(std::int32_t id, std::string name) : fID(id), fName(std::move(name)) {}
 
     std::int32_t fID;
@@ -108,7 +108,7 @@ public:
 
 // A number printed on labels, counting from NumFrom to NumTo by Step, each value Repeat times.
 class TORXCounter {
-public:
+  public:
     std::string fName;
     std::int64_t fNumFrom = 1;
     std::int64_t fNumTo = 9999;

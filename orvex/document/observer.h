@@ -8,7 +8,7 @@ namespace Orvex {
 class TORXBaseLabel;
 
 class IQVObserver {
-public:
+  public:
     virtual ~IQVObserver() = default;
     // Called on the main thread; the document may be read, but not changed, from inside the call.
     virtual void Update(TORXBaseLabel& document, TQVChange change) = 0;

@@ -9,7 +9,7 @@
 namespace Orvex {
 
 class TORXBasePoint : public TORXBaseItem {
-public:
+  public:
     using TORXBaseItem::TORXBaseItem;
 
     std::int32_t InternalID() const { return fInID; }
@@ -27,7 +27,7 @@ public:
 };
 
 class TORX2DItem : public TORXBaseItem {
-public:
+  public:
     using TORXBaseItem::TORXBaseItem;
 
     TAlphaColor BackColor() const { return fBackColor; }
@@ -54,7 +54,7 @@ public:
     bool GetBoolProp(std::uint16_t property) const override;
     void SetBoolProp(std::uint16_t property, bool value) override;
 
-protected:
+  protected:
     TAlphaColor fBackColor = kOpaqueWhite;
     bool fFill = false;
 };

@@ -1,6 +1,7 @@
 // Trim, extend, join and parallel copies on open lines (lines, polylines, arcs) and polygon outlines
-// against the outlines of other items (Bezier curves as the chords they are painted with). The geometry works on a path: the item's points as a polyline with a running parameter
-// s = segment index + position within the segment, so a crossing anywhere along a polyline is one number.
+// against the outlines of other items (Bezier curves as the chords they are painted with). The geometry works
+// on a path: the item's points as a polyline with a running parameter s = segment index + position within the
+// segment, so a crossing anywhere along a polyline is one number.
 #pragma once
 
 #include <cstdint>

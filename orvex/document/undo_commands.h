@@ -26,7 +26,7 @@ namespace Orvex {
 class TORXBaseLabel;
 
 class TORXCmd {
-public:
+  public:
     TORXCmd(std::int32_t kind, TORXBaseItem* item, std::uint16_t property);
     virtual ~TORXCmd() = default;
 
@@ -44,7 +44,7 @@ public:
     TORXBaseItem* Item() const { return fItem; }
     void Rebind(TORXBaseItem* item) { fItem = item, fItemID = item->InID(); }
 
-protected:
+  protected:
     virtual void StoreState() {}
     // Shared recording steps: checks, construction by the caller, push, notification, StoreState.
     static bool CanRecord(std::int32_t kind, TORXBaseItem* item, std::uint16_t property);
@@ -74,12 +74,12 @@ inline constexpr std::int32_t kCmdFloat = 12;
 // One stored value of type T, read and written through the item's property accessors.
 template <class T, std::int32_t K>
 class TORXValueCmd : public TORXCmd {
-public:
+  public:
     TORXValueCmd(TORXBaseItem* item, std::uint16_t property) : TORXCmd(K, item, property) {}
     static void AddCommand(TORXBaseItem* item, std::uint16_t property);
     void RestoreState() override;
 
-protected:
+  protected:
     void StoreState() override;
     T fValue{};
 };
@@ -94,12 +94,12 @@ using TORXFloatCmd = TORXValueCmd<double, kCmdFloat>;
 // One coordinate or both of a point; widths, heights and radii keep every point, since resizing moves
 // several of them.
 class TORXPosCmd : public TORXCmd {
-public:
+  public:
     TORXPosCmd(TORXBaseItem* item, std::int32_t index, TQVLPosType posType);
     static void AddCommand(TORXBaseItem* item, std::int32_t index, TQVLPosType posType);
     void RestoreState() override;
 
-protected:
+  protected:
     void StoreState() override;
     std::int32_t fIndex;
     TQVLPosType fPosType;
@@ -109,12 +109,12 @@ protected:
 
 // A point by index; the property tells runs on different points apart.
 class TORXBasePosCmd : public TORXCmd {
-public:
+  public:
     TORXBasePosCmd(TORXBaseItem* item, std::int32_t index, std::uint16_t property);
     static void AddCommand(TORXBaseItem* item, std::int32_t index, std::uint16_t property);
     void RestoreState() override;
 
-protected:
+  protected:
     void StoreState() override;
     std::int32_t fIndex;
     TQVLPto fPoint;
@@ -122,19 +122,19 @@ protected:
 
 // The item's position: every point, so moves, rotations and point insertions undo as one.
 class TORXElePosCmd : public TORXCmd {
-public:
+  public:
     TORXElePosCmd(TORXBaseItem* item, std::uint16_t property) : TORXCmd(kCmdElePos, item, property) {}
     static void AddCommand(TORXBaseItem* item, std::uint16_t property);
     void RestoreState() override;
 
-protected:
+  protected:
     void StoreState() override;
     TQVLPtoA fPoints;
 };
 
 // Recorded by every new item: undoing it deletes the item (which records a delete command).
 class TORXCreateCmd : public TORXCmd {
-public:
+  public:
     explicit TORXCreateCmd(TORXBaseItem* item) : TORXCmd(kCmdCreate, item, kPropNone) {}
     static void AddCommand(TORXBaseItem* item);
     void RestoreState() override;
@@ -142,12 +142,12 @@ public:
 
 // Recorded before an item is deleted: keeps the item's JSON text and layer index; restoring re-creates it.
 class TORXDeleteCmd : public TORXCmd {
-public:
+  public:
     explicit TORXDeleteCmd(TORXBaseItem* item);
     static void AddCommand(TORXBaseItem* item);
     void RestoreState() override;
 
-protected:
+  protected:
     void StoreState() override;
     std::string fJsonText;
     std::int32_t fIndex = -1;  // place in the item list, so the re-created item is painted where it was

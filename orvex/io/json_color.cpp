@@ -19,7 +19,9 @@ std::uint8_t Component(const TJSON& obj, const char* key, std::uint8_t fallback)
 
 }  // namespace
 
-void ColorHex(TJSON& obj, Qvl::Types::TAlphaColor c) { obj["Color"] = Qvl::Utils::AlphaColorToHex(c); }
+void ColorHex(TJSON& obj, Qvl::Types::TAlphaColor c) {
+    obj["Color"] = Qvl::Utils::AlphaColorToHex(c);
+}
 
 void ColorRGBA(TJSON& obj, Qvl::Types::TAlphaColor c) {
     obj["R"] = Qvl::Utils::RedOf(c);

@@ -15,7 +15,7 @@ namespace Orvex {
 struct TQVLFont;
 
 class TJSONUtils {
-public:
+  public:
     TJSONUtils() = delete;
 
     // Colour objects: integer "R", "G", "B", "A" in that order. A missing component reads as 0, alpha

@@ -7,13 +7,32 @@
 namespace Orvex {
 
 enum class TQVLFlowType : std::uint8_t {
-    ftTerminator, ftProcess, ftDocument, ftMultiDocument, ftDecision, ftData, ftDatabase, ftPredefined,
-    ftManualInput, ftManualOperation, ftPreparation, ftEllipse, ftStart, ftStep, ftEnd
+    ftTerminator,
+    ftProcess,
+    ftDocument,
+    ftMultiDocument,
+    ftDecision,
+    ftData,
+    ftDatabase,
+    ftPredefined,
+    ftManualInput,
+    ftManualOperation,
+    ftPreparation,
+    ftEllipse,
+    ftStart,
+    ftStep,
+    ftEnd
 };
 inline constexpr int kFlowTypeCount = 15;
 
 enum class TQVLinkType : std::uint8_t {
-    ltDirLine, ltLeftRightTopBottom, ltTopBottomLeftRight, ltStepLineTwoPto, ltArc, ltCurve, ltPolyline,
+    ltDirLine,
+    ltLeftRightTopBottom,
+    ltTopBottomLeftRight,
+    ltStepLineTwoPto,
+    ltArc,
+    ltCurve,
+    ltPolyline,
     ltRoundCorner
 };
 inline constexpr int kLinkTypeCount = 8;

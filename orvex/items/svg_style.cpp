@@ -30,11 +30,21 @@ std::string SvgEscape(std::string_view text) {
     out.reserve(text.size());
     for (char c : text) {
         switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            case '\'': out += "&apos;"; break;
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            case '\'':
+                out += "&apos;";
+                break;
             default:
                 // Control characters other than tab and line ends are not allowed in XML 1.0 at all.
                 if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r') continue;
@@ -50,18 +60,30 @@ std::string SvgColor(TAlphaColor color) {
 
 std::vector<double> DashPattern(TQVLineType type) {
     switch (type) {
-        case TQVLineType::iiSolid: return {};
-        case TQVLineType::ii0505: return {0.5, 0.5};
-        case TQVLineType::ii11: return {1, 1};
-        case TQVLineType::ii21: return {2, 1};
-        case TQVLineType::ii12: return {1, 2};
-        case TQVLineType::ii22: return {2, 2};
-        case TQVLineType::ii31: return {3, 1};
-        case TQVLineType::ii33: return {3, 3};
-        case TQVLineType::ii41: return {4, 1};
-        case TQVLineType::ii42: return {4, 2};
-        case TQVLineType::ii44: return {4, 4};
-        case TQVLineType::ii411: return {4, 1, 1, 1};
+        case TQVLineType::iiSolid:
+            return {};
+        case TQVLineType::ii0505:
+            return {0.5, 0.5};
+        case TQVLineType::ii11:
+            return {1, 1};
+        case TQVLineType::ii21:
+            return {2, 1};
+        case TQVLineType::ii12:
+            return {1, 2};
+        case TQVLineType::ii22:
+            return {2, 2};
+        case TQVLineType::ii31:
+            return {3, 1};
+        case TQVLineType::ii33:
+            return {3, 3};
+        case TQVLineType::ii41:
+            return {4, 1};
+        case TQVLineType::ii42:
+            return {4, 2};
+        case TQVLineType::ii44:
+            return {4, 4};
+        case TQVLineType::ii411:
+            return {4, 1, 1, 1};
     }
     return {};
 }
@@ -82,7 +104,8 @@ std::string SvgStroke(TAlphaColor color, float penWidthMM, TQVLineType type, TQV
     out += Opacity("stroke-opacity", color);
     const auto pattern = DashPattern(type);
     if (!pattern.empty()) {
-        // Dashes shorter than a millimetre vanish under a thin pen, so the unit of a pattern is at least 1 mm.
+        // Dashes shorter than a millimetre vanish under a thin pen, so the unit of a pattern is at least 1
+        // mm.
         const double step = std::max(width, MillimetresInUnit(1.0, unit));
         std::string dashes;
         for (double part : pattern) dashes += (dashes.empty() ? "" : " ") + SvgNumber(part * step);

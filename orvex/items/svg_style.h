@@ -16,7 +16,7 @@
 
 namespace Orvex {
 
-std::string SvgNumber(double value);  // at most 3 decimals, no trailing zeros, no "-0"
+std::string SvgNumber(double value);                       // at most 3 decimals, no trailing zeros, no "-0"
 std::string SvgLength(std::int64_t base, TQVLUnits unit);  // base units as a number in the unit
 double MillimetresInUnit(double mm, TQVLUnits unit);       // pen widths and font heights are millimetres
 std::string SvgEscape(std::string_view text);              // &, <, >, " and ' as entities

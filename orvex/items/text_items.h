@@ -12,10 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "orvex/items/text_pos.h"
 #include "orvex/document/layer.h"
 #include "orvex/document/point_items.h"
-#include "orvex/items/text_pos.h"
 #include "orvex/items/item_props.h"
 #include "orvex/items/rich_text.h"
 #include "orvex/items/text_place.h"

@@ -23,7 +23,9 @@ double DeviceFromBase(std::int64_t value, std::int32_t dpi, const TORXBaseDraw& 
     return static_cast<double>(value * dpi) / InchInBase(draw);
 }
 
-float MillimetresToDevice(float mm, std::int32_t dpi) { return static_cast<float>(static_cast<double>(mm) * dpi / 25.4); }
+float MillimetresToDevice(float mm, std::int32_t dpi) {
+    return static_cast<float>(static_cast<double>(mm) * dpi / 25.4);
+}
 
 std::int32_t MillimetresToPrinter(float mm, std::int32_t dpi) {
     if (mm == 0.0f) return 0;
@@ -32,7 +34,8 @@ std::int32_t MillimetresToPrinter(float mm, std::int32_t dpi) {
 
 }  // namespace
 
-void TQVLDrawConf::Ini(TAlphaColor aFColor, TAlphaColor aBColor, bool aFill, TQVLineType aLineT, float aPWidth) {
+void TQVLDrawConf::Ini(TAlphaColor aFColor, TAlphaColor aBColor, bool aFill, TQVLineType aLineT,
+                       float aPWidth) {
     fFColor = aFColor;
     fBColor = aBColor;
     fFill = aFill;
@@ -44,8 +47,8 @@ void TQVLDrawConf::Ini(TAlphaColor aFColor, TAlphaColor aBColor, bool aFill, TQV
     fIniPath = false;
 }
 
-void TQVLDrawConf::IniFont(TAlphaColor aFontColor, bool aBold, bool aItalic, bool aUnderline, const std::string& aFont,
-                           float aFontheight, float aFontScale) {
+void TQVLDrawConf::IniFont(TAlphaColor aFontColor, bool aBold, bool aItalic, bool aUnderline,
+                           const std::string& aFont, float aFontheight, float aFontScale) {
     fFontColor = aFontColor;
     fBold = aBold;
     fItalic = aItalic;
@@ -61,12 +64,24 @@ float TORXBaseDraw::GetDrawX(std::int64_t aValue) const {
 float TORXBaseDraw::GetDrawY(std::int64_t aValue) const {
     return static_cast<float>(static_cast<double>(aValue) / InchInBase(*this) * fDpiy);
 }
-float TORXBaseDraw::BasePtoX(float aValue) const { return MillimetresToDevice(aValue, fDpix); }
-float TORXBaseDraw::BasePtoY(float aValue) const { return MillimetresToDevice(aValue, fDpiy); }
-float TORXBaseDraw::DrawBasePtoX(float aValue) const { return std::max(1.0f, BasePtoX(aValue)); }
-float TORXBaseDraw::DrawBasePtoY(float aValue) const { return std::max(1.0f, BasePtoY(aValue)); }
-std::int32_t TORXBaseDraw::PrintBasePtoX(float aValue) const { return MillimetresToPrinter(aValue, fDpix); }
-std::int32_t TORXBaseDraw::PrintBasePtoY(float aValue) const { return MillimetresToPrinter(aValue, fDpiy); }
+float TORXBaseDraw::BasePtoX(float aValue) const {
+    return MillimetresToDevice(aValue, fDpix);
+}
+float TORXBaseDraw::BasePtoY(float aValue) const {
+    return MillimetresToDevice(aValue, fDpiy);
+}
+float TORXBaseDraw::DrawBasePtoX(float aValue) const {
+    return std::max(1.0f, BasePtoX(aValue));
+}
+float TORXBaseDraw::DrawBasePtoY(float aValue) const {
+    return std::max(1.0f, BasePtoY(aValue));
+}
+std::int32_t TORXBaseDraw::PrintBasePtoX(float aValue) const {
+    return MillimetresToPrinter(aValue, fDpix);
+}
+std::int32_t TORXBaseDraw::PrintBasePtoY(float aValue) const {
+    return MillimetresToPrinter(aValue, fDpiy);
+}
 
 }  // namespace Orvex
 
@@ -86,19 +101,35 @@ std::int32_t PrintFromBaseX(std::int64_t value, const TORXBaseDraw& draw) {
 std::int32_t PrintFromBaseY(std::int64_t value, const TORXBaseDraw& draw) {
     return Orvex::ClampToInt32(RoundHalfEven(Orvex::DeviceFromBase(value, draw.fDpiy, draw)));
 }
-float BasePtoX(float mm, const TORXBaseDraw& draw) { return draw.DrawBasePtoX(mm); }
-float BasePtoY(float mm, const TORXBaseDraw& draw) { return draw.DrawBasePtoY(mm); }
+float BasePtoX(float mm, const TORXBaseDraw& draw) {
+    return draw.DrawBasePtoX(mm);
+}
+float BasePtoY(float mm, const TORXBaseDraw& draw) {
+    return draw.DrawBasePtoY(mm);
+}
 
 }  // namespace Qvl::Utils
 
 namespace Qvl::Types {
 
 // The point's device conversions live here, beside the context they read.
-float TQVLPto::DrawX(const Orvex::TORXBaseDraw& surface) const { return surface.GetDrawX(X); }
-float TQVLPto::DrawY(const Orvex::TORXBaseDraw& surface) const { return surface.GetDrawY(Y); }
-float TQVLPto::DrawGapX(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const { return surface.GetDrawX(X + gap); }
-float TQVLPto::DrawGapY(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const { return surface.GetDrawY(Y + gap); }
-std::int32_t TQVLPto::PrintX(const Orvex::TORXBaseDraw& surface) const { return Qvl::Utils::PrintFromBaseX(X, surface); }
-std::int32_t TQVLPto::PrintY(const Orvex::TORXBaseDraw& surface) const { return Qvl::Utils::PrintFromBaseY(Y, surface); }
+float TQVLPto::DrawX(const Orvex::TORXBaseDraw& surface) const {
+    return surface.GetDrawX(X);
+}
+float TQVLPto::DrawY(const Orvex::TORXBaseDraw& surface) const {
+    return surface.GetDrawY(Y);
+}
+float TQVLPto::DrawGapX(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const {
+    return surface.GetDrawX(X + gap);
+}
+float TQVLPto::DrawGapY(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const {
+    return surface.GetDrawY(Y + gap);
+}
+std::int32_t TQVLPto::PrintX(const Orvex::TORXBaseDraw& surface) const {
+    return Qvl::Utils::PrintFromBaseX(X, surface);
+}
+std::int32_t TQVLPto::PrintY(const Orvex::TORXBaseDraw& surface) const {
+    return Qvl::Utils::PrintFromBaseY(Y, surface);
+}
 
 }  // namespace Qvl::Types

@@ -14,12 +14,35 @@ namespace Orvex {
 enum class TQVLDrawState : std::uint8_t { dsLabel, dsEdit, dsPreview, dsExport, dsPrint, dsSymbol };
 
 // Dash patterns, named after their dash and gap lengths.
-enum class TQVLineType : std::uint8_t { iiSolid, ii0505, ii11, ii21, ii12, ii22, ii31, ii33, ii41, ii42, ii44, ii411 };
+enum class TQVLineType : std::uint8_t {
+    iiSolid,
+    ii0505,
+    ii11,
+    ii21,
+    ii12,
+    ii22,
+    ii31,
+    ii33,
+    ii41,
+    ii42,
+    ii44,
+    ii411
+};
 
 // Terminators at the ends of open lines and links.
 enum class TQVLTermType : std::uint8_t {
-    ttNone, ttCircle, ttFillCircle, ttArrow, ttFillArrow, ttSquare, ttFillSquare,
-    ttRhombus, ttFillRhombus, ttLeftDia, ttRightDia, ttCross
+    ttNone,
+    ttCircle,
+    ttFillCircle,
+    ttArrow,
+    ttFillArrow,
+    ttSquare,
+    ttFillSquare,
+    ttRhombus,
+    ttFillRhombus,
+    ttLeftDia,
+    ttRightDia,
+    ttCross
 };
 
 struct TQVLDrawConf {
@@ -51,7 +74,7 @@ struct TQVLDrawConf {
 // Resolution, drawing scale and pass kind of one painting. The host's renderer sets the fields the engine
 // only carries (factors, displacements, page position, base resolution).
 class TORXBaseDraw {
-public:
+  public:
     float fFX = 1.0f;
     float fFY = 1.0f;
     float fSC = 1.0f;

@@ -214,7 +214,8 @@ TEST_F(MCPSocket, RequestHeadsAreBoundedAndAnsweredWith431) {
 
     // A large but acceptable head and pipelined requests on one kept-alive connection are served.
     std::string bigHeaders;
-    for (int i = 0; i < 6; ++i) bigHeaders += "X-Big-" + std::to_string(i) + ": " + std::string(8000, 'c') + "\r\n";
+    for (int i = 0; i < 6; ++i)
+        bigHeaders += "X-Big-" + std::to_string(i) + ": " + std::string(8000, 'c') + "\r\n";
     const auto bigHead = RawExchange(port, PostHead(body.size(), bigHeaders) + body +
                                                PostHead(body.size(), "Connection: close\r\n") + body);
     EXPECT_EQ(CountOf(bigHead, "HTTP/1.1 200 OK"), 2) << bigHead.substr(0, 300);

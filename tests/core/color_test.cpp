@@ -24,9 +24,15 @@ TEST(Colors, TryParseHashForms) {
         TAlphaColor color;
     };
     const Case cases[] = {
-        {"#FF0000", true, 0xFFFF0000},   {"  #00ff00 ", true, 0xFF00FF00},  {"#FF000080", true, 0x80FF0000},
-        {"#FFF", false, 0},              {"#FF00000", false, 0},            {"#FF0000800", false, 0},
-        {"#GG0000", false, 0},           {"", false, 0},                    {"   ", false, 0},
+        {"#FF0000", true, 0xFFFF0000},
+        {"  #00ff00 ", true, 0xFF00FF00},
+        {"#FF000080", true, 0x80FF0000},
+        {"#FFF", false, 0},
+        {"#FF00000", false, 0},
+        {"#FF0000800", false, 0},
+        {"#GG0000", false, 0},
+        {"", false, 0},
+        {"   ", false, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
@@ -42,9 +48,15 @@ TEST(Colors, TryParseNamesAndNumbers) {
         TAlphaColor color;
     };
     const Case cases[] = {
-        {"red", 0xFFFF0000},         {"claRed", 0xFFFF0000},        {"CLAREBECCAPURPLE", 0xFF663399},
-        {"LightGoldenrodYellow", 0xFFFAFAD2}, {"grey", 0xFF808080}, {"gray", 0xFF808080},
-        {"claNull", 0x00000000},     {"$80FF0000", 0x80FF0000},     {"0xFF00FF00", 0xFF00FF00},
+        {"red", 0xFFFF0000},
+        {"claRed", 0xFFFF0000},
+        {"CLAREBECCAPURPLE", 0xFF663399},
+        {"LightGoldenrodYellow", 0xFFFAFAD2},
+        {"grey", 0xFF808080},
+        {"gray", 0xFF808080},
+        {"claNull", 0x00000000},
+        {"$80FF0000", 0x80FF0000},
+        {"0xFF00FF00", 0xFF00FF00},
         {"4278190335", 0xFF0000FF},
     };
     for (const auto& c : cases) {

@@ -13,8 +13,8 @@ TEST(Rounding, QVRoundTruncatesEveryNegativeTowardZero) {
         float in;
         std::int64_t out;
     };
-    const Case cases[] = {{2.5f, 3},   {2.4999f, 2}, {0.5f, 1},   {-2.5f, -2}, {-2.7f, -2},
-                          {-1.5f, -1}, {-0.5f, 0},   {7.0f, 7},   {-7.0f, -7}};
+    const Case cases[] = {{2.5f, 3},   {2.4999f, 2}, {0.5f, 1}, {-2.5f, -2}, {-2.7f, -2},
+                          {-1.5f, -1}, {-0.5f, 0},   {7.0f, 7}, {-7.0f, -7}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.in);
         EXPECT_EQ(QVRound(c.in), c.out);

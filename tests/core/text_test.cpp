@@ -23,9 +23,9 @@ TEST(Text, Utf16LengthCountsSurrogatePairs) {
 
 TEST(Text, Utf8Validation) {
     EXPECT_TRUE(IsValidUtf8("Grüße 😀"));
-    EXPECT_FALSE(IsValidUtf8("\xC0\xAF"));      // overlong
-    EXPECT_FALSE(IsValidUtf8("\xED\xA0\x80"));  // a surrogate
-    EXPECT_FALSE(IsValidUtf8("\xE2\x82"));      // cut short
+    EXPECT_FALSE(IsValidUtf8("\xC0\xAF"));          // overlong
+    EXPECT_FALSE(IsValidUtf8("\xED\xA0\x80"));      // a surrogate
+    EXPECT_FALSE(IsValidUtf8("\xE2\x82"));          // cut short
     EXPECT_FALSE(IsValidUtf8("\xF4\x90\x80\x80"));  // beyond U+10FFFF
 }
 

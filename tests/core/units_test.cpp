@@ -12,9 +12,9 @@ TEST(Units, FactorsAndSymbols) {
         const char* shortSymbol;
     };
     const Case cases[] = {
-        {TQVLUnits::unMM, 1000, "mm", "mm"},        {TQVLUnits::unINCH, 25400, "inch", "inch"},
-        {TQVLUnits::unCM, 10000, "cm", "cm"},       {TQVLUnits::unDM, 100000, "dm", "mm"},
-        {TQVLUnits::unM, 1000000, "m", "mm"},       {TQVLUnits::unFt, 304800, "ft", "mm"},
+        {TQVLUnits::unMM, 1000, "mm", "mm"},   {TQVLUnits::unINCH, 25400, "inch", "inch"},
+        {TQVLUnits::unCM, 10000, "cm", "cm"},  {TQVLUnits::unDM, 100000, "dm", "mm"},
+        {TQVLUnits::unM, 1000000, "m", "mm"},  {TQVLUnits::unFt, 304800, "ft", "mm"},
         {TQVLUnits::unYd, 914000, "yd", "mm"},
     };
     for (const auto& c : cases) {

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "orvex/diagrams/diagram_parse.h"
-#include "orvex/document/headless.h"
 #include "orvex/diagrams/diagram_text.h"
+#include "orvex/document/headless.h"
 
 using namespace Orvex;
 
@@ -216,7 +216,7 @@ TEST(DiagramFile, DocumentLoadsGoThroughTheRegisteredLoader) {
         out << "\xEF\xBB\xBF@startuml\nA -> B\n@enduml\n";
     }
     EXPECT_TRUE(doc.LoadFromDiagram(path, TQVLDiagramFormat::dgAuto));
-    EXPECT_EQ(gLoaderText, "@startuml\nA -> B\n@enduml\n");      // the byte-order mark is gone
+    EXPECT_EQ(gLoaderText, "@startuml\nA -> B\n@enduml\n");   // the byte-order mark is gone
     EXPECT_EQ(gLoaderFormat, TQVLDiagramFormat::dgPlantUML);  // from the extension
     EXPECT_FALSE(doc.LoadFromDiagram(path + ".missing", TQVLDiagramFormat::dgAuto));
     QVLSetDiagramLoader(nullptr);

@@ -9,7 +9,7 @@ namespace {
 
 // Counts its paint calls, to see which path DrawElement takes.
 class TCountingItem : public TORXBasePoint {
-public:
+  public:
     TCountingItem(TORXBaseLabel* owner, bool preview, bool data)
         : TORXBasePoint(owner, TQVLItemType::itPoint, preview), fData(data) {}
     bool GetIsData() const override { return fData; }
@@ -24,7 +24,7 @@ public:
     int Draws = 0;
     int Prints = 0;
 
-private:
+  private:
     bool fData;
 };
 

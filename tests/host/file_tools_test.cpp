@@ -113,7 +113,8 @@ TEST_F(InlineFilesTest, WithoutAFolderContentTravelsInline) {
     ASSERT_FALSE(png.value("isError", false)) << png.dump();
     EXPECT_EQ(png["content"][0]["type"], "image");
     EXPECT_EQ(png["content"][0]["mimeType"], "image/png");
-    EXPECT_TRUE(png["content"][0]["data"].get<std::string>().starts_with("iVBORw0KGgo"));  // the PNG signature
+    EXPECT_TRUE(
+        png["content"][0]["data"].get<std::string>().starts_with("iVBORw0KGgo"));  // the PNG signature
     const TJSON pdf = Call("export_document", {{"format", "pdf"}});
     ASSERT_FALSE(pdf.value("isError", false)) << pdf.dump();
     EXPECT_EQ(pdf["content"][0]["resource"]["mimeType"], "application/pdf");
@@ -185,7 +186,8 @@ TEST_F(InlineFilesTest, LoadDiagramCallsTheInstalledLayout) {
 
 TEST_F(InlineFilesTest, RenderPreviewStaysWithinItsByteBudget) {
     for (int i = 0; i < 12; ++i)
-        Ok("add_flow", {{"x", 10 + 15 * (i % 4)}, {"y", 10 + 20 * (i / 4)}, {"text", "Step " + std::to_string(i)}});
+        Ok("add_flow",
+           {{"x", 10 + 15 * (i % 4)}, {"y", 10 + 20 * (i / 4)}, {"text", "Step " + std::to_string(i)}});
     const TJSON full = Call("render_preview");
     ASSERT_FALSE(full.value("isError", false)) << full.dump();
     EXPECT_EQ(full["content"][0]["type"], "image");

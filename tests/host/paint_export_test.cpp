@@ -213,7 +213,8 @@ TEST_F(PaintExport, PdfIsOnePageOfThePaper) {
     EXPECT_NEAR(width, 595.28, 0.01);  // A4 in points
     EXPECT_NEAR(height, 841.89, 0.01);
     int pages = 0;  // page objects, not the page tree ("/Pages")
-    for (std::size_t at = text.find("/Type /Page"); at != std::string::npos; at = text.find("/Type /Page", at + 1))
+    for (std::size_t at = text.find("/Type /Page"); at != std::string::npos;
+         at = text.find("/Type /Page", at + 1))
         pages += text.compare(at, 12, "/Type /Pages") == 0 ? 0 : 1;
     EXPECT_EQ(pages, 1);
 

@@ -34,7 +34,7 @@ std::string ReadAll(const std::filesystem::path& path) {
 }
 
 class CliConvertTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         fDir = std::filesystem::temp_directory_path() /
                ("orvex_cli_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "host/paint/cairo_label.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
-#include "host/paint/cairo_label.h"
 
 namespace Orvex {
 namespace {

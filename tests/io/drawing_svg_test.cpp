@@ -113,7 +113,8 @@ TEST_F(DrawingSvgCli, UnknownOutputExtensionIsAUsageError) {
     const auto out = fDir / "out.txt";
     const TRun run = Shell(std::string(ORVEX_CLI_PATH) + " convert " + example + " -o " + out.string());
     EXPECT_EQ(run.Status, 2);
-    EXPECT_EQ(run.Out, "orvex: " + out.string() + ": unknown output format (use .json, .svg, .png or .pdf)\n");
+    EXPECT_EQ(run.Out,
+              "orvex: " + out.string() + ": unknown output format (use .json, .svg, .png or .pdf)\n");
     EXPECT_FALSE(std::filesystem::exists(out));
 }
 

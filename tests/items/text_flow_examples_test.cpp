@@ -8,12 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include "host/paint/cairo_label.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 #include "orvex/io/json.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"
-#include "host/paint/cairo_label.h"
 
 namespace Orvex {
 namespace {
