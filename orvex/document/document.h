@@ -106,9 +106,9 @@ class TORXBaseLabel {
     // pick after a change, spares the walk over a large drawing.
     TORXBaseItem* ItemAt(std::int64_t x, std::int64_t y, std::int32_t tolerance,
                          const std::function<bool(const TORXBaseItem&)>& accept = nullptr) const;
-    void InvalidatePickIndex();                             // the items' places or order changed
-    void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
-    std::size_t PickIndexBuilds() const;                    // full builds of the pick grid so far
+    void InvalidatePickIndex();                          // the items' places or order changed
+    void InvalidatePickIndex(const TORXBaseItem* item);  // only this item's place or extent changed
+    std::size_t PickIndexBuilds() const;                 // full builds of the pick grid so far
     // The first item in paint order of the kind with that internal id, null when there is none; through
     // an index kept beside the list, so links find their elements without a walk over the drawing.
     TORXBaseItem* FindItemByInID(TQVLItemType type, std::int32_t id) const;
