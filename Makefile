@@ -65,6 +65,7 @@ bench: build
 # Side-by-side runs against other implementations; they install their own tools and print, never assert.
 peers: build
 	bash bench/peers/mermaid_parse.sh $(BUILD_DIR)/orvex
+	bash bench/peers/mermaid_render.sh $(BUILD_DIR)/orvex
 	bash bench/peers/mcp_throughput.sh $(BUILD_DIR)/orvex
 
 format:

@@ -8,8 +8,13 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 
+#include "host/layout/dot_result.h"
+#include "host/layout/graphviz_settings.h"
+#include "host/layout/isolated_run.h"
 #include "host/layout/layered_layout.h"
 #include "orvex/diagrams/diagram_model.h"
 
@@ -109,6 +114,31 @@ void FitToMargin(TGraphLayout& layout, double margin) {
     layout.Extent = {maxX - minX + 2 * margin, maxY - minY + 2 * margin};
 }
 
+// dot on the built graph, in this process or, when the settings ask, in a child process under the time
+// budget; nothing when dot failed or overran.
+std::optional<TDotResult> RunDot(Agraph_t* g, const std::vector<Agnode_t*>& nodes,
+                                 const std::vector<Agedge_t*>& edges, const TGraphvizSettings& settings) {
+    auto layOut = [&]() -> std::optional<TDotResult> {
+        if (gvLayout(GraphvizContext(), g, "dot") != 0) return std::nullopt;
+        return CollectDotResult(g, nodes, edges);
+    };
+    if (!settings.Isolated) return layOut();
+    TIsolatedLimits limits;
+    limits.Seconds = settings.BudgetSeconds;
+    const std::optional<std::string> bytes = RunIsolated(
+        [&]() -> std::string {
+            const std::optional<TDotResult> result = layOut();
+            if (!result) throw std::runtime_error("dot failed");
+            return EncodeDotResult(*result);
+        },
+        limits);
+    if (!bytes) return std::nullopt;
+    std::optional<TDotResult> result = DecodeDotResult(*bytes);
+    if (result && (result->Nodes.size() != nodes.size() || result->Edges.size() != edges.size()))
+        return std::nullopt;
+    return result;
+}
+
 }  // namespace
 
 TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayoutSize>& aSizes,
@@ -117,12 +147,12 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
     const auto& nodes = aModel.Nodes();
     result.Boxes.resize(nodes.size());
     if (nodes.empty()) return result;
-    if (nodes.size() > aOptions.LayeredAbove) return LayoutLayered(aModel, aSizes, aOptions);
+    const TGraphvizSettings settings = ChooseGraphviz(MeasureGraph(aModel), aOptions);
+    if (settings.Engine == TGraphEngine::geLayered) return LayoutLayered(aModel, aSizes, aOptions);
 
     std::unique_ptr<Agraph_t, TGraphDeleter> graph(agopen(Mutable("diagram"), Agdirected, nullptr));
     Agraph_t* g = graph.get();
-    const bool straight = nodes.size() > aOptions.StraightEdgesAbove;
-    const bool quick = nodes.size() > aOptions.QuickOrderingAbove;
+    const bool straight = settings.StraightEdges;
 
     agattr(g, AGRAPH, Mutable("rankdir"),
            Mutable(aModel.Direction() == TQVLFlowDirection::fdLeftRight ? "LR" : "TB"));
@@ -130,15 +160,7 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
     std::string rankSep = Inches(aOptions.RankSep);
     agattr(g, AGRAPH, Mutable("nodesep"), nodeSep.data());
     agattr(g, AGRAPH, Mutable("ranksep"), rankSep.data());
-    agattr(g, AGRAPH, Mutable("splines"), Mutable(straight ? "line" : "polyline"));
-    if (quick) {
-        // Fewer crossing-reduction passes and a bounded network simplex: the order is a little worse,
-        // the time grows close to linearly instead of quadratically.
-        agattr(g, AGRAPH, Mutable("mclimit"), Mutable("0.1"));
-        agattr(g, AGRAPH, Mutable("nslimit"), Mutable("2"));
-        agattr(g, AGRAPH, Mutable("nslimit1"), Mutable("2"));
-        agattr(g, AGRAPH, Mutable("searchsize"), Mutable("10"));
-    }
+    ApplyGraphvizSettings(g, settings);
     Agsym_t* shape = agattr(g, AGNODE, Mutable("shape"), Mutable("box"));
     Agsym_t* fixed = agattr(g, AGNODE, Mutable("fixedsize"), Mutable("true"));
     Agsym_t* width = agattr(g, AGNODE, Mutable("width"), Mutable("1"));
@@ -183,32 +205,37 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
         pending.push_back({static_cast<int>(e), from, to, ge});
     }
 
-    if (gvLayout(GraphvizContext(), g, "dot") != 0) return result;
+    std::vector<Agedge_t*> gvEdges;
+    gvEdges.reserve(pending.size());
+    for (const TPending& p : pending) gvEdges.push_back(p.GvEdge);
+    const std::optional<TDotResult> dot = RunDot(g, gvNodes, gvEdges, settings);
+    // dot failed or overran its budget: the plain layout never does either.
+    if (!dot) return LayoutLayered(aModel, aSizes, aOptions);
 
-    const boxf bb = GD_bb(g);
+    const boxf bb = dot->BoundingBox;
     auto toMM = [&](pointf p) {
         return TLayoutPoint{(p.x - bb.LL.x) * kMMPerPoint + aOptions.Margin,
                             (bb.UR.y - p.y) * kMMPerPoint + aOptions.Margin};
     };
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const TLayoutPoint c = toMM(ND_coord(gvNodes[i]));
+        const TLayoutPoint c = toMM(dot->Nodes[i]);
         const TLayoutSize size = i < aSizes.size() ? aSizes[i] : TLayoutSize{20, 10};
         result.Boxes[i] = {c.X - size.Width / 2, c.Y - size.Height / 2, size.Width, size.Height, true};
     }
 
-    for (const TPending& p : pending) {
+    for (std::size_t k = 0; k < pending.size(); ++k) {
+        const TPending& p = pending[k];
         TLayoutRoute route;
         route.Edge = p.Edge;
         route.From = p.From;
         route.To = p.To;
         const TLayoutBox& fromBox = result.Boxes[static_cast<std::size_t>(p.From)];
         const TLayoutBox& toBox = result.Boxes[static_cast<std::size_t>(p.To)];
-        const splines* spl = ED_spl(p.GvEdge);
-        if (spl != nullptr && spl->size > 0 && spl->list[0].size >= 2) {
-            const bezier& bz = spl->list[0];
+        const std::vector<pointf>& bz = dot->Edges[k];
+        if (bz.size() >= 2) {
             // On-curve points of the Bézier chain: with polyline routing they are the bends.
-            for (int k = 0; k < bz.size; k += 3) route.Points.push_back(toMM(bz.list[k]));
-            if ((bz.size - 1) % 3 != 0) route.Points.push_back(toMM(bz.list[bz.size - 1]));
+            for (std::size_t j = 0; j < bz.size(); j += 3) route.Points.push_back(toMM(bz[j]));
+            if ((bz.size() - 1) % 3 != 0) route.Points.push_back(toMM(bz.back()));
             // Edges that dot turned round to keep ranks acyclic may come back from head to tail.
             if (p.From != p.To && SquaredDistance(route.Points.front(), fromBox.Center()) >
                                       SquaredDistance(route.Points.front(), toBox.Center()))

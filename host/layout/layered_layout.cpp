@@ -58,7 +58,32 @@ TGraph AcyclicPart(std::size_t count, const std::vector<std::pair<int, int>>& ed
     return dag;
 }
 
+// Ranks by longest path from the sources, in topological order.
+std::vector<int> Ranks(const TGraph& dag) {
+    const std::size_t count = dag.In.size();
+    std::vector<int> rank(count, 0);
+    std::vector<std::size_t> pending(count);
+    std::vector<int> queue;
+    for (std::size_t n = 0; n < count; ++n) {
+        pending[n] = dag.In[n].size();
+        if (pending[n] == 0) queue.push_back(static_cast<int>(n));
+    }
+    for (std::size_t head = 0; head < queue.size(); ++head) {
+        const auto n = static_cast<std::size_t>(queue[head]);
+        for (const int m : dag.Out[n]) {
+            const auto mi = static_cast<std::size_t>(m);
+            rank[mi] = std::max(rank[mi], rank[n] + 1);
+            if (--pending[mi] == 0) queue.push_back(m);
+        }
+    }
+    return rank;
+}
+
 }  // namespace
+
+std::vector<int> LongestPathRanks(std::size_t aCount, const std::vector<std::pair<int, int>>& aEdges) {
+    return Ranks(AcyclicPart(aCount, aEdges));
+}
 
 TGraphLayout LayoutLayered(const TORXDiagramModel& aModel, const std::vector<TLayoutSize>& aSizes,
                            const TGraphLayoutOptions& aOptions) {
@@ -83,22 +108,7 @@ TGraphLayout LayoutLayered(const TORXDiagramModel& aModel, const std::vector<TLa
     }
     const TGraph dag = AcyclicPart(count, edges);
 
-    // Ranks by longest path from the sources, in topological order.
-    std::vector<int> rank(count, 0);
-    std::vector<std::size_t> pending(count);
-    std::vector<int> queue;
-    for (std::size_t n = 0; n < count; ++n) {
-        pending[n] = dag.In[n].size();
-        if (pending[n] == 0) queue.push_back(static_cast<int>(n));
-    }
-    for (std::size_t head = 0; head < queue.size(); ++head) {
-        const auto n = static_cast<std::size_t>(queue[head]);
-        for (const int m : dag.Out[n]) {
-            const auto mi = static_cast<std::size_t>(m);
-            rank[mi] = std::max(rank[mi], rank[n] + 1);
-            if (--pending[mi] == 0) queue.push_back(m);
-        }
-    }
+    const std::vector<int> rank = Ranks(dag);
     const auto rankCount = static_cast<std::size_t>(*std::max_element(rank.begin(), rank.end())) + 1;
     std::vector<std::vector<int>> layers(rankCount);
     for (std::size_t n = 0; n < count; ++n)

@@ -3,6 +3,8 @@
 // size per sweep, so thousands of nodes take milliseconds.
 #pragma once
 
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "host/layout/layout_types.h"
@@ -13,5 +15,9 @@ struct TGraphLayoutOptions;
 
 TGraphLayout LayoutLayered(const TORXDiagramModel& aModel, const std::vector<TLayoutSize>& aSizes,
                            const TGraphLayoutOptions& aOptions);
+
+// The rank of each node by longest path from the sources, the edges that close a cycle left out: what
+// the plain layout places by, and what sizes a Graphviz run beforehand. aEdges are node indexes.
+std::vector<int> LongestPathRanks(std::size_t aCount, const std::vector<std::pair<int, int>>& aEdges);
 
 }  // namespace Orvex

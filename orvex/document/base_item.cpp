@@ -32,6 +32,12 @@ TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, TORXLayer* l
     fLayer = layer;
 }
 
+void TORXBaseItem::SetInID(std::int32_t id) {
+    if (id == fInID) return;
+    fInID = id;
+    fOwner->ItemIdChanged();
+}
+
 void TORXBaseItem::SetName() {
     fID = fmt::format("{}{:03d}", NameItem(fItemType), fInID);
 }

@@ -50,7 +50,7 @@ class TORXBaseItem {
     const std::string& ID() const { return fID; }
     void SetID(const std::string& id);
     std::int32_t InID() const { return fInID; }
-    void SetInID(std::int32_t id) { fInID = id; }  // readers only: no undo, no renaming
+    void SetInID(std::int32_t id);  // readers only: no undo, no renaming
     TQVLItemType ItemType() const { return fItemType; }
     TAlphaColor Color() const { return fColor; }
     void SetColor(TAlphaColor color);

@@ -9,6 +9,7 @@
 #include "orvex/core/text.h"
 #include "orvex/document/editor_tools.h"
 #include "orvex/document/intersect_thread.h"
+#include "orvex/document/item_id_index.h"
 #include "orvex/document/pick_index.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
@@ -83,9 +84,11 @@ void TORXBaseLabel::ClearItems() {
     fSelection2.clear();
     fSelPoints.clear();
     fPendingCalc.clear();
+    fPendingCalcSet.clear();
     fPreviewItems.clear();
     fItems.clear();
     InvalidatePickIndex();
+    if (fIdIndex) fIdIndex->Invalidate();
 }
 
 void TORXBaseLabel::Loaded() {
@@ -126,13 +129,14 @@ void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
     if (preview) return;
     AddState(TOrvexState::lsModified);
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(item)) fPickIndexDirty = true;
+    if (fIdIndex) fIdIndex->Appended(item);
 }
 
 void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
     const auto drop = [item](std::vector<TORXBaseItem*>& list) { std::erase(list, item); };
     drop(fSelection);
     drop(fSelection2);
-    drop(fPendingCalc);
+    if (fPendingCalcSet.erase(item) != 0) drop(fPendingCalc);
 }
 
 void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
@@ -152,6 +156,7 @@ void TORXBaseLabel::DeleteOne(TORXBaseItem* item, bool record) {
     RemoveFromLists(item);
     // Before the item goes, so that no pick can reach it through the index.
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Removed(item)) fPickIndexDirty = true;
+    if (fIdIndex) fIdIndex->Removed(item);
     fItems.erase(fItems.begin() + index);
     // ChangeState(lsUpdate) without the item, less the rebuild of the pick index that it would ask for.
     AddState(TOrvexState::lsModified);
@@ -281,6 +286,21 @@ void TORXBaseLabel::InvalidatePickIndex(const TORXBaseItem* item) {
 
 std::size_t TORXBaseLabel::PickIndexBuilds() const {
     return fPickIndex ? fPickIndex->Builds() : 0;
+}
+
+void TORXBaseLabel::InvalidatePickIndex() {
+    fPickIndexDirty = true;
+    // What moves items in the paint order says so here; only items that share an id care.
+    if (fIdIndex) fIdIndex->Reordered();
+}
+
+TORXBaseItem* TORXBaseLabel::FindItemByInID(TQVLItemType type, std::int32_t id) const {
+    if (!fIdIndex) fIdIndex = std::make_unique<TItemIdIndex>();
+    return fIdIndex->Find(type, id, fItems);
+}
+
+void TORXBaseLabel::ItemIdChanged() {
+    if (fIdIndex) fIdIndex->Invalidate();
 }
 
 // [SECTION] Layers

@@ -16,6 +16,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "orvex/core/types.h"
@@ -33,6 +34,7 @@ class TORXCmd;
 class TIntersectThread;
 class TORXEditor;
 class TPickIndex;
+class TItemIdIndex;
 struct TQVLSnapHit;
 enum class TQVLEdKey : std::uint8_t;  // orvex/document/editor_tools.h
 enum class TQVLShift : std::uint8_t;
@@ -104,9 +106,13 @@ class TORXBaseLabel {
     // pick after a change, spares the walk over a large drawing.
     TORXBaseItem* ItemAt(std::int64_t x, std::int64_t y, std::int32_t tolerance,
                          const std::function<bool(const TORXBaseItem&)>& accept = nullptr) const;
-    void InvalidatePickIndex() { fPickIndexDirty = true; }  // the items' places or order changed
-    void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
-    std::size_t PickIndexBuilds() const;                    // full builds of the pick grid so far
+    void InvalidatePickIndex();                          // the items' places or order changed
+    void InvalidatePickIndex(const TORXBaseItem* item);  // only this item's place or extent changed
+    std::size_t PickIndexBuilds() const;                 // full builds of the pick grid so far
+    // The first item in paint order of the kind with that internal id, null when there is none; through
+    // an index kept beside the list, so links find their elements without a walk over the drawing.
+    TORXBaseItem* FindItemByInID(TQVLItemType type, std::int32_t id) const;
+    void ItemIdChanged();  // an item's internal id was set after it joined the list
 
     // [SECTION] Containers, defined in document_containers.cpp: items whose members move with them. A
     // container is a flow element framing its members, behind them in paint order, with its caption in a
@@ -348,6 +354,7 @@ class TORXBaseLabel {
     std::vector<std::unique_ptr<TORXBaseItem>> fItems;
     mutable std::unique_ptr<TPickIndex> fPickIndex;  // built by ItemAt
     mutable bool fPickIndexDirty = true;
+    mutable std::unique_ptr<TItemIdIndex> fIdIndex;  // built by FindItemByInID
     std::vector<std::unique_ptr<TORXBaseItem>> fPreviewItems;
     std::vector<std::unique_ptr<TORXBaseLibSymbol>> fSymbols;
     std::vector<TIntSecPoint> fIntersections;
@@ -355,6 +362,7 @@ class TORXBaseLabel {
     std::vector<TORXBaseItem*> fSelection;
     std::vector<TORXBaseItem*> fSelection2;
     std::vector<TORXBaseItem*> fPendingCalc;
+    std::unordered_set<const TORXBaseItem*> fPendingCalcSet;  // the same items, for the duplicate check
     std::vector<std::unique_ptr<TORXCounter>> fCounters;
     std::string fClipboard;
     std::vector<std::unique_ptr<TORXCmd>> fUndoStack;

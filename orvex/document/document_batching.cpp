@@ -53,7 +53,7 @@ void TORXBaseLabel::ChangeState(TOrvexState state, TORXBaseItem* item) {
             AddState(TOrvexState::lsUpdate);
             if (item == nullptr) break;
             if (!fNotifyNow) {
-                if (std::find(fPendingCalc.begin(), fPendingCalc.end(), item) == fPendingCalc.end()) {
+                if (fPendingCalcSet.insert(item).second) {
                     fPendingCalc.push_back(item);
                     AddState(TOrvexState::lsCalc);
                 }
@@ -75,6 +75,7 @@ void TORXBaseLabel::CalcPending() {
     // A recalculation may queue more items; take the list first so the walk stays valid.
     std::vector<TORXBaseItem*> pending;
     pending.swap(fPendingCalc);
+    fPendingCalcSet.clear();
     for (TORXBaseItem* item : pending) {
         InvalidatePickIndex(item);
         item->CalcValues(2);

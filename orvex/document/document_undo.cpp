@@ -72,6 +72,7 @@ void TORXBaseLabel::CalcRestoredLinks() {
     std::vector<TORXBaseItem*> links;
     for (TORXBaseItem* item : fPendingCalc)
         if (item->ItemType() == TQVLItemType::itLink) links.push_back(item);
+    for (const TORXBaseItem* link : links) fPendingCalcSet.erase(link);
     std::erase_if(fPendingCalc,
                   [](const TORXBaseItem* item) { return item->ItemType() == TQVLItemType::itLink; });
     for (TORXBaseItem* link : links) link->CalcValues(2);

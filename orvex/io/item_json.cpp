@@ -54,7 +54,7 @@ TJSON TORXBaseItem::WriteJson() const {
 void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     (void)version;
     using U = TJSONUtils;
-    fInID = static_cast<std::int32_t>(U::GetInt(obj, "InID"));
+    SetInID(static_cast<std::int32_t>(U::GetInt(obj, "InID")));
     fID = U::GetString(obj, "ID");
     fOwner->RaiseNextID(fInID);
     const std::int64_t layer = U::GetInt(obj, "Layer");

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "orvex/io/json.h"
@@ -241,12 +242,11 @@ void TORXBaseLink::PropChanged(std::uint16_t p) {
 
 namespace {
 TORXBaseFlow* FindFlow(const TORXBaseLabel& doc, std::int64_t id) {
-    for (std::int32_t i = 0; i < doc.GetItemsCount(); ++i) {
-        TORXBaseItem* item = doc.GetItem(i);
-        if (item->ItemType() == TQVLItemType::itFlow && item->InID() == id)
-            return dynamic_cast<TORXBaseFlow*>(item);
-    }
-    return nullptr;
+    // Internal ids are 32-bit: a stored id beyond them names no element.
+    if (id < std::numeric_limits<std::int32_t>::min() || id > std::numeric_limits<std::int32_t>::max())
+        return nullptr;
+    return dynamic_cast<TORXBaseFlow*>(
+        doc.FindItemByInID(TQVLItemType::itFlow, static_cast<std::int32_t>(id)));
 }
 
 // A corner of an orthogonal route rounded by a quarter circle of kCornerPoints points. The radius shrinks
