@@ -165,9 +165,19 @@ TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramForma
         auto& participant = out["participants"][i];
         participant["role"] = p.Role;
         participant["group"] = p.Group;
+        participant["style"] = QVLDiagStyleToJson(p.Style);
     }
-    for (std::size_t i = 0; i < aModel.SeqEvents().size(); ++i)
-        out["events"][i]["fragment"] = aModel.SeqEvents()[i].Fragment;
+    for (std::size_t i = 0; i < aModel.SeqEvents().size(); ++i) {
+        const auto& ev = aModel.SeqEvents()[i];
+        auto& event = out["events"][i];
+        event["fragment"] = ev.Fragment;
+        event["variant"] = ev.Variant;
+        event["number"] = ev.Number;
+        event["fromArrow"] = QVLSeqArrowName(ev.FromArrow);
+        event["fromCircle"] = ev.FromCircle;
+        event["toCircle"] = ev.ToCircle;
+        event["style"] = QVLDiagStyleToJson(ev.Style);
+    }
     TJSON groups = TJSON::array();
     for (const auto& g : aModel.Groups()) {
         TJSON group = TJSON::object();

@@ -24,7 +24,8 @@ TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aF
 
 // The same with what the full importer adds: the core keys first, in their order, then on each node
 // "group", "role", "style", "compartments"; on each edge "id", "fromText", "toText", "thick", "style"; on
-// each participant "role", "group"; on each event "fragment"; and at the end "groups".
+// each participant "role", "group", "style"; on each event "fragment", "variant", "number", "fromArrow",
+// "fromCircle", "toCircle", "style"; and at the end "groups".
 TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat);
 // Only the keys the text set: "fill", "stroke", "textColor" ("#RRGGBBAA"), "strokeWidth", "dash", "bold",
 // "italic".

@@ -116,6 +116,17 @@ struct TQVLSeqEvent {
     std::string NotePosition;  // "right of", "left of" or "over" for notes; empty for messages
     // Filled only by the full importer: the operator of the innermost fragment the event lies in.
     std::string Fragment;
+    // Sequence details only the full importer reads. Variant: a note's shape ("note", "hnote", "rnote"),
+    // the separator word of seFragmentElse ("else", "and", "option"), "space" or "delay" for seDelay.
+    // Number: the autonumber shown before a message's text. FromArrow, FromCircle, ToCircle: the heads of
+    // a two-headed message and the circles of PlantUML's "o" ends. Style: a message's or activation's
+    // colour (Stroke or Fill), a note's or fragment's background (Fill).
+    TQVLSeqArrow FromArrow = TQVLSeqArrow::saNone;
+    bool FromCircle = false;
+    bool ToCircle = false;
+    std::string Variant;
+    std::string Number;
+    TQVLDiagStyle Style;
 };
 
 struct TQVLDiagramDiagnostic {
