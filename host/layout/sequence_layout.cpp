@@ -639,7 +639,8 @@ class TSeqPlacer {
             fLeftX = std::min(fLeftX, head.X);
             fRightX = std::max(fRightX, head.Right());
         }
-        // Boxes behind their participants, from above the heads to below the feet.
+        // Boxes behind their participants, from above the heads to below the feet, all equally tall.
+        const double feet = bottom;
         for (std::size_t g = 0; g < fModel.Groups().size(); ++g) {
             const TQVLDiagGroup& group = fModel.Groups()[g];
             double low = kInf;
@@ -656,7 +657,7 @@ class TSeqPlacer {
             layout.Group = static_cast<int>(g);
             const double y = fHeadTop - fOpt.BoxPadding - (title.Height > 0 ? title.Height : 0);
             layout.Box = {low - fOpt.BoxPadding, y, high - low + 2 * fOpt.BoxPadding,
-                          bottom + fOpt.BoxPadding - y, true};
+                          feet + fOpt.BoxPadding - y, true};
             layout.Box.Width = std::max(layout.Box.Width, title.Width + 2 * kTextPaddingX);
             layout.TitleBox = {layout.Box.Center().X - title.Width / 2, y + 1, title.Width, title.Height,
                                !group.Text.empty()};
