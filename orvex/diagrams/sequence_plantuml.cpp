@@ -152,9 +152,15 @@ struct TPlantUMLReader {
         TRegexMatch part;
         std::string color;
         // Stereotypes, order and colour may stand in any order after the names.
+        bool dropped = false;
         for (const TRegex* re : {&kStereotype, &kOrder}) {
-            while (re->Match(rest, part)) rest.erase(part.Start(), part.End() - part.Start());
+            while (re->Match(rest, part)) {
+                rest.erase(part.Start(), part.End() - part.Start());
+                dropped = true;
+            }
         }
+        // The lifelines keep the order of first mention and show no stereotype: say so.
+        if (dropped) Builder.Unsupported(kPrefix, kInfo);
         rest = Trim(rest);
         if (kColor.Match(rest, part)) {
             color = part.Group(1);

@@ -307,6 +307,7 @@ TEST(SequenceImportPlantUML, AnAliasGivesOneLifelineWithTheCaption) {
     EXPECT_EQ(model.Participants()[1].Display, "Bob the buyer");
     EXPECT_EQ(model.Participants()[1].Role, "actor");
     EXPECT_EQ(model.Participants()[2].Role, "database");
+    EXPECT_EQ(Codes(model), "PLANTUML_UNSUPPORTED_STATEMENT@4 ");  // the order is not followed
 }
 
 TEST(SequenceImportPlantUML, AltEndTextIsASequenceDiagramNotAnActivity) {
