@@ -16,6 +16,7 @@
 #include "orvex/core/text.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
+#include "orvex/diagrams/sequence_import.h"
 #include "orvex/io/json.h"
 
 namespace OrvexCli {
@@ -75,11 +76,13 @@ int RunParse(const TParseOptions& options) {
     } else if (options.Time) {
         model = TimedParse(options, text, format);
     } else {
-        model = QVLParseDiagram(text, format);
+        model = QVLParseWithSequenceImport(text, format);
     }
     // Captions keep the source's bytes; a stray invalid sequence must not stop the output.
-    const std::string json =
-        QVLDiagramModelToJson(*model, format).dump(-1, ' ', false, TJSON::error_handler_t::replace);
+    const std::string json = (model->Kind() == TQVLDiagramKind::dkSequence && !options.Strict
+                                  ? QVLDiagramModelToJsonFull(*model, format)
+                                  : QVLDiagramModelToJson(*model, format))
+                                 .dump(-1, ' ', false, TJSON::error_handler_t::replace);
     fmt::print("{}\n", json);
     return model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError) ? kExitInvalid : kExitOk;
 }

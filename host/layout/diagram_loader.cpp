@@ -14,9 +14,10 @@
 
 #include "host/layout/fishbone_layout.h"
 #include "host/layout/graph_layout.h"
-#include "host/layout/sequence_layout.h"
+#include "host/layout/sequence_items.h"
 #include "host/layout/tree_layout.h"
 #include "orvex/diagrams/diagram_parse.h"
+#include "orvex/diagrams/sequence_import.h"
 #include "orvex/document/document.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/line_items.h"
@@ -33,7 +34,6 @@ namespace {
 
 constexpr double kBasePerMM = 1000.0;
 constexpr TQVLineType kDashed = TQVLineType::ii22;
-constexpr TAlphaColor kNoteColor = 0xFFFFF8C4u;  // pale yellow, opaque
 
 std::int64_t Base(double mm) {
     return static_cast<std::int64_t>(std::llround(mm * kBasePerMM));
@@ -53,20 +53,6 @@ TQVLTermType EdgeTerm(TQVLDiagEdgeArrow arrow) {
             return TQVLTermType::ttRhombus;
         case TQVLDiagEdgeArrow::eaFillRhombus:
             return TQVLTermType::ttFillRhombus;
-    }
-    return TQVLTermType::ttNone;
-}
-
-TQVLTermType SeqTerm(TQVLSeqArrow arrow) {
-    switch (arrow) {
-        case TQVLSeqArrow::saFilled:
-            return TQVLTermType::ttFillArrow;
-        case TQVLSeqArrow::saOpen:
-            return TQVLTermType::ttArrow;
-        case TQVLSeqArrow::saCross:
-            return TQVLTermType::ttCross;
-        case TQVLSeqArrow::saNone:
-            return TQVLTermType::ttNone;
     }
     return TQVLTermType::ttNone;
 }
@@ -129,14 +115,6 @@ void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& te
     item->SetText(text);
     item->SetBackColor(kOpaqueWhite);
     item->SetFilled(true);
-}
-
-void AddLine(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to, TQVLineType lineType) {
-    auto* line = Create<TORXBaseLine>(doc, TQVLItemType::itLine);
-    if (line == nullptr) return;
-    line->SetBase(1, Base(from.X), Base(from.Y));
-    line->SetBase(2, Base(to.X), Base(to.Y));
-    line->SetLineType(lineType);
 }
 
 //-----------------------------------------------------------------------------------------------------
@@ -204,40 +182,7 @@ bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout&
 //-----------------------------------------------------------------------------------------------------
 
 bool PlaceSequence(TORXBaseLabel& doc, const TORXDiagramModel& model, const TTextMeasure& measure) {
-    const TSequenceLayout layout = LayoutSequence(model, measure);
-    for (std::size_t i = 0; i < layout.Participants.size(); ++i)
-        if (AddFlow(doc, layout.Participants[i], TQVLFlowType::ftProcess, model.Participants()[i].Display) ==
-            nullptr)
-            return false;
-    for (const TLayoutSegment& life : layout.Lifelines) AddLine(doc, life.From, life.To, kDashed);
-    for (const TSeqMessageLayout& m : layout.Messages) {
-        const TQVLSeqEvent& ev = model.SeqEvents()[static_cast<std::size_t>(m.Event)];
-        const std::size_t last = m.Points.size() - 1;
-        // A message to its own sender goes out and down as plain lines; the last leg carries the head.
-        for (std::size_t k = 1; k < last; ++k)
-            AddLine(doc, m.Points[k - 1], m.Points[k], ev.Dotted ? kDashed : TQVLineType::iiSolid);
-        auto* arrow = Create<TORXBaseArrowLine>(doc, TQVLItemType::itArrowLine);
-        if (arrow == nullptr) continue;
-        arrow->SetBase(1, Base(m.Points[last - 1].X), Base(m.Points[last - 1].Y));
-        arrow->SetBase(2, Base(m.Points[last].X), Base(m.Points[last].Y));
-        arrow->SetFromType(TQVLTermType::ttNone);
-        arrow->SetToType(SeqTerm(ev.Arrow));
-        if (ev.Dotted) arrow->SetLineType(kDashed);
-        arrow->SetText(ev.Text);
-        arrow->SetTextPos(TQVLTextPos::tpAbove);
-    }
-    for (const TSeqNoteLayout& n : layout.Notes) {
-        auto* note = Create<TORXBasePara>(doc, TQVLItemType::itPara);
-        if (note == nullptr) continue;
-        note->SetBase(1, Base(n.Box.X), Base(n.Box.Y));
-        note->SetBase(2, Base(n.Box.Right()), Base(n.Box.Bottom()));
-        note->SetPaddingX(static_cast<float>(kTextPaddingX));
-        note->SetPaddingY(static_cast<float>(kTextPaddingY));
-        note->SetBackColor(kNoteColor);
-        note->SetFilled(true);
-        note->SetText(model.SeqEvents()[static_cast<std::size_t>(n.Event)].Text);
-    }
-    return true;
+    return PlaceSequenceItems(doc, model, measure);
 }
 
 }  // namespace
@@ -268,7 +213,7 @@ TTextMeasure FontMeasure(const TQVLFont& aFont) {
 }
 
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
-    const std::unique_ptr<TORXDiagramModel> model = QVLParseDiagram(aText, aFormat);
+    const std::unique_ptr<TORXDiagramModel> model = QVLParseWithSequenceImport(aText, aFormat);
     if (model == nullptr || model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) return false;
     // A family without flow elements cannot show the diagram: refuse before anything is created.
     const std::int32_t countBefore = aDocument.GetItemsCount();

@@ -47,7 +47,9 @@ std::string_view QVLDiagEdgeArrowName(TQVLDiagEdgeArrow aValue) {
 }
 
 std::string_view QVLSeqEventTypeName(TQVLSeqEventType aValue) {
-    static constexpr std::array<std::string_view, 2> kNames{"seMessage", "seNote"};
+    static constexpr std::array<std::string_view, 12> kNames{
+        "seMessage",     "seNote",    "seActivate", "seDeactivate", "seFragmentStart", "seFragmentElse",
+        "seFragmentEnd", "seDivider", "seDelay",    "seCreate",     "seDestroy",       "seAutonumber"};
     return NameOf(kNames, aValue);
 }
 
@@ -121,6 +123,73 @@ TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aF
         diagnostics.push_back(std::move(diagnostic));
     }
     out["diagnostics"] = std::move(diagnostics);
+    return out;
+}
+
+TJSON QVLDiagStyleToJson(const TQVLDiagStyle& aStyle) {
+    TJSON out = TJSON::object();
+    if (aStyle.Fill) out["fill"] = Qvl::Utils::AlphaColorToHex(*aStyle.Fill);
+    if (aStyle.Stroke) out["stroke"] = Qvl::Utils::AlphaColorToHex(*aStyle.Stroke);
+    if (aStyle.TextColor) out["textColor"] = Qvl::Utils::AlphaColorToHex(*aStyle.TextColor);
+    if (aStyle.StrokeWidth) out["strokeWidth"] = *aStyle.StrokeWidth;
+    if (aStyle.Dash) out["dash"] = *aStyle.Dash;
+    if (aStyle.Bold) out["bold"] = *aStyle.Bold;
+    if (aStyle.Italic) out["italic"] = *aStyle.Italic;
+    return out;
+}
+
+TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat) {
+    TJSON out = QVLDiagramModelToJson(aModel, aFormat);
+    // The core writer emits one JSON entry per record, in order, so the i-th entries pair up.
+    for (std::size_t i = 0; i < aModel.Nodes().size(); ++i) {
+        const auto& n = aModel.Nodes()[i];
+        auto& node = out["nodes"][i];
+        node["group"] = n.Group;
+        node["role"] = n.Role;
+        node["style"] = QVLDiagStyleToJson(n.Style);
+        TJSON compartments = TJSON::array();
+        for (const auto& c : n.Compartments) compartments.push_back(c);
+        node["compartments"] = std::move(compartments);
+    }
+    for (std::size_t i = 0; i < aModel.Edges().size(); ++i) {
+        const auto& e = aModel.Edges()[i];
+        auto& edge = out["edges"][i];
+        edge["id"] = e.ID;
+        edge["fromText"] = e.FromText;
+        edge["toText"] = e.ToText;
+        edge["thick"] = e.Thick;
+        edge["style"] = QVLDiagStyleToJson(e.Style);
+    }
+    for (std::size_t i = 0; i < aModel.Participants().size(); ++i) {
+        const auto& p = aModel.Participants()[i];
+        auto& participant = out["participants"][i];
+        participant["role"] = p.Role;
+        participant["group"] = p.Group;
+        participant["style"] = QVLDiagStyleToJson(p.Style);
+    }
+    for (std::size_t i = 0; i < aModel.SeqEvents().size(); ++i) {
+        const auto& ev = aModel.SeqEvents()[i];
+        auto& event = out["events"][i];
+        event["fragment"] = ev.Fragment;
+        event["variant"] = ev.Variant;
+        event["number"] = ev.Number;
+        event["fromArrow"] = QVLSeqArrowName(ev.FromArrow);
+        event["fromCircle"] = ev.FromCircle;
+        event["toCircle"] = ev.ToCircle;
+        event["style"] = QVLDiagStyleToJson(ev.Style);
+    }
+    TJSON groups = TJSON::array();
+    for (const auto& g : aModel.Groups()) {
+        TJSON group = TJSON::object();
+        group["id"] = g.ID;
+        group["text"] = g.Text;
+        group["parent"] = g.Parent;
+        group["direction"] = g.Direction ? TJSON(QVLFlowDirectionName(*g.Direction)) : TJSON("");
+        group["members"] = g.Members;
+        group["style"] = QVLDiagStyleToJson(g.Style);
+        groups.push_back(std::move(group));
+    }
+    out["groups"] = std::move(groups);
     return out;
 }
 

@@ -22,4 +22,13 @@ std::string_view QVLDiagnosticSeverityName(TQVLDiagramDiagnosticSeverity aValue)
 // aFormat is the format that was actually parsed.
 TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat);
 
+// The same with what the full importer adds: the core keys first, in their order, then on each node
+// "group", "role", "style", "compartments"; on each edge "id", "fromText", "toText", "thick", "style"; on
+// each participant "role", "group", "style"; on each event "fragment", "variant", "number", "fromArrow",
+// "fromCircle", "toCircle", "style"; and at the end "groups".
+TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat);
+// Only the keys the text set: "fill", "stroke", "textColor" ("#RRGGBBAA"), "strokeWidth", "dash", "bold",
+// "italic".
+TJSON QVLDiagStyleToJson(const TQVLDiagStyle& aStyle);
+
 }  // namespace Orvex

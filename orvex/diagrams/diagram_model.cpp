@@ -14,6 +14,23 @@ void TORXDiagramModel::Clear() {
     fParticipants.clear();
     fSeqEvents.clear();
     fDiagnostics.clear();
+    fGroups.clear();
+}
+
+TQVLDiagGroup& TORXDiagramModel::AddGroup(TQVLDiagGroup aGroup) {
+    fGroups.push_back(std::move(aGroup));
+    return fGroups.back();
+}
+
+TQVLDiagGroup* TORXDiagramModel::FindGroup(std::string_view aID) {
+    const auto found =
+        std::find_if(fGroups.begin(), fGroups.end(), [&](const auto& g) { return g.ID == aID; });
+    return found == fGroups.end() ? nullptr : &*found;
+}
+
+TQVLDiagNode* TORXDiagramModel::FindNode(std::string_view aID) {
+    const int index = NodeIndexOf(aID);
+    return index < 0 ? nullptr : &fNodes[static_cast<std::size_t>(index)];
 }
 
 int TORXDiagramModel::AddNode(std::string_view aID, std::string_view aText, TQVLFlowType aShape,
@@ -63,8 +80,14 @@ std::int32_t TORXDiagramModel::GetNodeInId(std::string_view aID) const {
 void TORXDiagramModel::AddEdge(std::string_view aFrom, std::string_view aTo, std::string_view aText,
                                bool aDotted, TQVLDiagEdgeArrow aArrow) {
     if (aFrom.empty() || aTo.empty()) return;
-    fEdges.push_back({std::string(aFrom), std::string(aTo), std::string(aText), aDotted,
-                      TQVLDiagEdgeArrow::eaNone, aArrow});
+    TQVLDiagEdge edge;
+    edge.FromID = aFrom;
+    edge.ToID = aTo;
+    edge.Text = aText;
+    edge.Dotted = aDotted;
+    edge.FromArrow = TQVLDiagEdgeArrow::eaNone;
+    edge.Arrow = aArrow;
+    fEdges.push_back(std::move(edge));
 }
 
 void TORXDiagramModel::AddParticipant(std::string_view aID, std::string_view aDisplay) {
@@ -74,7 +97,10 @@ void TORXDiagramModel::AddParticipant(std::string_view aID, std::string_view aDi
         if (!aDisplay.empty() && aDisplay != aID) participant.Display = aDisplay;
         return;
     }
-    fParticipants.push_back({std::string(aID), std::string(aDisplay.empty() ? aID : aDisplay)});
+    TQVLSeqParticipant participant;
+    participant.ID = aID;
+    participant.Display = aDisplay.empty() ? aID : aDisplay;
+    fParticipants.push_back(std::move(participant));
 }
 
 void TORXDiagramModel::AddSeqEvent(const TQVLSeqEvent& aEvent) {

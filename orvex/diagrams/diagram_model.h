@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,10 +21,50 @@ enum class TQVLDiagramFormat : std::uint8_t { dgAuto, dgMermaid, dgPlantUML };
 enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa };
 enum class TQVLFlowDirection : std::uint8_t { fdTopDown, fdLeftRight };
 enum class TQVLDiagEdgeArrow : std::uint8_t { eaArrow, eaNone, eaCross, eaCircle, eaRhombus, eaFillRhombus };
-enum class TQVLSeqEventType : std::uint8_t { seMessage, seNote };
+// Only the full importer writes the values after seNote; the core parsers know messages and notes.
+enum class TQVLSeqEventType : std::uint8_t {
+    seMessage,
+    seNote,
+    seActivate,
+    seDeactivate,
+    seFragmentStart,
+    seFragmentElse,
+    seFragmentEnd,
+    seDivider,
+    seDelay,
+    seCreate,
+    seDestroy,
+    seAutonumber
+};
 enum class TQVLSeqArrow : std::uint8_t { saFilled, saOpen, saCross, saNone };
 // Ordered: a higher value is more severe.
 enum class TQVLDiagramDiagnosticSeverity : std::uint8_t { dsInfo, dsWarning, dsError };
+
+// The look a diagram text asks for. Only what the text sets is present, so a layout can tell "black
+// because the text says so" from "black by default".
+struct TQVLDiagStyle {
+    std::optional<TAlphaColor> Fill;
+    std::optional<TAlphaColor> Stroke;
+    std::optional<TAlphaColor> TextColor;
+    std::optional<double> StrokeWidth;  // in pixels of the diagram text, as written
+    std::optional<bool> Dash;
+    std::optional<bool> Bold;
+    std::optional<bool> Italic;
+
+    bool IsEmpty() const {
+        return !Fill && !Stroke && !TextColor && !StrokeWidth && !Dash && !Bold && !Italic;
+    }
+};
+
+// A container of the diagram text (a subgraph, package, composite state, namespace, participant box).
+struct TQVLDiagGroup {
+    std::string ID;
+    std::string Text;
+    std::string Parent;  // the enclosing group's ID; empty at the top
+    std::optional<TQVLFlowDirection> Direction;
+    std::vector<std::string> Members;  // IDs of the nodes (or participants) directly inside, in order
+    TQVLDiagStyle Style;
+};
 
 struct TQVLDiagNode {
     std::string ID;         // unique within the model, case-sensitive
@@ -34,6 +75,11 @@ struct TQVLDiagNode {
     std::int8_t Side = 0;   // placement hint of some kinds (the side of a mind-map branch)
     TAlphaColor BackColor = 0;
     bool HasBackColor = false;
+    // Filled only by the full importer.
+    std::string Group;  // the innermost container's ID; empty when none
+    std::string Role;   // empty for a plain node, else "class", "entity", "state", "note", ...
+    TQVLDiagStyle Style;
+    std::vector<std::vector<std::string>> Compartments;  // classes: {attributes, methods}; entities: rows
 };
 
 struct TQVLDiagEdge {
@@ -43,11 +89,21 @@ struct TQVLDiagEdge {
     bool Dotted = false;
     TQVLDiagEdgeArrow FromArrow = TQVLDiagEdgeArrow::eaNone;
     TQVLDiagEdgeArrow Arrow = TQVLDiagEdgeArrow::eaArrow;
+    // Filled only by the full importer.
+    std::string ID;
+    std::string FromText;  // the label at the source end: a multiplicity, cardinality or role
+    std::string ToText;
+    bool Thick = false;
+    TQVLDiagStyle Style;
 };
 
 struct TQVLSeqParticipant {
     std::string ID;
     std::string Display;  // equals ID when no alias was given
+    // Filled only by the full importer.
+    std::string Role;  // "participant", "actor", "boundary", "control", "entity", "database", ...
+    std::string Group;
+    TQVLDiagStyle Style;
 };
 
 struct TQVLSeqEvent {
@@ -58,6 +114,19 @@ struct TQVLSeqEvent {
     bool Dotted = false;
     TQVLSeqArrow Arrow = TQVLSeqArrow::saFilled;
     std::string NotePosition;  // "right of", "left of" or "over" for notes; empty for messages
+    // Filled only by the full importer: the operator of the innermost fragment the event lies in.
+    std::string Fragment;
+    // Sequence details only the full importer reads. Variant: a note's shape ("note", "hnote", "rnote"),
+    // the separator word of seFragmentElse ("else", "and", "option"), "space" or "delay" for seDelay.
+    // Number: the autonumber shown before a message's text. FromArrow, FromCircle, ToCircle: the heads of
+    // a two-headed message and the circles of PlantUML's "o" ends. Style: a message's or activation's
+    // colour (Stroke or Fill), a note's or fragment's background (Fill).
+    TQVLSeqArrow FromArrow = TQVLSeqArrow::saNone;
+    bool FromCircle = false;
+    bool ToCircle = false;
+    std::string Variant;
+    std::string Number;
+    TQVLDiagStyle Style;
 };
 
 struct TQVLDiagramDiagnostic {
@@ -106,6 +175,16 @@ class TORXDiagramModel {
     const std::vector<TQVLSeqEvent>& SeqEvents() const { return fSeqEvents; }
     const std::vector<TQVLDiagramDiagnostic>& Diagnostics() const { return fDiagnostics; }
 
+    // The full importer's additions: containers in source order, and write access to the records the
+    // core calls made, to attach what the core model has no field for.
+    const std::vector<TQVLDiagGroup>& Groups() const { return fGroups; }
+    TQVLDiagGroup& AddGroup(TQVLDiagGroup aGroup);
+    TQVLDiagGroup* FindGroup(std::string_view aID);
+    TQVLDiagNode* FindNode(std::string_view aID);
+    std::vector<TQVLDiagEdge>& MutableEdges() { return fEdges; }
+    std::vector<TQVLSeqParticipant>& MutableParticipants() { return fParticipants; }
+    std::vector<TQVLSeqEvent>& MutableSeqEvents() { return fSeqEvents; }
+
     // Set directly by the parsers.
     TQVLDiagramKind fKind = TQVLDiagramKind::dkFlowChart;
     TQVLFlowDirection fDirection = TQVLFlowDirection::fdTopDown;
@@ -122,6 +201,7 @@ class TORXDiagramModel {
     std::vector<TQVLSeqParticipant> fParticipants;
     std::vector<TQVLSeqEvent> fSeqEvents;
     std::vector<TQVLDiagramDiagnostic> fDiagnostics;
+    std::vector<TQVLDiagGroup> fGroups;
 };
 
 }  // namespace Orvex
