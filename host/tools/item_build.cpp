@@ -76,15 +76,7 @@ void MergeKeys(TJSON& aObj, const TJSON& aKeys) {
 }  // namespace
 
 std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID) {
-    std::vector<TORXBaseItem*> links;
-    for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
-        TORXBaseItem* item = aDoc.GetItem(i);
-        if (item->ItemType() != TQVLItemType::itLink) continue;
-        const TJSON json = item->WriteJson();
-        if (TJSONUtils::GetInt(json, "FromID") == aInID || TJSONUtils::GetInt(json, "ToID") == aInID)
-            links.push_back(item);
-    }
-    return links;
+    return aDoc.LinksOf(aInID);
 }
 
 TJSON CommonItemProps(bool aLineType) {

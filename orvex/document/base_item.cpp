@@ -138,6 +138,12 @@ void TORXBaseItem::SetPointY(std::int32_t index, std::int64_t y) {
     PointsChanged();
 }
 
+void TORXBaseItem::SetInID(std::int32_t id) {
+    if (id == fInID) return;
+    fInID = id;
+    if (!fFromPreview) fOwner->ItemIDChanged();
+}
+
 void TORXBaseItem::SetBase(std::int32_t index, std::int64_t x, std::int64_t y) {
     SetPoint(index, TQVLPto{x, y});
 }

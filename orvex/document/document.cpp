@@ -7,6 +7,7 @@
 
 #include "orvex/core/text.h"
 #include "orvex/document/editor_tools.h"
+#include "orvex/document/flow_link_index.h"
 #include "orvex/document/intersect_thread.h"
 #include "orvex/document/pick_index.h"
 #include "orvex/document/undo_commands.h"
@@ -85,6 +86,7 @@ void TORXBaseLabel::ClearItems() {
     fPreviewItems.clear();
     fItems.clear();
     InvalidatePickIndex();
+    if (fFlowLinks) fFlowLinks->Invalidate();
 }
 
 void TORXBaseLabel::Loaded() {
@@ -125,6 +127,31 @@ void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
     if (preview) return;
     AddState(TOrvexState::lsModified);
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(item)) fPickIndexDirty = true;
+    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Added(item);
+}
+
+TORXBaseItem* TORXBaseLabel::FlowByInID(std::int32_t id) const {
+    if (!fFlowLinks) fFlowLinks = std::make_unique<TFlowLinkIndex>();
+    if (!fFlowLinks->Valid()) fFlowLinks->Build(fItems);
+    return fFlowLinks->Flow(id, fItems);
+}
+
+const std::vector<TORXBaseItem*>& TORXBaseLabel::LinksOf(std::int32_t id) const {
+    if (!fFlowLinks) fFlowLinks = std::make_unique<TFlowLinkIndex>();
+    if (!fFlowLinks->Valid()) fFlowLinks->Build(fItems);
+    return fFlowLinks->Links(id);
+}
+
+void TORXBaseLabel::LinkEndsChanged(TORXBaseItem* link) {
+    if (fFlowLinks && fFlowLinks->Valid() && !link->FromPreview()) fFlowLinks->EndsChanged(link);
+}
+
+void TORXBaseLabel::ItemIDChanged() {
+    if (fFlowLinks) fFlowLinks->Invalidate();
+}
+
+std::size_t TORXBaseLabel::FlowLinkIndexBuilds() const {
+    return fFlowLinks ? fFlowLinks->Builds() : 0;
 }
 
 void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
@@ -141,6 +168,7 @@ void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
     RemoveFromLists(item);
     // Before the item goes, so that no pick can reach it through the index.
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Removed(item)) fPickIndexDirty = true;
+    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Removed(item);
     fItems.erase(fItems.begin() + index);
     // ChangeState(lsUpdate) without the item, less the rebuild of the pick index that it would ask for.
     AddState(TOrvexState::lsModified);

@@ -33,6 +33,7 @@ class TORXCmd;
 class TIntersectThread;
 class TORXEditor;
 class TPickIndex;
+class TFlowLinkIndex;
 struct TQVLSnapHit;
 enum class TQVLEdKey : std::uint8_t;  // orvex/document/editor_tools.h
 enum class TQVLShift : std::uint8_t;
@@ -107,6 +108,14 @@ class TORXBaseLabel {
     void InvalidatePickIndex() { fPickIndexDirty = true; }  // the items' places or order changed
     void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
     std::size_t PickIndexBuilds() const;                    // full builds of the pick grid so far
+    // Flow elements by internal id and the links bound to them, from an index built on first use after a
+    // change it cannot follow: the first flow element with the id in list order (null when none), and the
+    // links whose either end names the id (valid until the next change of the items).
+    TORXBaseItem* FlowByInID(std::int32_t id) const;
+    const std::vector<TORXBaseItem*>& LinksOf(std::int32_t id) const;
+    void LinkEndsChanged(TORXBaseItem* link);  // a link calls this when its ends name other ids
+    void ItemIDChanged();                      // an item's internal id was rewritten
+    std::size_t FlowLinkIndexBuilds() const;
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
@@ -316,6 +325,7 @@ class TORXBaseLabel {
     std::vector<std::unique_ptr<TORXBaseItem>> fItems;
     mutable std::unique_ptr<TPickIndex> fPickIndex;  // built by ItemAt
     mutable bool fPickIndexDirty = true;
+    mutable std::unique_ptr<TFlowLinkIndex> fFlowLinks;  // valid or rebuilt on its next lookup
     std::vector<std::unique_ptr<TORXBaseItem>> fPreviewItems;
     std::vector<std::unique_ptr<TORXBaseLibSymbol>> fSymbols;
     std::vector<TIntSecPoint> fIntersections;

@@ -47,7 +47,7 @@ void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t
 }
 
 void TORXBaseLabel::FollowLinks() {
-    for (TORXBaseItem* link : LinksOf(*this, fSelection)) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, fSelection)) ChangeState(TOrvexState::lsCalc, link);
 }
 
 namespace {

@@ -50,7 +50,7 @@ TJSON TORXBaseItem::WriteJson() const {
 void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     (void)version;
     using U = TJSONUtils;
-    fInID = static_cast<std::int32_t>(U::GetInt(obj, "InID"));
+    SetInID(static_cast<std::int32_t>(U::GetInt(obj, "InID")));
     fID = U::GetString(obj, "ID");
     fOwner->RaiseNextID(fInID);
     const std::int64_t layer = U::GetInt(obj, "Layer");
@@ -69,15 +69,29 @@ void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     if (U::GetBool(options, "Selectable")) fOptions.Include(TQVLayerOp::lopSelectable);
     if (U::GetBool(options, "Export")) fOptions.Include(TQVLayerOp::lopExport);
     const TJSON& points = U::GetArray(obj, "Points");
-    if (IsPointListKind(fItemType)) fPoints.resize(points.size());
-    const TQVLUnits units = fOwner->Units();
-    std::int32_t index = 1;
-    for (const auto& p : points) {
-        SetPointX(index, U::UnitToBase(U::GetFloat(p, "X"), units));
-        SetPointY(index, U::UnitToBase(U::GetFloat(p, "Y"), units));
-        ++index;
+    bool moved = false;
+    if (IsPointListKind(fItemType) && fPoints.size() != points.size()) {
+        fPoints.resize(points.size());
+        moved = true;
     }
-    UpdateBounds();
+    // All points first and the bounds once after them: set one by one, each point recomputed the bounds
+    // over every point, and a long polyline took quadratic time. Kinds with a fixed number of points take
+    // as many as they have.
+    const TQVLUnits units = fOwner->Units();
+    const std::size_t count = std::min(points.size(), fPoints.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const TQVLPto read{U::UnitToBase(U::GetFloat(points[i], "X"), units),
+                           U::UnitToBase(U::GetFloat(points[i], "Y"), units)};
+        if (fPoints[i] == read) continue;
+        fPoints[i] = read;
+        moved = true;
+    }
+    if (moved) {
+        fOwner->ChangeState(TOrvexState::lsUpdate, this);
+        PointsChanged();
+    } else {
+        UpdateBounds();
+    }
 }
 
 TJSON TORX2DItem::WriteJson() const {
