@@ -34,6 +34,11 @@ using TClock = std::chrono::steady_clock;
 // [SECTION] Helpers
 
 thread_local bool tCloseAfterResponse = false;
+thread_local std::uint64_t tSkipAfterResponse = 0;
+// What a refused request's body may be for the connection to go on after the refusal, and how long it may
+// take to come.
+constexpr std::uint64_t kSkipBodyBytes = 64 * 1024;
+constexpr auto kSkipBodyTime = std::chrono::milliseconds(200);
 
 constexpr std::string_view kHeadTooLarge =
     "HTTP/1.1 431 Request Header Fields Too Large\r\n"
@@ -180,6 +185,18 @@ class TRequestStream final : public httplib::Stream {
           fBuffer(std::move(aReadAhead)) {}
 
     bool Failed() const { return fFailed; }
+    // Reads and drops aBytes, until aUntil at the latest; false when they did not all come.
+    bool Skip(std::uint64_t aBytes, TClock::time_point aUntil) {
+        fDeadline = std::min(fDeadline, aUntil);
+        std::array<char, 4096> sink{};
+        while (aBytes > 0) {
+            const auto got =
+                read(sink.data(), static_cast<size_t>(std::min<std::uint64_t>(aBytes, sink.size())));
+            if (got <= 0) return false;
+            aBytes -= static_cast<std::uint64_t>(got);
+        }
+        return true;
+    }
     // Bytes received but not read: the start of a pipelined request.
     std::string TakeUnread() {
         fBuffer.erase(0, fOffset);
@@ -269,6 +286,11 @@ class TRequestStream final : public httplib::Stream {
 
 void CloseConnectionAfterResponse() {
     tCloseAfterResponse = true;
+}
+
+void SkipBodyAfterResponse(std::uint64_t aBytes) {
+    tSkipAfterResponse = aBytes;
+    if (aBytes > kSkipBodyBytes) tCloseAfterResponse = true;
 }
 
 // [SECTION] TReception: waiting connections and request threads
@@ -513,6 +535,7 @@ struct TBoundedHttpServer::TReception {
                 fJobs.pop_front();
             }
             tCloseAfterResponse = false;
+            tSkipAfterResponse = 0;
             const bool keep = fServer.RunRequest(job.Socket, job.ReadAhead, job.Deadline, job.LastRequest);
             {
                 std::lock_guard lock(fMutex);
@@ -620,7 +643,9 @@ bool TBoundedHttpServer::RunRequest(socket_t aSocket, std::string& aReadAhead, T
     TRequestStream stream(aSocket, std::move(aReadAhead), aDeadline,
                           ToMilliseconds(write_timeout_sec_, write_timeout_usec_));
     bool closed = false;
-    const bool served = process_request(stream, aLastRequest, closed, nullptr);
+    bool served = process_request(stream, aLastRequest, closed, nullptr);
+    if (served && !tCloseAfterResponse && tSkipAfterResponse > 0)
+        served = stream.Skip(tSkipAfterResponse, TClock::now() + kSkipBodyTime);
     aReadAhead = stream.TakeUnread();
     const bool keep = served && !closed && !aLastRequest && !tCloseAfterResponse && !stream.Failed();
     if (tCloseAfterResponse && served && !stream.Failed()) Linger(aSocket);

@@ -25,6 +25,10 @@ inline constexpr std::size_t kMaxRequestHeadBytes = 64 * 1024;
 // Called by a request handler: the connection closes once this response is sent, for a handler that
 // answers without reading the body (what is left of it would be taken for the next request).
 void CloseConnectionAfterResponse();
+// Called by a request handler that answers without reading a body of aBytes declared bytes: once the
+// answer is out, a small body that arrives at once is skipped and the connection goes on; otherwise it
+// closes.
+void SkipBodyAfterResponse(std::uint64_t aBytes);
 
 class TBoundedHttpServer final : public httplib::Server {
   public:

@@ -109,7 +109,11 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
         if (TMCPHttpResponse refusal; !fServer.AdmitRequestHead(record, refusal)) {
             Send(refusal, aResponse);
             aResponse.body = std::move(refusal.Body);
-            CloseConnectionAfterResponse();
+            if (record.BodySize) {
+                SkipBodyAfterResponse(*record.BodySize);
+            } else {
+                CloseConnectionAfterResponse();
+            }
             return;
         }
         record.BodySize.reset();
