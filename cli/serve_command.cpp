@@ -1,10 +1,15 @@
 // `orvex serve`: exposes one drawing to AI agents over MCP, on HTTP or, with --stdio, over standard input
 // and output, and with --view-port shows it live on a loopback page. The main thread runs the tools and
-// renders the live view; SIGINT or SIGTERM stops the server cleanly.
+// renders the live view. A first SIGINT or SIGTERM stops taking work at once and ends the server once the
+// running tool has finished; a second ends the process at once, saving first when --save-on-exit asks.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 #include <atomic>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -44,20 +49,32 @@ struct TServeArgs {
     std::int32_t ViewPort = -1;  // -1: no live view
 };
 
-// Only this flag is touched by the signal handler: a lock-free atomic store is async-signal-safe.
-std::atomic<bool> gStopRequested{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
+// The signal handler touches only these, a pipe's write end and _exit, which are async-signal-safe.
+std::atomic<int> gStopSignals{0};
+std::atomic<bool> gSaveOnExit{false};
+int gSignalPipe[2] = {-1, -1};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
-extern "C" void OnStopSignal(int) {
-    gStopRequested.store(true);
+// How long a second signal waits for the running tool to let go of the drawing and for the save.
+constexpr auto kExitSaveBudget = std::chrono::seconds(5);
+
+extern "C" void OnStopSignal(int aSignal) {
+    if (gStopSignals.fetch_add(1) >= 1 && !gSaveOnExit.load()) _exit(128 + aSignal);
+    const char byte = 1;
+    [[maybe_unused]] const auto written = write(gSignalPipe[1], &byte, 1);
 }
 
 void InstallSignalHandlers() {
+    if (pipe2(gSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
     struct sigaction action {};
     action.sa_handler = OnStopSignal;
     sigemptyset(&action.sa_mask);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+}
+
+bool StopRequested() {
+    return gStopSignals.load() > 0;
 }
 
 std::mutex gLogMutex;
@@ -77,12 +94,85 @@ bool ReadWholeFile(const std::string& aFileName, std::string& aText) {
     return static_cast<bool>(in) || in.eof();
 }
 
+// Held by the main thread while a tool may touch the drawing, so that a save on the signal watcher's thread
+// never reads it half-changed.
+std::timed_mutex gDocumentMutex;
+
+bool SaveOnExit(const std::string& aFile, const Orvex::TORXBaseLabel& aDocument) {
+    if (const auto saved = Orvex::SaveDrawingFile(aFile, aDocument); !saved) {
+        fmt::print(stderr, "orvex: {}\n", saved.Message);
+        return false;
+    }
+    LogLine(fmt::format("saved {}", aFile));
+    return true;
+}
+
+// Waits on the signal pipe beside the main thread. The first signal stops the server taking connections
+// and the main thread taking tools, at once, even while a slow tool runs; the main thread then ends
+// normally. A second signal (the handler ends the process itself when nothing is to be saved) saves the
+// drawing here, within kExitSaveBudget, and ends the process.
+class TSignalWatcher {
+  public:
+    TSignalWatcher(Orvex::TORXMCPServer& aServer, Orvex::TMainThreadQueue& aQueue,
+                   const std::string& aDrawing, const Orvex::TORXBaseLabel& aDocument)
+        : fServer(aServer), fQueue(aQueue), fDrawing(aDrawing), fDocument(aDocument) {
+        if (gSignalPipe[0] >= 0) fThread = std::thread([this] { Watch(); });
+    }
+    ~TSignalWatcher() {
+        fDone.store(true);
+        if (fThread.joinable()) fThread.join();
+    }
+    TSignalWatcher(const TSignalWatcher&) = delete;
+    TSignalWatcher& operator=(const TSignalWatcher&) = delete;
+
+  private:
+    void Watch() {
+        int seen = 0;
+        while (!fDone.load()) {
+            pollfd descriptor{gSignalPipe[0], POLLIN, 0};
+            if (poll(&descriptor, 1, 50) <= 0) continue;
+            char byte = 0;
+            if (read(gSignalPipe[0], &byte, 1) != 1) continue;
+            if (++seen == 1) {
+                LogLine("stopping: no new work is taken; a second signal ends at once");
+                fServer.StopAccepting();
+                fQueue.Stop();
+            } else {
+                SaveAndExit();
+            }
+        }
+    }
+
+    [[noreturn]] void SaveAndExit() {
+        // Neither a tool that keeps the drawing nor a save that hangs may hold the exit back.
+        std::thread([] {
+            std::this_thread::sleep_for(kExitSaveBudget);
+            LogLine("the drawing could not be saved in time; the file keeps what was saved before");
+            _exit(kExitUsage);
+        }).detach();
+        std::unique_lock lock(gDocumentMutex, kExitSaveBudget);
+        if (!lock.owns_lock()) {
+            LogLine("a tool still changes the drawing; it is not saved");
+            _exit(kExitUsage);
+        }
+        _exit(SaveOnExit(fDrawing, fDocument) ? kExitOk : kExitUsage);
+    }
+
+    Orvex::TORXMCPServer& fServer;
+    Orvex::TMainThreadQueue& fQueue;
+    const std::string& fDrawing;
+    const Orvex::TORXBaseLabel& fDocument;
+    std::atomic<bool> fDone{false};
+    std::thread fThread;
+};
+
 // Pumps the tool queue until a stop signal, or until aDone holds (the stdio client went away). After each
 // task the live view, if any, renders the drawing: every tool, undo included, is seen without a list of
 // which tools change it, and a drawing that did not change wakes no viewer.
 void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* aDone,
                       Orvex::Host::TLiveView* aView, const Orvex::TORXBaseLabel& aDocument) {
-    while (!gStopRequested.load() && (aDone == nullptr || !aDone->load())) {
+    while (!StopRequested() && (aDone == nullptr || !aDone->load())) {
+        const std::lock_guard lock(gDocumentMutex);
         if (aQueue.PumpOne(std::chrono::milliseconds(100)) && aView != nullptr) aView->Update(aDocument);
     }
 }
@@ -141,7 +231,9 @@ int Serve(const TServeArgs& args) {
 
     Orvex::TMainThreadQueue queue;
     Orvex::Host::BindDrawingServer(server, document, queue, tools);
+    gSaveOnExit.store(args.SaveOnExit);
     InstallSignalHandlers();
+    const TSignalWatcher watcher(server, queue, args.Drawing, document);
     std::unique_ptr<Orvex::Host::TLiveView> view;
     if (args.ViewPort >= 0) view = std::make_unique<Orvex::Host::TLiveView>();
 
@@ -183,11 +275,9 @@ int Serve(const TServeArgs& args) {
     }
 
     if (args.SaveOnExit) {
-        if (const auto saved = Orvex::SaveDrawingFile(args.Drawing, document); !saved) {
-            fmt::print(stderr, "orvex: {}\n", saved.Message);
-            return kExitUsage;
-        }
-        LogLine(fmt::format("saved {}", args.Drawing));
+        // A second signal may be saving on the watcher's thread; it ends the process when done.
+        const std::lock_guard lock(gDocumentMutex);
+        if (!SaveOnExit(args.Drawing, document)) return kExitUsage;
     }
     return kExitOk;
 }

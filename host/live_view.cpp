@@ -15,7 +15,7 @@ namespace Orvex::Host {
 namespace {
 
 constexpr const char* kLoopback = "127.0.0.1";
-// Each open page holds one thread in a long poll; a few tabs and a script fit with room to spare.
+// Each open page holds one request thread in a long poll; a few tabs and a script fit with room to spare.
 constexpr std::size_t kConnectionThreads = 16;
 // An idle kept-alive connection holds Stop back this long at most.
 constexpr time_t kKeepAliveSeconds = 1;
@@ -68,7 +68,10 @@ std::uint16_t TLiveView::Start(std::uint16_t aPort) {
     if (fImpl) return fPort;
     auto impl = std::make_unique<TImpl>();
     auto& http = impl->fHttp;
-    http.new_task_queue = [] { return new httplib::ThreadPool(kConnectionThreads); };
+    TConnectionLimits limits;
+    limits.RequestThreads = kConnectionThreads;
+    limits.RequestThreadsPerClient = kConnectionThreads;
+    http.SetLimits(limits);
     http.set_keep_alive_timeout(kKeepAliveSeconds);
     http.set_tcp_nodelay(true);
     http.set_payload_max_length(kMaxRequestBytes);

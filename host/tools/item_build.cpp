@@ -76,15 +76,7 @@ void MergeKeys(TJSON& aObj, const TJSON& aKeys) {
 }  // namespace
 
 std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID) {
-    std::vector<TORXBaseItem*> links;
-    for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
-        TORXBaseItem* item = aDoc.GetItem(i);
-        if (item->ItemType() != TQVLItemType::itLink) continue;
-        const TJSON json = item->WriteJson();
-        if (TJSONUtils::GetInt(json, "FromID") == aInID || TJSONUtils::GetInt(json, "ToID") == aInID)
-            links.push_back(item);
-    }
-    return links;
+    return aDoc.LinksOf(aInID);
 }
 
 TJSON CommonItemProps(bool aLineType) {
@@ -137,12 +129,20 @@ TJSON PointsKeys(const TORXBaseLabel& aDoc, const std::vector<TQVLPto64>& aPoint
 std::vector<TQVLPto64> PointsArg(const TORXBaseLabel& aDoc, const TJSON& aArgs, std::string_view aKey) {
     std::vector<TQVLPto64> points;
     const TJSON& list = aArgs.at(std::string(aKey));
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        const TJSON& p = list[i];
-        const std::string at = fmt::format("{}[{}]", aKey, i);
-        TJSON named = {{at + ".x", p["x"]}, {at + ".y", p["y"]}};
-        points.push_back({Length(aDoc, named, at + ".x"), Length(aDoc, named, at + ".y")});
-    }
+    points.reserve(list.size());
+    // Each coordinate is checked where it stands; its name is written only when it is refused, since a
+    // polyline may have millions of points.
+    const auto coordinate = [&](std::size_t aIndex, const char* aAxis) {
+        const TJSON& value = list[aIndex][aAxis];
+        try {
+            const TJSON named = {{"v", value}};
+            return Length(aDoc, named, "v");
+        } catch (const EToolArgument&) {
+            const std::string at = fmt::format("{}[{}].{}", aKey, aIndex, aAxis);
+            return Length(aDoc, TJSON{{at, value}}, at);
+        }
+    };
+    for (std::size_t i = 0; i < list.size(); ++i) points.push_back({coordinate(i, "x"), coordinate(i, "y")});
     return points;
 }
 

@@ -1,15 +1,13 @@
 // The socket side of TORXMCPServer over cpp-httplib: every method reaches DoCommandGet, and no request
 // makes the server hold more than MaxRequestBytes of body, whether or not it declares its length, nor
-// more than kMaxRequestHeadBytes of request line and headers.
+// more than kMaxRequestHeadBytes of request line and headers. A body is read only once the request's
+// head has passed the origin and token checks.
 #include "orvex/agent/mcp_http_listener.h"
 
-#include <condition_variable>
-#include <deque>
 #include <limits>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 #include "orvex/agent/bounded_http_server.h"
 #include "orvex/agent/main_thread.h"
@@ -18,56 +16,7 @@
 namespace Orvex {
 namespace {
 
-constexpr std::size_t kMaxConnectionThreads = 64;
 constexpr std::size_t kKeepAliveRequests = 1000;
-
-// A thread for each open connection, started when the connection arrives, up to a ceiling beyond which
-// connections wait for a thread to come free. Threads are kept for later connections until shutdown.
-class TConnectionThreads final : public httplib::TaskQueue {
-  public:
-    void enqueue(std::function<void()> aJob) override {
-        std::lock_guard lock(fMutex);
-        fJobs.push_back(std::move(aJob));
-        if (fIdle == 0 && fThreads.size() < kMaxConnectionThreads) {
-            fThreads.emplace_back([this] { Work(); });
-        }
-        fWake.notify_one();
-    }
-
-    void shutdown() override {
-        {
-            std::lock_guard lock(fMutex);
-            fShutdown = true;
-        }
-        fWake.notify_all();
-        for (auto& thread : fThreads) thread.join();
-        fThreads.clear();
-    }
-
-  private:
-    void Work() {
-        for (;;) {
-            std::function<void()> job;
-            {
-                std::unique_lock lock(fMutex);
-                ++fIdle;
-                fWake.wait(lock, [this] { return fShutdown || !fJobs.empty(); });
-                --fIdle;
-                if (fJobs.empty()) return;
-                job = std::move(fJobs.front());
-                fJobs.pop_front();
-            }
-            job();
-        }
-    }
-
-    std::mutex fMutex;
-    std::condition_variable fWake;
-    std::deque<std::function<void()>> fJobs;
-    std::vector<std::thread> fThreads;
-    std::size_t fIdle = 0;
-    bool fShutdown = false;
-};
 
 bool CarriesBody(const std::string& aMethod) {
     return aMethod == "POST" || aMethod == "PUT" || aMethod == "PATCH" || aMethod == "DELETE";
@@ -83,33 +32,30 @@ TMCPHttpRequest ToRecord(const httplib::Request& aRequest) {
     return record;
 }
 
-// Reads the body into the record, keeping at most aLimit bytes (no limit when 0). Whatever lies beyond is
-// read and dropped so that a kept-alive connection stays in step with the next request. Returns false
-// when the body ends before its framing says it should (a broken chunk, a peer that went away).
-bool ReadBody(const httplib::Request& aRequest, const httplib::ContentReader& aReader, std::size_t aLimit,
-              TMCPHttpRequest& aRecord) {
+// Reads the body into the record, up to aLimit bytes (no limit when 0). A body that goes beyond is not
+// read further: it is answered 413 and its connection closed, since an endless body would otherwise be
+// read for as long as it comes. Returns false when the body ends before its framing says it should (a
+// broken chunk, a peer that went away, the request's deadline).
+bool ReadBody(const httplib::ContentReader& aReader, std::size_t aLimit, TMCPHttpRequest& aRecord) {
     aRecord.HasBody = true;
-    if (aLimit > 0 && aRequest.has_header("Content-Length")) {
-        const auto declared = aRequest.get_header_value<std::uint64_t>("Content-Length");
-        if (declared > aLimit) {
-            aRecord.BodySize = declared;
-            // The library skips a body over its payload limit by itself and reports that as a failure.
-            aReader([](const char*, std::size_t) { return true; });
-            return true;
-        }
-    }
     std::uint64_t seen = 0;
     const bool complete = aReader([&](const char* aData, std::size_t aLength) {
         seen += aLength;
-        if (aLimit == 0 || seen <= aLimit) {
-            aRecord.Body.append(aData, aLength);
-        } else if (aRecord.Body.size() < aLimit) {
+        if (aLimit > 0 && seen > aLimit) {
             aRecord.Body.append(aData, aLimit - aRecord.Body.size());
+            return false;
         }
+        aRecord.Body.append(aData, aLength);
         return true;
     });
     if (aLimit > 0 && seen > aLimit) aRecord.BodySize = seen;
-    return complete || (aLimit > 0 && seen > aLimit);
+    return complete || aRecord.BodySize.has_value();
+}
+
+void Send(const TMCPHttpResponse& aAnswer, httplib::Response& aResponse) {
+    aResponse.status = aAnswer.Status;
+    for (const auto& [name, value] : aAnswer.Headers) aResponse.set_header(name, value);
+    if (!aAnswer.ContentType.empty()) aResponse.set_header("Content-Type", aAnswer.ContentType);
 }
 
 void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Response& aResponse) {
@@ -119,10 +65,8 @@ void Answer(TORXMCPServer& aServer, const TMCPHttpRequest& aRecord, httplib::Res
     } catch (...) {
         answer = TMCPHttpResponse{500, "application/json", {}, R"({"error":"Internal server error"})"};
     }
-    aResponse.status = answer.Status;
-    for (const auto& [name, value] : answer.Headers) aResponse.set_header(name, value);
+    Send(answer, aResponse);
     // Moved, not copied: a tools/list answer is tens of kilobytes.
-    if (!answer.ContentType.empty()) aResponse.set_header("Content-Type", answer.ContentType);
     aResponse.body = std::move(answer.Body);
 }
 
@@ -142,7 +86,7 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     auto impl = std::make_unique<TImpl>();
     auto& http = impl->fHttp;
     const auto limit = static_cast<std::size_t>(std::max(fServer.MaxRequestBytes(), 0));
-    http.new_task_queue = [] { return new TConnectionThreads(); };
+    http.SetLimits(fServer.ConnectionLimits());
     http.set_keep_alive_max_count(kKeepAliveRequests);
     // Small request-answer exchanges: waiting to coalesce segments only adds latency.
     http.set_tcp_nodelay(true);
@@ -156,11 +100,29 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     const auto withBody = [this, limit](const httplib::Request& aRequest, httplib::Response& aResponse,
                                         const httplib::ContentReader& aReader) {
         auto record = ToRecord(aRequest);
-        if (ReadBody(aRequest, aReader, limit, record)) {
+        record.HasBody = true;
+        if (aRequest.has_header("Content-Length")) {
+            record.BodySize = aRequest.get_header_value<std::uint64_t>("Content-Length");
+        }
+        // Origin, token, method and declared size are settled before a byte of the body is read; a refused
+        // request's body is never read, so its connection cannot go on.
+        if (TMCPHttpResponse refusal; !fServer.AdmitRequestHead(record, refusal)) {
+            Send(refusal, aResponse);
+            aResponse.body = std::move(refusal.Body);
+            if (record.BodySize) {
+                SkipBodyAfterResponse(*record.BodySize);
+            } else {
+                CloseConnectionAfterResponse();
+            }
+            return;
+        }
+        record.BodySize.reset();
+        if (ReadBody(aReader, limit, record)) {
+            if (record.BodySize) CloseConnectionAfterResponse();
             Answer(fServer, record, aResponse);
         } else {
             aResponse.status = 400;
-            aResponse.set_header("Connection", "close");
+            CloseConnectionAfterResponse();
             aResponse.set_content(R"({"error":"Incomplete request body"})", "application/json");
         }
     };
@@ -170,8 +132,14 @@ std::uint16_t TMCPHttpListener::Listen(const std::string& aAddress, std::uint16_
     http.Delete(".*", withBody);
 
     fPort = http.Serve(aAddress, aPort);
+    std::lock_guard lock(fImplMutex);
     fImpl = std::move(impl);
     return fPort;
+}
+
+void TMCPHttpListener::StopAccepting() {
+    std::lock_guard lock(fImplMutex);
+    if (fImpl) fImpl->fHttp.stop();
 }
 
 void TMCPHttpListener::Shutdown(IMainThreadRunner* aRunner) {
@@ -186,6 +154,7 @@ void TMCPHttpListener::Shutdown(IMainThreadRunner* aRunner) {
         while (!finished()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     fImpl->fHttp.StopAndJoin();
+    std::lock_guard lock(fImplMutex);
     fImpl.reset();
     fPort = 0;
 }

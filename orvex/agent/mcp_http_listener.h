@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace Orvex {
@@ -24,12 +25,15 @@ class TMCPHttpListener {
     // Stops accepting, lets running requests finish (serving aRunner meanwhile when called on the main
     // thread) and joins every thread.
     void Shutdown(IMainThreadRunner* aRunner);
+    // From any thread: no connection is taken from now on; Shutdown still waits for the running ones.
+    void StopAccepting();
     std::uint16_t Port() const { return fPort; }
 
   private:
     struct TImpl;
     TORXMCPServer& fServer;
     std::unique_ptr<TImpl> fImpl;
+    std::mutex fImplMutex;  // StopAccepting may come from another thread than Listen and Shutdown
     std::uint16_t fPort = 0;
 };
 

@@ -65,6 +65,69 @@ bool NestingWithin(std::string_view aText, std::size_t aLimit) {
     return true;
 }
 
+// JSON text cannot hold a raw NUL (inside a string it is written \u0000), but the parser takes one for the
+// end of its input and would accept `{valid}\0junk` as `{valid}`.
+bool HoldsNul(std::string_view aText) {
+    return aText.find('\0') != std::string_view::npos;
+}
+
+// The number of elements of a top-level array, counted in the text before anything is parsed, so that a
+// batch of millions of tiny elements is refused before it costs their memory; 0 for any other value.
+std::size_t BatchLength(std::string_view aText) {
+    const auto start = aText.find_first_not_of(" \t\r\n");
+    if (start == std::string_view::npos || aText[start] != '[') return 0;
+    std::size_t depth = 0;
+    std::size_t commas = 0;
+    bool inString = false;
+    bool escaped = false;
+    bool any = false;
+    for (const char c : aText.substr(start)) {
+        if (inString) {
+            if (escaped) {
+                escaped = false;
+            } else if (c == '\\') {
+                escaped = true;
+            } else if (c == '"') {
+                inString = false;
+            }
+            continue;
+        }
+        if (depth == 1 && c != ' ' && c != '\t' && c != '\r' && c != '\n' && c != ']') any = true;
+        if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            ++depth;
+        } else if (c == ']' || c == '}') {
+            if (depth > 0 && --depth == 0) break;
+        } else if (c == ',' && depth == 1) {
+            ++commas;
+        }
+    }
+    return any ? commas + 1 : 0;
+}
+
+// Versions whose transport has no JSON-RPC batches. The others, and a client that names no version, may
+// send them.
+constexpr std::array<std::string_view, 3> kVersionsWithoutBatches{kMCPModernVersion, "2025-11-25",
+                                                                  "2025-06-18"};
+
+// A message with a method that is not a notification but no id (or a null one) asks for an answer it
+// could not be matched with; it is refused rather than run unanswered or answered with a null id.
+bool IsRequestWithoutId(const TJSON& aMessage) {
+    const auto jsonrpc = aMessage.find("jsonrpc");
+    if (jsonrpc == aMessage.end() || *jsonrpc != "2.0") return false;
+    const auto method = aMessage.find("method");
+    if (method == aMessage.end() || !method->is_string()) return false;
+    const auto& name = method->get_ref<const std::string&>();
+    if (name.empty() || name.starts_with("notifications/")) return false;
+    const auto id = aMessage.find("id");
+    return id == aMessage.end() || id->is_null();
+}
+
+TJSON MissingIdError() {
+    return MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Invalid request: a request needs an id");
+}
+
 // Standard alphabet; padding optional; anything else makes the text invalid.
 bool DecodeBase64(std::string_view aText, std::string& aBytes) {
     static constexpr auto kValues = [] {
@@ -251,49 +314,62 @@ bool TORXMCPServer::ValidateModernRequest(const TJSON& aRequest, std::string_vie
 
 // [SECTION] DoCommandGet
 
-TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
-    TMCPHttpResponse response;
+bool TORXMCPServer::AdmitRequestHead(const TMCPHttpRequest& aRequest, TMCPHttpResponse& aResponse) const {
+    aResponse = TMCPHttpResponse();
     if (!Trim(fEndpointPath).empty() && !SameTextIgnoringCase(aRequest.Path, fEndpointPath)) {
-        Send(response, 404, R"({"error":"MCP endpoint not found"})");
-        return response;
+        Send(aResponse, 404, R"({"error":"MCP endpoint not found"})");
+        return false;
     }
     const auto origin = FindHeader(aRequest.Headers, "Origin");
-    const auto authorization = FindHeader(aRequest.Headers, "Authorization");
-    const auto version = FindHeader(aRequest.Headers, "MCP-Protocol-Version");
-    const auto methodHeader = FindHeader(aRequest.Headers, "Mcp-Method");
-    const auto nameHeader = FindHeader(aRequest.Headers, "Mcp-Name");
-    const auto accept = FindHeader(aRequest.Headers, "Accept");
-
     if (!IsOriginAllowed(origin)) {
-        Send(response, 403, R"({"error":"Origin not allowed"})");
-        return response;
+        Send(aResponse, 403, R"({"error":"Origin not allowed"})");
+        return false;
     }
     if (!origin.empty()) {
-        response.Headers.emplace_back("Access-Control-Allow-Origin", origin);
-        response.Headers.emplace_back("Vary", "Origin");
+        aResponse.Headers.emplace_back("Access-Control-Allow-Origin", origin);
+        aResponse.Headers.emplace_back("Vary", "Origin");
     }
-    response.Headers.emplace_back("Access-Control-Allow-Methods", "POST, OPTIONS");
-    response.Headers.emplace_back(
+    aResponse.Headers.emplace_back("Access-Control-Allow-Methods", "POST, OPTIONS");
+    aResponse.Headers.emplace_back(
         "Access-Control-Allow-Headers",
         "Content-Type, Authorization, Accept, MCP-Protocol-Version, Mcp-Method, Mcp-Name");
     // A browser's preflight carries no token, so it is answered before the token is checked.
     if (SameTextIgnoringCase(aRequest.Method, "OPTIONS")) {
-        SendEmpty(response, 204);
-        return response;
+        SendEmpty(aResponse, 204);
+        return false;
     }
-    if (!IsAuthorized(authorization)) {
-        response.Headers.emplace_back("WWW-Authenticate", "Bearer");
-        Send(response, 401, R"({"error":"Unauthorized"})");
-        return response;
+    if (!IsAuthorized(FindHeader(aRequest.Headers, "Authorization"))) {
+        aResponse.Headers.emplace_back("WWW-Authenticate", "Bearer");
+        Send(aResponse, 401, R"({"error":"Unauthorized"})");
+        return false;
     }
     if (SameTextIgnoringCase(aRequest.Method, "DELETE")) {
-        Send(response, 405, R"({"error":"This server does not use transport sessions"})");
-        return response;
+        Send(aResponse, 405, R"({"error":"This server does not use transport sessions"})");
+        return false;
     }
     if (aRequest.Method != "POST") {
-        Send(response, 405, R"({"error":"Method not allowed"})");
-        return response;
+        Send(aResponse, 405, R"({"error":"Method not allowed"})");
+        return false;
     }
+    if (aRequest.HasBody && BodyTooLarge(aRequest)) {
+        Send(aResponse, 413, R"({"error":"Request body too large"})");
+        return false;
+    }
+    return true;
+}
+
+bool TORXMCPServer::BodyTooLarge(const TMCPHttpRequest& aRequest) const {
+    const std::uint64_t size = aRequest.BodySize.value_or(aRequest.Body.size());
+    return fMaxRequestBytes > 0 && size > static_cast<std::uint64_t>(fMaxRequestBytes);
+}
+
+TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
+    TMCPHttpResponse response;
+    if (!AdmitRequestHead(aRequest, response)) return response;
+    const auto version = FindHeader(aRequest.Headers, "MCP-Protocol-Version");
+    const auto methodHeader = FindHeader(aRequest.Headers, "Mcp-Method");
+    const auto nameHeader = FindHeader(aRequest.Headers, "Mcp-Name");
+    const auto accept = FindHeader(aRequest.Headers, "Accept");
     try {
         HandleBody(aRequest, version, methodHeader, nameHeader, accept, response);
     } catch (const std::exception& e) {
@@ -310,15 +386,7 @@ TMCPHttpResponse TORXMCPServer::DoCommandGet(const TMCPHttpRequest& aRequest) {
 void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
                                std::string_view aMethodHeader, std::string_view aNameHeader,
                                std::string_view aAccept, TMCPHttpResponse& aResponse) {
-    std::string_view body;
-    if (aRequest.HasBody) {
-        const std::uint64_t size = aRequest.BodySize.value_or(aRequest.Body.size());
-        if (fMaxRequestBytes > 0 && size > static_cast<std::uint64_t>(fMaxRequestBytes)) {
-            Send(aResponse, 413, R"({"error":"Request body too large"})");
-            return;
-        }
-        body = aRequest.Body;
-    }
+    const std::string_view body = aRequest.HasBody ? std::string_view(aRequest.Body) : std::string_view();
     // The count is in UTF-16 code units although the line says bytes; log readers rely on the wording.
     Log(fLogPayloads ? ">> " + std::string(body)
                      : fmt::format("MCP request received ({} bytes)", Utf16Length(body)));
@@ -326,41 +394,34 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         Send(aResponse, 400, R"({"error":"Empty request body"})");
         return;
     }
-    TJSON parsed = NestingWithin(body, kMaxJsonDepth) ? TJSON::parse(body, nullptr, false)
-                                                      : TJSON(TJSON::value_t::discarded);
+    const std::size_t batchLength = BatchLength(body);
+    if (fMaxBatchRequests > 0 && batchLength > static_cast<std::size_t>(fMaxBatchRequests)) {
+        SendJson(aResponse, 400,
+                 MakeError(TJSON(), MCPErrorCode::kInvalidRequest,
+                           fmt::format("Batch too large: at most {} requests", fMaxBatchRequests)));
+        return;
+    }
+    TJSON parsed = NestingWithin(body, kMaxJsonDepth) && !HoldsNul(body) ? TJSON::parse(body, nullptr, false)
+                                                                         : TJSON(TJSON::value_t::discarded);
     if (parsed.is_discarded()) {
         SendJson(aResponse, 400, MakeError(TJSON(), MCPErrorCode::kParseError, "Parse error"));
         return;
     }
-    const auto answer = [&](int aStatus, const TJSON& aBody) {
-        SendJson(aResponse, aStatus, aBody);
-        if (fLogPayloads) Log("<< " + aResponse.Body);
-    };
-
     if (parsed.is_array()) {
-        if (SameTextIgnoringCase(aVersionHeader, kMCPModernVersion)) {
-            SendJson(aResponse, 400,
-                     MakeError(TJSON(), MCPErrorCode::kInvalidRequest,
-                               "JSON-RPC batches are not supported by MCP 2026-07-28"));
-            return;
+        for (const auto refused : kVersionsWithoutBatches) {
+            if (SameTextIgnoringCase(aVersionHeader, refused)) {
+                SendJson(aResponse, 400,
+                         MakeError(TJSON(), MCPErrorCode::kInvalidRequest,
+                                   fmt::format("JSON-RPC batches are not supported by MCP {}", refused)));
+                return;
+            }
         }
         if (parsed.empty()) {
             SendJson(aResponse, 400, MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Empty batch"));
             return;
         }
-        TJSON results = TJSON::array();
-        for (const auto& element : parsed) {
-            if (!element.is_object()) {
-                results.push_back(MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Invalid request"));
-            } else if (auto result = ProcessJsonRpc(element, false)) {
-                results.push_back(std::move(*result));
-            }
-        }
-        if (results.empty()) {
-            SendEmpty(aResponse, 202);
-        } else {
-            answer(200, results);
-        }
+        HandleBatch(parsed, aResponse);
+        if (fLogPayloads && aResponse.Status == 200) Log("<< " + aResponse.Body);
         return;
     }
     if (!parsed.is_object()) {
@@ -368,6 +429,10 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         return;
     }
 
+    if (IsRequestWithoutId(parsed)) {
+        SendJson(aResponse, 400, MissingIdError());
+        return;
+    }
     const bool modern = IsModernRequest(parsed, aVersionHeader);
     const auto idIt = parsed.find("id");
     const TJSON id = idIt != parsed.end() ? *idIt : TJSON();
@@ -389,6 +454,7 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         }
     }
     if (std::string listed; AnswerToolsList(parsed, modern, listed)) {
+        if (!FitsResponse(listed.size(), aResponse)) return;
         Send(aResponse, 200, std::move(listed));
         if (fLogPayloads) Log("<< " + aResponse.Body);
         return;
@@ -404,7 +470,54 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         error->value("code", 0) == MCPErrorCode::kMethodNotFound) {
         status = 404;
     }
-    answer(status, *result);
+    std::string text = DumpCompact(*result);
+    if (!FitsResponse(text.size(), aResponse)) return;
+    Send(aResponse, status, std::move(text));
+    if (fLogPayloads) Log("<< " + aResponse.Body);
+}
+
+// Each element is answered as text as soon as it has run, so a batch holds its answers' text and never
+// their trees; tools/list is answered from the text written once per registration.
+void TORXMCPServer::HandleBatch(const TJSON& aBatch, TMCPHttpResponse& aResponse) {
+    std::string answers = "[";
+    std::size_t ran = 0;
+    for (const auto& element : aBatch) {
+        std::string text;
+        if (!element.is_object()) {
+            text = DumpCompact(MakeError(TJSON(), MCPErrorCode::kInvalidRequest, "Invalid request"));
+        } else if (IsRequestWithoutId(element)) {
+            text = DumpCompact(MissingIdError());
+        } else if (!AnswerToolsList(element, false, text)) {
+            if (auto result = ProcessJsonRpc(element, false)) text = DumpCompact(*result);
+        }
+        ++ran;
+        if (text.empty()) continue;
+        if (answers.size() > 1) answers += ',';
+        answers += text;
+        if (fMaxResponseBytes > 0 && answers.size() + 1 > static_cast<std::size_t>(fMaxResponseBytes)) {
+            // What already ran stays done; the rest of the batch is not run.
+            SendJson(aResponse, 500,
+                     MakeError(TJSON(), MCPErrorCode::kInternalError,
+                               fmt::format("Response too large: {} of {} requests of the batch ran", ran,
+                                           aBatch.size())));
+            return;
+        }
+    }
+    if (answers.size() == 1) {
+        SendEmpty(aResponse, 202);
+        return;
+    }
+    answers += ']';
+    Send(aResponse, 200, std::move(answers));
+}
+
+// False, with the error answer in aResponse, when an answer of aSize bytes is beyond MaxResponseBytes.
+bool TORXMCPServer::FitsResponse(std::size_t aSize, TMCPHttpResponse& aResponse) const {
+    if (fMaxResponseBytes <= 0 || aSize <= static_cast<std::size_t>(fMaxResponseBytes)) return true;
+    SendJson(aResponse, 500,
+             MakeError(TJSON(), MCPErrorCode::kInternalError,
+                       fmt::format("Response too large: {} bytes, at most {}", aSize, fMaxResponseBytes)));
+    return false;
 }
 
 }  // namespace Orvex

@@ -54,6 +54,10 @@ void TORXMCPServer::Stop() {
     Log("MCP server stopped");
 }
 
+void TORXMCPServer::StopAccepting() {
+    fHTTPServer->StopAccepting();
+}
+
 std::uint16_t TORXMCPServer::BoundPort() const {
     return fActive ? fHTTPServer->Port() : fPort;
 }

@@ -20,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "orvex/agent/connection_limits.h"
 #include "orvex/agent/mcp_http_pipeline.h"
 #include "orvex/agent/mcp_tools.h"
 #include "orvex/io/json.h"
@@ -35,6 +36,10 @@ class TMCPHttpListener;
 inline constexpr std::array<std::string_view, 5> MCP_SUPPORTED_VERSIONS{
     "2026-07-28", "2025-11-25", "2025-06-18", "2025-03-26", "2024-11-05"};
 inline constexpr std::string_view kMCPModernVersion = MCP_SUPPORTED_VERSIONS[0];
+
+// Defaults of the server's own limits (beside MaxRequestBytes).
+inline constexpr std::int32_t kDefaultMaxBatchRequests = 256;
+inline constexpr std::int32_t kDefaultMaxResponseBytes = 64 * 1024 * 1024;
 
 enum class TMCPAIProvider : std::uint8_t { aiAnthropic, aiOpenAI, aiGemini, aiOpenRouter };
 
@@ -64,6 +69,9 @@ class TORXMCPServer {
     // address cannot be bound; nothing is started then. Both are no-ops in the state they lead to.
     void Start();
     void Stop();
+    // From any thread, a signal handler's helper for one: takes no connection from now on and closes the
+    // idle ones; Stop, on the main thread, still waits for the requests that run.
+    void StopAccepting();
     bool Active() const { return fActive; }
     void SetActive(bool aValue);
     std::uint16_t BoundPort() const;  // the port listened on (Port, or the one chosen for Port 0)
@@ -89,6 +97,16 @@ class TORXMCPServer {
     void SetEndpointPath(std::string aValue) { fEndpointPath = std::move(aValue); }
     std::int32_t MaxRequestBytes() const { return fMaxRequestBytes; }  // 0 or less: no limit
     void SetMaxRequestBytes(std::int32_t aValue) { fMaxRequestBytes = aValue; }
+    // Requests in one JSON-RPC batch; a longer batch is refused before it is parsed. 0 or less: no limit.
+    std::int32_t MaxBatchRequests() const { return fMaxBatchRequests; }
+    void SetMaxBatchRequests(std::int32_t aValue) { fMaxBatchRequests = aValue; }
+    // Bytes of one answer (a whole batch's together); beyond them the answer is an error. 0 or less: no
+    // limit.
+    std::int32_t MaxResponseBytes() const { return fMaxResponseBytes; }
+    void SetMaxResponseBytes(std::int32_t aValue) { fMaxResponseBytes = aValue; }
+    // Threads, connections and the request deadline of the HTTP side; set them while stopped.
+    const TConnectionLimits& ConnectionLimits() const { return fConnectionLimits; }
+    void SetConnectionLimits(const TConnectionLimits& aValue) { fConnectionLimits = aValue; }
     std::int64_t MaxAIImageBytes() const { return fMaxAIImageBytes; }
     void SetMaxAIImageBytes(std::int64_t aValue) { fMaxAIImageBytes = aValue; }
     std::int32_t ToolListCacheTTL() const { return fToolListCacheTTL; }  // milliseconds
@@ -122,6 +140,11 @@ class TORXMCPServer {
 
     // The HTTP request pipeline, free of sockets.
     TMCPHttpResponse DoCommandGet(const TMCPHttpRequest& aRequest);
+    // The pipeline's checks that need no body: path, origin, preflight, token, method and, when BodySize
+    // holds a declared length, the size limit. True when the request may go on (aResponse then carries
+    // the CORS headers); false when aResponse is the whole answer. The socket side reads a body only after
+    // this passes.
+    bool AdmitRequestHead(const TMCPHttpRequest& aRequest, TMCPHttpResponse& aResponse) const;
 
     bool IsOriginAllowed(std::string_view aOrigin) const;
     bool IsAuthorized(std::string_view aAuthorization) const;  // the token is compared in constant time
@@ -160,6 +183,9 @@ class TORXMCPServer {
     void HandleBody(const TMCPHttpRequest& aRequest, std::string_view aVersionHeader,
                     std::string_view aMethodHeader, std::string_view aNameHeader, std::string_view aAccept,
                     TMCPHttpResponse& aResponse);
+    void HandleBatch(const TJSON& aBatch, TMCPHttpResponse& aResponse);
+    bool BodyTooLarge(const TMCPHttpRequest& aRequest) const;
+    bool FitsResponse(std::size_t aSize, TMCPHttpResponse& aResponse) const;
     std::uint16_t OriginPort() const;
 
     std::unique_ptr<TMCPHttpListener> fHTTPServer;
@@ -180,6 +206,9 @@ class TORXMCPServer {
     bool fLogPayloads = false;
     std::string fEndpointPath = "/mcp";
     std::int32_t fMaxRequestBytes = 8388608;
+    std::int32_t fMaxBatchRequests = kDefaultMaxBatchRequests;
+    std::int32_t fMaxResponseBytes = kDefaultMaxResponseBytes;
+    TConnectionLimits fConnectionLimits;
     std::int64_t fMaxAIImageBytes = 20971520;
     std::int32_t fToolListCacheTTL = 300000;
     TMCPAIProvider fAIProvider = TMCPAIProvider::aiAnthropic;

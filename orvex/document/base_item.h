@@ -3,6 +3,7 @@
 // contract that the item kinds implement. Painting (Draw, Print) is left to the host's subclasses.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -107,6 +108,8 @@ class TORXBaseItem {
     void SetPointsProp(const TQVLPtoA& points, std::uint16_t property);  // all points as one undo step
 
     // [SECTION] The virtual contract.
+    // The internal ids of the two flow elements a link joins; {0, 0} for every other kind.
+    virtual std::array<std::int32_t, 2> LinkEndIDs() const { return {0, 0}; }
     virtual std::int64_t GetRefX(std::int32_t index) const;  // x of the index-th snap reference
     virtual std::int64_t GetRefY(std::int32_t index) const;
     virtual bool Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const;

@@ -8,6 +8,7 @@
 
 #include "orvex/core/text.h"
 #include "orvex/document/editor_tools.h"
+#include "orvex/document/flow_link_index.h"
 #include "orvex/document/intersect_thread.h"
 #include "orvex/document/item_id_index.h"
 #include "orvex/document/pick_index.h"
@@ -89,6 +90,7 @@ void TORXBaseLabel::ClearItems() {
     fItems.clear();
     InvalidatePickIndex();
     if (fIdIndex) fIdIndex->Invalidate();
+    if (fFlowLinks) fFlowLinks->Invalidate();
 }
 
 void TORXBaseLabel::Loaded() {
@@ -130,6 +132,28 @@ void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
     AddState(TOrvexState::lsModified);
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(item)) fPickIndexDirty = true;
     if (fIdIndex) fIdIndex->Appended(item);
+    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Added(item);
+}
+
+TORXBaseItem* TORXBaseLabel::FlowByInID(std::int32_t id) const {
+    if (!fFlowLinks) fFlowLinks = std::make_unique<TFlowLinkIndex>();
+    if (!fFlowLinks->Valid()) fFlowLinks->Build(fItems);
+    return fFlowLinks->Flow(id, fItems);
+}
+
+const std::vector<TORXBaseItem*>& TORXBaseLabel::LinksOf(std::int32_t id) const {
+    if (!fFlowLinks) fFlowLinks = std::make_unique<TFlowLinkIndex>();
+    if (!fFlowLinks->Valid()) fFlowLinks->Build(fItems);
+    return fFlowLinks->Links(id);
+}
+
+void TORXBaseLabel::LinkEndsChanged(TORXBaseItem* link) {
+    if (fFlowLinks && fFlowLinks->Valid() && !link->FromPreview()) fFlowLinks->EndsChanged(link);
+}
+
+
+std::size_t TORXBaseLabel::FlowLinkIndexBuilds() const {
+    return fFlowLinks ? fFlowLinks->Builds() : 0;
 }
 
 void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
@@ -157,6 +181,7 @@ void TORXBaseLabel::DeleteOne(TORXBaseItem* item, bool record) {
     // Before the item goes, so that no pick can reach it through the index.
     if (!fPickIndexDirty && fPickIndex && !fPickIndex->Removed(item)) fPickIndexDirty = true;
     if (fIdIndex) fIdIndex->Removed(item);
+    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Removed(item);
     fItems.erase(fItems.begin() + index);
     // ChangeState(lsUpdate) without the item, less the rebuild of the pick index that it would ask for.
     AddState(TOrvexState::lsModified);
@@ -301,6 +326,7 @@ TORXBaseItem* TORXBaseLabel::FindItemByInID(TQVLItemType type, std::int32_t id) 
 
 void TORXBaseLabel::ItemIdChanged() {
     if (fIdIndex) fIdIndex->Invalidate();
+    if (fFlowLinks) fFlowLinks->Invalidate();
 }
 
 // [SECTION] Layers

@@ -35,6 +35,7 @@ class TIntersectThread;
 class TORXEditor;
 class TPickIndex;
 class TItemIdIndex;
+class TFlowLinkIndex;
 struct TQVLSnapHit;
 enum class TQVLEdKey : std::uint8_t;  // orvex/document/editor_tools.h
 enum class TQVLShift : std::uint8_t;
@@ -142,6 +143,13 @@ class TORXBaseLabel {
     // The items less those that lie inside a container of the list: what a move or a copy acts on.
     std::vector<TORXBaseItem*> OutermostOf(const std::vector<TORXBaseItem*>& items) const;
     static constexpr std::int64_t kContainerMargin = 4'000;  // base units around the members
+    // Flow elements by internal id and the links bound to them, from an index built on first use after a
+    // change it cannot follow: the first flow element with the id in list order (null when none), and the
+    // links whose either end names the id (valid until the next change of the items).
+    TORXBaseItem* FlowByInID(std::int32_t id) const;
+    const std::vector<TORXBaseItem*>& LinksOf(std::int32_t id) const;
+    void LinkEndsChanged(TORXBaseItem* link);  // a link calls this when its ends name other ids
+    std::size_t FlowLinkIndexBuilds() const;
 
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
@@ -355,6 +363,7 @@ class TORXBaseLabel {
     mutable std::unique_ptr<TPickIndex> fPickIndex;  // built by ItemAt
     mutable bool fPickIndexDirty = true;
     mutable std::unique_ptr<TItemIdIndex> fIdIndex;  // built by FindItemByInID
+    mutable std::unique_ptr<TFlowLinkIndex> fFlowLinks;  // valid or rebuilt on its next lookup
     std::vector<std::unique_ptr<TORXBaseItem>> fPreviewItems;
     std::vector<std::unique_ptr<TORXBaseLibSymbol>> fSymbols;
     std::vector<TIntSecPoint> fIntersections;

@@ -39,7 +39,7 @@ void TORXBaseLabel::SortItemsZLayer() {
 // [SECTION] Arrangement
 
 void TORXBaseLabel::FollowLinks() {
-    for (TORXBaseItem* link : LinksOf(*this, WithMembers(fSelection))) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(fSelection))) ChangeState(TOrvexState::lsCalc, link);
 }
 
 namespace {

@@ -2,6 +2,7 @@
 // which links join which elements, and the circles of arcs and sectors.
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 #include "orvex/document/document.h"
 #include "orvex/document/editor_tools.h"
@@ -357,15 +358,13 @@ bool TORXEditor::ParallelArc(TORXBaseItem* item, const TQVLPto64& p, TQVLPtoA& p
 }
 
 std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& document, const std::vector<TORXBaseItem*>& items) {
+    // Through the document's index: a walk over every item for each drag made dragging in a large
+    // flowchart cost as much as the whole drawing.
     std::vector<TORXBaseItem*> links;
-    for (std::int32_t i = 0; i < document.GetItemsCount(); ++i) {
-        auto* link = dynamic_cast<TORXBaseLink*>(document.GetItem(i));
-        if (link == nullptr) continue;
-        const bool bound = std::any_of(items.begin(), items.end(), [&](const TORXBaseItem* item) {
-            return item != link && (item->InID() == link->FromID() || item->InID() == link->ToID());
-        });
-        if (bound) links.push_back(link);
-    }
+    std::unordered_set<const TORXBaseItem*> seen;
+    for (const TORXBaseItem* item : items)
+        for (TORXBaseItem* link : document.LinksOf(item->InID()))
+            if (link != item && seen.insert(link).second) links.push_back(link);
     return links;
 }
 

@@ -72,20 +72,34 @@ void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     if (U::GetBool(options, "Print")) fOptions.Include(TQVLayerOp::lopPrint);
     if (U::GetBool(options, "Selectable")) fOptions.Include(TQVLayerOp::lopSelectable);
     if (U::GetBool(options, "Export")) fOptions.Include(TQVLayerOp::lopExport);
-    const TJSON& points = U::GetArray(obj, "Points");
-    if (IsPointListKind(fItemType)) fPoints.resize(points.size());
-    const TQVLUnits units = fOwner->Units();
-    std::int32_t index = 1;
-    for (const auto& p : points) {
-        SetPointX(index, U::UnitToBase(U::GetFloat(p, "X"), units));
-        SetPointY(index, U::UnitToBase(U::GetFloat(p, "Y"), units));
-        ++index;
-    }
     fContainerFrame =
         static_cast<TQVLContainerFrame>(std::clamp<std::int64_t>(U::GetInt(obj, "Container"), 0, 2));
     const std::int64_t container = U::GetInt(obj, "ContainerID");
     fContainerID = container > 0 && container <= INT32_MAX ? static_cast<std::int32_t>(container) : 0;
-    UpdateBounds();
+    const TJSON& points = U::GetArray(obj, "Points");
+    bool moved = false;
+    if (IsPointListKind(fItemType) && fPoints.size() != points.size()) {
+        fPoints.resize(points.size());
+        moved = true;
+    }
+    // All points first and the bounds once after them: set one by one, each point recomputed the bounds
+    // over every point, and a long polyline took quadratic time. Kinds with a fixed number of points take
+    // as many as they have.
+    const TQVLUnits units = fOwner->Units();
+    const std::size_t count = std::min(points.size(), fPoints.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const TQVLPto read{U::UnitToBase(U::GetFloat(points[i], "X"), units),
+                           U::UnitToBase(U::GetFloat(points[i], "Y"), units)};
+        if (fPoints[i] == read) continue;
+        fPoints[i] = read;
+        moved = true;
+    }
+    if (moved) {
+        fOwner->ChangeState(TOrvexState::lsUpdate, this);
+        PointsChanged();
+    } else {
+        UpdateBounds();
+    }
 }
 
 TJSON TORX2DItem::WriteJson() const {

@@ -150,13 +150,9 @@ void TORXBaseFlow::QueueLinks() {
     // A read lays out every link once it ends (AssignSymbolAndFlowLinks); asking every item for links at
     // every flow read made a large drawing's read quadratic.
     if (fOwner->HasState(TOrvexState::lsReading)) return;
-    for (std::int32_t i = 0; i < fOwner->GetItemsCount(); ++i) {
-        TORXBaseItem* item = fOwner->GetItem(i);
-        if (item->ItemType() != TQVLItemType::itLink) continue;
-        const auto* link = dynamic_cast<const TORXBaseLink*>(item);
-        if (link != nullptr && (link->FromID() == fInID || link->ToID() == fInID))
-            fOwner->ChangeState(TOrvexState::lsCalc, item);
-    }
+    // The document's index names the links of this element; a walk over every item made moving one
+    // element of a large flowchart cost as much as the whole drawing.
+    for (TORXBaseItem* link : fOwner->LinksOf(fInID)) fOwner->ChangeState(TOrvexState::lsCalc, link);
 }
 
 void TORXBaseFlow::UpdatePoints() {

@@ -233,20 +233,22 @@ std::int64_t* TORXBaseLink::IntField(std::uint16_t p) {
 }
 
 void TORXBaseLink::PropChanged(std::uint16_t p) {
+    if (p == LinkProp::kFromID || p == LinkProp::kToID) fOwner->LinkEndsChanged(this);
     if (p == LinkProp::kFromID || p == LinkProp::kFromIndex || p == LinkProp::kToID ||
         p == LinkProp::kToIndex)
         fOwner->ChangeState(TOrvexState::lsCalc, this);
+}
+
+std::array<std::int32_t, 2> TORXBaseLink::LinkEndIDs() const {
+    return {FromID(), ToID()};
 }
 
 // [SECTION] Routing
 
 namespace {
 TORXBaseFlow* FindFlow(const TORXBaseLabel& doc, std::int64_t id) {
-    // Internal ids are 32-bit: a stored id beyond them names no element.
-    if (id < std::numeric_limits<std::int32_t>::min() || id > std::numeric_limits<std::int32_t>::max())
-        return nullptr;
-    return dynamic_cast<TORXBaseFlow*>(
-        doc.FindItemByInID(TQVLItemType::itFlow, static_cast<std::int32_t>(id)));
+    if (id < INT32_MIN || id > INT32_MAX) return nullptr;
+    return dynamic_cast<TORXBaseFlow*>(doc.FlowByInID(static_cast<std::int32_t>(id)));
 }
 
 // A corner of an orthogonal route rounded by a quarter circle of kCornerPoints points. The radius shrinks
@@ -658,6 +660,7 @@ TJSON TORXBaseLink::WriteJson() const {
 
 void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     TPropItem::ReadJson(version, obj);
+    const auto endsBefore = LinkEndIDs();
     fLinkType = EnumOf(U::GetInt(obj, "LinkType"), TQVLinkType::ltRoundCorner);
     fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
     fFromID = static_cast<std::int32_t>(U::GetInt(obj, "FromID"));
@@ -668,6 +671,7 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fToIndex = static_cast<std::int16_t>(U::GetInt(obj, "ToIndex"));
     fToType = EnumOf(U::GetInt(obj, "ToType"), TQVLTermType::ttCross);
     fToColor = U::GetColor(obj, "ToColor");
+    if (LinkEndIDs() != endsBefore) fOwner->LinkEndsChanged(this);
     fRadio = U::GetInt(obj, "Radio");
     fCx = U::GetInt(obj, "Cx");
     fCy = U::GetInt(obj, "Cy");

@@ -134,6 +134,7 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
     TAlphaColor* ColorField(std::uint16_t p) override;
     std::int64_t* IntField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
+    std::array<std::int32_t, 2> LinkEndIDs() const override;
     void SetLinkPoints(const std::vector<TQVLPto64>& points);  // one undo step
     void Turn(bool right);
 

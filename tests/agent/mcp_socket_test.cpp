@@ -154,7 +154,8 @@ TEST_F(MCPSocket, BodyLimitHoldsWithAndWithoutDeclaredLength) {
     ASSERT_TRUE(oneMore);
     EXPECT_EQ(oneMore->status, 413);
     EXPECT_EQ(oneMore->body, R"({"error":"Request body too large"})");
-    // Far beyond the limit: refused on the declared length, and the connection stays usable.
+    // Far beyond the limit: refused on the declared length before the body is read; the connection then
+    // ends, and the client opens another.
     const auto huge = client->Post("/mcp", body + std::string(1 << 20, ' '), "application/json");
     ASSERT_TRUE(huge);
     EXPECT_EQ(huge->status, 413);

@@ -32,7 +32,7 @@ TEST(MCPToolsListTest, TheWrittenAnswerEqualsTheJsonRpcLayers) {
     const TCase cases[] = {
         {"number id", Rpc("tools/list", nullptr, 7), {{"MCP-Protocol-Version", "2025-06-18"}}, false},
         {"text id", Rpc("tools/list", nullptr, "a\"b"), {}, false},
-        {"no id", TJSON{{"jsonrpc", "2.0"}, {"method", "tools/list"}}, {}, false},
+        {"object id", Rpc("tools/list", nullptr, {{"n", 1}}), {}, false},
         {"modern", modern.Body, modern.Headers, true},
     };
     for (const auto& c : cases) {

@@ -1,5 +1,5 @@
 // `orvex serve` as a process: HTTP on a free loopback port, a bearer token from the environment, a clean
-// stop on SIGTERM that saves the drawing.
+// stop on SIGTERM that saves the drawing, and a second signal that ends it at once.
 #include <gtest/gtest.h>
 #include <httplib.h>
 
@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "orvex/io/json.h"
+#include "tests/agent/raw_socket.h"
 
 extern char** environ;
 
@@ -91,7 +92,12 @@ class ServeProcess {
 
     // Sends SIGTERM and returns the exit code, -1 when the process did not end within aLimit.
     int Terminate(std::chrono::milliseconds aLimit) {
-        if (kill(fPid, SIGTERM) != 0) return -1;
+        if (!Signal(SIGTERM)) return -1;
+        return Wait(aLimit);
+    }
+    bool Signal(int aSignal) const { return kill(fPid, aSignal) == 0; }
+    // The exit code, or -1 while the process still runs after aLimit.
+    int Wait(std::chrono::milliseconds aLimit) {
         const int code = WaitExit(fPid, aLimit);
         fReaped = code >= 0;
         return code;
@@ -198,6 +204,68 @@ TEST(ServeProcessTest, LiveViewFollowsTheDrawing) {
     mcp.stop();
     EXPECT_EQ(serve.Terminate(10000ms), 0) << ReadAll(log);
     fs::remove(log);
+}
+
+// A first SIGTERM stops taking connections at once, even while a request keeps the server from stopping;
+// a second ends the process at once, saving the drawing first when asked to.
+TEST(ServeProcessTest, ASecondSignalEndsAtOnceAndSavesFirst) {
+    const fs::path folder = fs::temp_directory_path() / ("orvex_serve_signals_" + std::to_string(::getpid()));
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    const fs::path drawing = folder / "drawing.json";
+    const fs::path log = folder / "stderr.txt";
+    ServeProcess serve({"--port", "0", "--drawing", drawing.string(), "--save-on-exit"}, log);
+    ASSERT_TRUE(serve.Spawned());
+    const int port = serve.WaitForPort(kListeningLine);
+    ASSERT_NE(port, 0) << ReadAll(log);
+    const auto port16 = static_cast<std::uint16_t>(port);
+
+    httplib::Client client("127.0.0.1", port);
+    client.set_read_timeout(10, 0);
+    const auto added = client.Post(
+        "/mcp", {{"Authorization", "Bearer secret-token"}},
+        Rpc(1, "tools/call", {{"name", "add_flow"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Kept"}}}})
+            .dump(),
+        "application/json");
+    ASSERT_TRUE(added);
+    client.stop();
+
+    // A body that never ends holds its request until the request's deadline, and the stop waits for it.
+    TRawSocket slow(port16);
+    ASSERT_TRUE(slow.Send(PostHead(100, "Authorization: Bearer secret-token\r\n") + R"({"json)"));
+    std::this_thread::sleep_for(200ms);
+    ASSERT_TRUE(serve.Signal(SIGTERM));
+    const auto signalled = std::chrono::steady_clock::now();
+    bool refused = false;
+    while (!refused && std::chrono::steady_clock::now() - signalled < 2s) {
+        refused = !TRawSocket(port16).Connected();
+        if (!refused) std::this_thread::sleep_for(20ms);
+    }
+    EXPECT_TRUE(refused);
+    EXPECT_LT(std::chrono::steady_clock::now() - signalled, 1s);
+    EXPECT_EQ(serve.Wait(300ms), -1) << "the first signal waits for the running request";
+
+    ASSERT_TRUE(serve.Signal(SIGTERM));
+    const auto second = std::chrono::steady_clock::now();
+    EXPECT_EQ(serve.Wait(5000ms), 0) << ReadAll(log);
+    EXPECT_LT(std::chrono::steady_clock::now() - second, 2s);
+    const TJSON saved = TJSON::parse(ReadAll(drawing));
+    ASSERT_EQ(saved["Items"].size(), 1u);
+    EXPECT_EQ(saved["Items"][0]["Text"], "Kept");
+
+    // Without a save to make, the second signal ends the process on the spot.
+    ServeProcess unsaved({"--port", "0"}, log);
+    ASSERT_TRUE(unsaved.Spawned());
+    const int otherPort = unsaved.WaitForPort(kListeningLine);
+    ASSERT_NE(otherPort, 0) << ReadAll(log);
+    TRawSocket held(static_cast<std::uint16_t>(otherPort));
+    ASSERT_TRUE(held.Send(PostHead(100, "Authorization: Bearer secret-token\r\n") + "{"));
+    std::this_thread::sleep_for(200ms);
+    ASSERT_TRUE(unsaved.Signal(SIGINT));
+    EXPECT_EQ(unsaved.Wait(300ms), -1);
+    ASSERT_TRUE(unsaved.Signal(SIGINT));
+    EXPECT_EQ(unsaved.Wait(2000ms), 128 + SIGINT);
+    fs::remove_all(folder);
 }
 
 }  // namespace
