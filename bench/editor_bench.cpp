@@ -56,14 +56,16 @@ void BM_EditorDragMoveInProcess(benchmark::State& state) {
     FillDrawing(tools, doc);
     Orvex::Host::TEditSession session(doc, Orvex::Host::ToolCallerOf(tools, doc), {});
     session.Handle({{"op", "tool"}, {"name", "select"}});
-    session.Handle(Move(5.5, 5, "down"));  // the first rectangle's middle
-    double dx = 0;
+    session.Handle({{"op", "settings"}, {"snap", false}});  // every move lands somewhere new
+    session.Handle(Move(2, 5, "down"));                     // on the first rectangle's left edge
+    if (doc.Selection().empty()) state.SkipWithError("the press took no item");
+    double dx = 1;
     for (auto _ : state) {
-        dx = dx > 20 ? 0 : dx + 0.7;
-        session.Handle(Move(5.5 + dx, 5 + dx / 2));
+        dx = dx > 20 ? 1.5 : dx + 0.7;  // past the pick gap, so the drag has begun
+        session.Handle(Move(2 + dx, 5 + dx / 2));
         session.Publish();
     }
-    session.Handle(Move(5.5 + dx, 5, "up"));
+    session.Handle(Move(2 + dx, 5, "up"));
     state.counters["items"] = doc.GetItemsCount();
     state.counters["svg_bytes"] = static_cast<double>(session.Store().Current().Drawing->size());
 }
@@ -154,16 +156,17 @@ void BM_EditorDragMoveLoopback(benchmark::State& state) {
     {
         TStreamWatcher stream(host->Port());
         post({{"op", "tool"}, {"name", "select"}});
-        post(Move(5.5, 5, "down"));
+        post({{"op", "settings"}, {"snap", false}});
+        post(Move(2, 5, "down"));
         stream.WaitPast(0);
-        double dx = 0;
+        double dx = 1;
         for (auto _ : state) {
-            dx = dx > 20 ? 0 : dx + 0.7;
+            dx = dx > 20 ? 1.5 : dx + 0.7;  // past the pick gap, so the drag has begun
             const auto seen = stream.Drawing();
-            post(Move(5.5 + dx, 5 + dx / 2));
+            post(Move(2 + dx, 5 + dx / 2));
             if (!stream.WaitPast(seen)) state.SkipWithError("no frame came for the move");
         }
-        post(Move(5.5, 5, "up"));
+        post(Move(2, 5, "up"));
         host.reset();  // ends the stream before its watcher joins
     }
 }

@@ -120,6 +120,20 @@ TEST_F(EditSessionTest, SelectMoveAndResizeByAHandleAreOneUndoStepEach) {
     EXPECT_EQ(Bounds(0), TQVLRect(20000, 20000, 60000, 50000));
 }
 
+TEST_F(EditSessionTest, ADragShowsTheItemWhereItWouldLandBeforeTheButtonComesUp) {
+    Do({{"op", "tool"}, {"name", "rectangle"}});
+    Drag(10, 10, 40, 30);
+    Do({{"op", "tool"}, {"name", "select"}});
+    Pointer("down", 10, 20);
+    const std::string before = *fSession->Store().Current().Drawing;
+    Pointer("move", 15, 20);
+    Pointer("move", 20, 20);
+    EXPECT_EQ(Bounds(0), TQVLRect(20000, 10000, 50000, 30000));
+    EXPECT_NE(*fSession->Store().Current().Drawing, before);
+    Pointer("up", 20, 20);
+    EXPECT_EQ(Bounds(0), TQVLRect(20000, 10000, 50000, 30000));
+}
+
 TEST_F(EditSessionTest, ATextToolTypesOverItsPlaceholderAndShowsACaret) {
     Do({{"op", "tool"}, {"name", "text"}});
     Drag(10, 10, 60, 20);
