@@ -20,7 +20,9 @@ constexpr std::string_view kHead = R"html(<!doctype html>
 * { box-sizing: border-box; }
 html, body { margin: 0; height: 100%; color: var(--text); font: 1rem system-ui, sans-serif; }
 body { display: flex; flex-direction: column; }
-header { background: var(--bar); border-bottom: 1px solid var(--line); padding: .25rem .4rem; }
+/* Zoomed in, the bars scroll within part of the window so that the drawing keeps the rest. */
+header { background: var(--bar); border-bottom: 1px solid var(--line); padding: .25rem .4rem; max-height: 40vh;
+         overflow-y: auto; flex-shrink: 0; }
 .bar { display: flex; flex-wrap: wrap; gap: .25rem .6rem; align-items: center; }
 .bar + .bar { margin-top: .25rem; }
 .group { display: flex; flex-wrap: wrap; gap: .15rem; align-items: center; padding-right: .5rem;
@@ -37,7 +39,7 @@ button:disabled { opacity: .45; cursor: default; }
 select, input[type=text], input[type=number] { border: 1px solid var(--line); border-radius: .25rem;
          padding: .15rem .3rem; min-height: 1.9rem; background: #fff; }
 input[type=number] { width: 5.5rem; }
-main { flex: 1; display: flex; min-height: 0; }
+main { flex: 1; display: flex; min-height: 50vh; }
 #canvas { flex: 1; overflow: auto; background: #e3e6ea; position: relative; min-width: 0; }
 #canvas:focus-visible { outline-offset: -3px; }
 #drawing { padding: 1.5rem; width: max-content; min-width: 100%; }
@@ -59,7 +61,7 @@ aside h2 { font-size: .95rem; margin: .2rem 0 .4rem; }
 dialog { border: 1px solid var(--line); border-radius: .4rem; max-width: min(50rem, 95vw); }
 dialog textarea { width: min(45rem, 88vw); height: 16rem; font: .9rem monospace; }
 #diagnostics li.error { color: #b00020; }
-@media (max-width: 60rem) { main { flex-direction: column; } aside { width: auto; border-left: 0;
+@media (max-width: 60rem) { main { flex-direction: column; } #canvas { flex: none; height: 45vh; } aside { width: auto; border-left: 0;
          border-top: 1px solid var(--line); max-height: 40vh; } }
 </style>
 </head>
