@@ -19,6 +19,7 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterInfo(app, commands);
     RegisterServe(app, commands);
     RegisterChat(app, commands);
+    RegisterEdit(app, commands);
 }
 
 }  // namespace OrvexCli

@@ -35,5 +35,6 @@ void RegisterConvert(CLI::App& app, TCommandRegistry& commands);
 void RegisterInfo(CLI::App& app, TCommandRegistry& commands);
 void RegisterServe(CLI::App& app, TCommandRegistry& commands);
 void RegisterChat(CLI::App& app, TCommandRegistry& commands);
+void RegisterEdit(CLI::App& app, TCommandRegistry& commands);
 
 }  // namespace OrvexCli

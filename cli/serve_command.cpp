@@ -24,6 +24,9 @@
 
 #include "cli/commands.h"
 #include "host/drawing_server.h"
+#include "host/editor/edit_server.h"
+#include "host/editor/edit_session.h"
+#include "host/editor/edit_tool_caller.h"
 #include "host/live_view.h"
 #include "host/mcp_stdio.h"
 #include "orvex/agent/main_thread.h"
@@ -47,6 +50,7 @@ struct TServeArgs {
     std::string InstructionsFile;
     bool Stdio = false;
     std::int32_t ViewPort = -1;  // -1: no live view
+    std::int32_t EditPort = -1;  // -1: no editor page
 };
 
 // The signal handler touches only these, a pipe's write end and _exit, which are async-signal-safe.
@@ -168,13 +172,37 @@ class TSignalWatcher {
 
 // Pumps the tool queue until a stop signal, or until aDone holds (the stdio client went away). After each
 // task the live view, if any, renders the drawing: every tool, undo included, is seen without a list of
-// which tools change it, and a drawing that did not change wakes no viewer.
+// which tools change it, and a drawing that did not change wakes no viewer. The editor page, if any, is
+// rendered the same way, so that an agent's change reaches it as the person's own do.
 void PumpUntilStopped(Orvex::TMainThreadQueue& aQueue, const std::atomic<bool>* aDone,
-                      Orvex::Host::TLiveView* aView, const Orvex::TORXBaseLabel& aDocument) {
+                      Orvex::Host::TLiveView* aView, const Orvex::TORXBaseLabel& aDocument,
+                      Orvex::Host::TEditSession* aEdit) {
     while (!StopRequested() && (aDone == nullptr || !aDone->load())) {
         const std::lock_guard lock(gDocumentMutex);
-        if (aQueue.PumpOne(std::chrono::milliseconds(100)) && aView != nullptr) aView->Update(aDocument);
+        if (!aQueue.PumpOne(std::chrono::milliseconds(100))) continue;
+        if (aView != nullptr) aView->Update(aDocument);
+        if (aEdit != nullptr) aEdit->Publish();
     }
+}
+
+// The editor page on the same document as the agents, beside the MCP endpoint; false (with the reason on
+// stderr) when its port cannot be bound.
+bool StartEditor(Orvex::Host::TEditServer& aServer, Orvex::Host::TEditSession& aSession,
+                 const TServeArgs& aArgs) {
+    aSession.Publish();
+    Orvex::Host::TEditServerOptions options;
+    options.Bind = aArgs.Bind;
+    options.Port = static_cast<std::uint16_t>(aArgs.EditPort);
+    options.AllowedOrigins = aArgs.AllowedOrigins;
+    if (const char* token = std::getenv("ORVEX_MCP_TOKEN"); token != nullptr) options.Token = token;
+    try {
+        aServer.Start(options);
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "orvex: editor: {}\n", e.what());
+        return false;
+    }
+    LogLine(fmt::format("editor on {}", aServer.Url()));
+    return true;
 }
 
 // Starts the live view on the drawing as it is now; false (with the reason on stderr) when the port is taken.
@@ -236,18 +264,36 @@ int Serve(const TServeArgs& args) {
     const TSignalWatcher watcher(server, queue, args.Drawing, document);
     std::unique_ptr<Orvex::Host::TLiveView> view;
     if (args.ViewPort >= 0) view = std::make_unique<Orvex::Host::TLiveView>();
+    std::unique_ptr<Orvex::Host::TEditSession> edit;
+    std::unique_ptr<Orvex::Host::TEditServer> editServer;
+    if (args.EditPort >= 0) {
+        Orvex::Host::TEditOptions editOptions;
+        editOptions.FilesRoot = tools.FilesRoot;
+        if (tools.FilesRoot && !args.Drawing.empty()) {
+            std::error_code ec;
+            const auto inside =
+                std::filesystem::weakly_canonical(args.Drawing, ec).lexically_relative(*tools.FilesRoot);
+            if (!inside.empty() && inside.begin()->string() != "..")
+                editOptions.FileName = inside.generic_string();
+        }
+        edit = std::make_unique<Orvex::Host::TEditSession>(
+            document, Orvex::Host::ToolCallerOf(server, document), editOptions);
+        editServer = std::make_unique<Orvex::Host::TEditServer>(*edit, queue);
+    }
 
     if (args.Stdio) {
         server.RegisterDefaultTools();
         if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document))
             return kExitUsage;
+        if (editServer && !StartEditor(*editServer, *edit, args)) return kExitUsage;
         LogLine(fmt::format("serving MCP over standard input and output, {} tools", server.ToolCount()));
         std::atomic<bool> clientDone{false};
         std::thread reader([&] {
             Orvex::Host::ServeStdio(server, std::cin, std::cout);
             clientDone.store(true);
         });
-        PumpUntilStopped(queue, &clientDone, view.get(), document);
+        PumpUntilStopped(queue, &clientDone, view.get(), document, edit.get());
+        if (editServer) editServer->Stop();
         if (view) view->Stop();
         queue.Stop();
         // A reader still blocked on input cannot be woken portably; the process ends around it.
@@ -263,12 +309,15 @@ int Serve(const TServeArgs& args) {
             return kExitUsage;
         }
         LogLine(fmt::format("listening on http://{}:{}{}", args.Bind, server.BoundPort(), args.Endpoint));
-        if (view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document)) {
+        if ((view && !StartLiveView(*view, static_cast<std::uint16_t>(args.ViewPort), document)) ||
+            (editServer && !StartEditor(*editServer, *edit, args))) {
+            if (view) view->Stop();
             server.Stop();
             queue.Stop();
             return kExitUsage;
         }
-        PumpUntilStopped(queue, nullptr, view.get(), document);
+        PumpUntilStopped(queue, nullptr, view.get(), document, edit.get());
+        if (editServer) editServer->Stop();
         if (view) view->Stop();
         server.Stop();
         queue.Stop();
@@ -304,6 +353,11 @@ void RegisterServe(CLI::App& app, TCommandRegistry& commands) {
     sub->add_option("--view-port", args->ViewPort,
                     "Also serve a live view of the drawing at http://127.0.0.1:PORT/ (loopback only; 0 picks "
                     "a free port)")
+        ->check(CLI::Range(0, 65535));
+    sub->add_option(
+           "--edit-port", args->EditPort,
+           "Also serve the editor page on this port, on the same drawing as the agents (0 picks a free "
+           "port; beyond loopback only with ORVEX_MCP_TOKEN)")
         ->check(CLI::Range(0, 65535));
     commands.Add(sub, [args] { return Serve(*args); });
 }
