@@ -159,6 +159,11 @@ TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const 
 void ChangeItemKeys(TORXBaseItem& aItem, const TJSON& aKeys) {
     TJSON obj = aItem.WriteJson();
     MergeKeys(obj, aKeys);
+    // A flow element's "TextPos" lists where its caption's lines stand, which follows from text, font and
+    // box; kept, it would place a new text by the old one's lines. Without it the caption is laid out
+    // again. (An arrow line's "TextPos" is a setting, a number, and stays.)
+    if (const auto it = obj.find("TextPos"); it != obj.end() && it->is_array() && !aKeys.contains("TextPos"))
+        obj.erase(it);
     TItemKeysCmd::AddCommand(&aItem);
     ReadSilently(aItem, obj);
 }

@@ -142,8 +142,9 @@ bool GrowToCaption(TORXBaseLabel& aDoc, TORXBaseItem& aItem) {
     if (neededW <= b.GetWidth() && neededH <= b.GetHeight()) return false;
     const std::int64_t w = std::max(neededW, b.GetWidth());
     const std::int64_t h = std::max(neededH, b.GetHeight());
-    const std::int64_t left = b.Left - (w - b.GetWidth()) / 2;
-    const std::int64_t top = b.Top - (h - b.GetHeight()) / 2;
+    // About the centre, but not past the page's top or left edge when it stood inside them.
+    const std::int64_t left = std::max(b.Left - (w - b.GetWidth()) / 2, std::min<std::int64_t>(b.Left, 0));
+    const std::int64_t top = std::max(b.Top - (h - b.GetHeight()) / 2, std::min<std::int64_t>(b.Top, 0));
     ChangeItemKeys(aItem, {{"Points", PointsKeys(aDoc, {{left, top}, {left + w, top + h}})}});
     return true;
 }

@@ -184,6 +184,10 @@ TEST_F(AgentLoopTest, ALongerCaptionGrowsItsElement) {
         Ok("modify_item", {{"id", flow["id"]}, {"text", "Reject and notify the customer by mail"}});
     EXPECT_EQ(changed["grown_to_fit_text"], true);
     EXPECT_GT(changed["width"].get<double>(), 20.0);
+    // The caption is laid out anew: its lines reach the end of the new text, not of the old one.
+    const TJSON lines = fDoc.GetItem(0)->WriteJson()["TextPos"];
+    ASSERT_FALSE(lines.empty());
+    EXPECT_GE(lines.back()["ToPos"].get<int>(), 36);
     Ok("undo");
     EXPECT_DOUBLE_EQ(Item(flow["id"])["width"].get<double>(), 20.0);
     const TJSON styled = Ok("modify_item", {{"id", flow["id"]},

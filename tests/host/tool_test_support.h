@@ -69,7 +69,8 @@ class ToolsTest : public ::testing::Test {
         for (const auto& key : aSchema.value("required", TJSON::array())) {
             EXPECT_TRUE(aValue.contains(key.get<std::string>())) << aName << " lacks " << key;
         }
-        for (const auto& [key, property] : aSchema.value("properties", TJSON::object()).items()) {
+        const TJSON properties = aSchema.value("properties", TJSON::object());
+        for (const auto& [key, property] : properties.items()) {
             if (!aValue.contains(key) || !property.contains("type")) continue;
             EXPECT_TRUE(OfType(aValue[key], property["type"])) << aName << "." << key << " = " << aValue[key];
         }
