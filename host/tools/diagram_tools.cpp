@@ -12,6 +12,7 @@
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
+#include "orvex/core/text.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
@@ -33,9 +34,11 @@ std::string DiagnosticLines(const TJSON& aDiagnostics) {
     std::string text;
     for (const auto& d : aDiagnostics) {
         const auto line = d.value("line", 0);
+        // "dsWarning" reads as "warning".
+        std::string severity = d.value("severity", std::string());
+        if (severity.starts_with("ds")) severity = Qvl::Utils::ToLowerAscii(severity.substr(2));
         text += fmt::format("\n{} {} {}: {}", line > 0 ? fmt::format("line {}:", line) : std::string("text:"),
-                            d.value("severity", std::string()), d.value("code", std::string()),
-                            d.value("message", std::string()));
+                            severity, d.value("code", std::string()), d.value("message", std::string()));
         if (const auto source = d.value("source", std::string()); !source.empty())
             text += fmt::format(" Source: {}", source);
     }
@@ -97,10 +100,12 @@ TJSON LoadDiagram(TToolSession& aSession, TORXBaseLabel& aDoc, const TJSON& aArg
     TJSON result = {{"loaded", false},
                     {"items_created", 0},
                     {"diagnostics", QVLDiagramModelToJson(*model, format)["diagnostics"]}};
-    if (model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError))
-        return ErrorResult(
-            "the diagram has errors; fix them and load it again:" + DiagnosticLines(result["diagnostics"]),
-            std::move(result));
+    if (model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) {
+        // Written before the result is handed over: argument order is unspecified.
+        const std::string message =
+            "the diagram has errors; fix them and load it again:" + DiagnosticLines(result["diagnostics"]);
+        return ErrorResult(message, std::move(result));
+    }
     const TQVLDiagramLoader loader = QVLGetDiagramLoader();
     if (loader == nullptr)
         return ErrorResult(

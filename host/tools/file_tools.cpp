@@ -79,8 +79,8 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
     if (aArgs.contains("path") == aArgs.contains("json"))
         throw EToolArgument(
             "give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
-    CheckExtension(aArgs, ".json", "a drawing file");
     const auto file = FilePath(aOptions, aArgs);
+    CheckExtension(aArgs, ".json", "a drawing file");
     if (file && !fs::is_regular_file(*file))
         throw EToolArgument(
             fmt::format("no file \"{}\" in the files folder", aArgs["path"].get<std::string>()));
@@ -92,8 +92,8 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
 }
 
 TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
-    CheckExtension(aArgs, ".json", "the drawing is saved in the JSON drawing format");
     const auto file = FilePath(aOptions, aArgs);
+    CheckExtension(aArgs, ".json", "the drawing is saved in the JSON drawing format");
     if (!file) return InlineResult(aDoc.GetJsonString(2), {{"format", "json"}});
     if (const auto saved = SaveDrawingFile(file->string(), aDoc); !saved)
         return ErrorResult(WriteFailure(aOptions, *file));
@@ -132,6 +132,7 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
 
 TJSON ExportDocument(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const std::string format = aArgs["format"].get<std::string>();
+    FilePath(aOptions, aArgs);  // a path that is refused as such is reported before its extension
     CheckExtension(aArgs, "." + format, fmt::format("the format asked for is {}", format));
     if (aArgs.contains("dpi") && format != "png") throw EToolArgument("\"dpi\" applies to png only");
     if (format == "png" || format == "pdf") return ExportPicture(aOptions, aDoc, aArgs, format);

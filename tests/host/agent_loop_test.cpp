@@ -213,7 +213,17 @@ TEST_F(AgentLoopTest, APreviewAlwaysComesBackAndCrops) {
     EXPECT_GT(cropped["width"].get<int>(), 80);
 }
 
-TEST_F(AgentLoopTest, FileNamesMustSayWhatTheyHold) {
+class FileNamesTest : public ToolsTest {
+  protected:
+    FileNamesTest() : ToolsTest(Options()) {}
+    static Host::TToolOptions Options() {
+        Host::TToolOptions options;
+        options.FilesRoot = std::filesystem::temp_directory_path();
+        return options;
+    }
+};
+
+TEST_F(FileNamesTest, MustSayWhatTheyHold) {
     EXPECT_EQ(Refused("save_drawing", {{"path", "notes.txt"}}),
               "path \"notes.txt\" must end in .json (the drawing is saved in the JSON drawing format)");
     EXPECT_EQ(Refused("export_document", {{"format", "svg"}, {"path", "x.png"}}),
