@@ -29,7 +29,19 @@ struct TChatArgs {
     std::int32_t MaxTurns = Orvex::TAIConversation::kDefaultTurnLimit;
     std::string Drawing;
     std::string Output;
+    bool NoImages = false;
 };
+
+// Providers refuse "oneOf", "anyOf" and "allOf" at the top of a tool's parameters; the tools check those
+// rules themselves and say what is wrong, so the model loses nothing it cannot learn from the answer.
+Orvex::TJSON ProviderTools(Orvex::TJSON aTools) {
+    for (auto& tool : aTools) {
+        auto schema = tool.find("input_schema");
+        if (schema == tool.end() || !schema->is_object()) continue;
+        for (const char* key : {"oneOf", "anyOf", "allOf"}) schema->erase(key);
+    }
+    return aTools;
+}
 
 // Provider errors may quote a multi-line body; the command's contract is one line per failure.
 std::string OneLine(std::string aText) {
@@ -72,8 +84,11 @@ int Chat(const TChatArgs& args) {
 
     Orvex::TMCPAIClient client(server);
     if (!env.BaseUrl.empty()) client.SetBaseUrl(env.BaseUrl);
+    // The instructions and the tools are the same on every turn: the provider may keep them cached.
+    client.SetPromptCaching(true);
+    client.SetImageInput(!args.NoImages);
     Orvex::TAIConversation conversation(client, server.EffectiveInstructions(),
-                                        server.BuildAIToolDefinitions(),
+                                        ProviderTools(server.BuildAIToolDefinitions()),
                                         Orvex::MakeServerToolExecutor(server));
     conversation.SetTurnLimit(args.MaxTurns);
     conversation.SetOnText([](const std::string& aText) {
@@ -118,6 +133,8 @@ void RegisterChat(CLI::App& app, TCommandRegistry& commands) {
         ->check(CLI::PositiveNumber);
     sub->add_option("--drawing", args->Drawing, "Drawing (.json) to start from; a missing file starts empty");
     sub->add_option("-o,--output", args->Output, "Where to save the drawing (.json or .svg)");
+    sub->add_flag("--no-images", args->NoImages,
+                  "The model takes no image input: previews reach it as a short note instead of a picture");
     commands.Add(sub, [args] { return Chat(*args); });
 }
 

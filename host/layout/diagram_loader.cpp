@@ -67,24 +67,6 @@ std::int16_t SideOf(const TLayoutBox& box, TLayoutPoint p) {
     return best;
 }
 
-// The point halfway along a route, where its label goes.
-TLayoutPoint Midway(const std::vector<TLayoutPoint>& points) {
-    double total = 0;
-    for (std::size_t i = 1; i < points.size(); ++i)
-        total += std::hypot(points[i].X - points[i - 1].X, points[i].Y - points[i - 1].Y);
-    double left = total / 2;
-    for (std::size_t i = 1; i < points.size(); ++i) {
-        const double leg = std::hypot(points[i].X - points[i - 1].X, points[i].Y - points[i - 1].Y);
-        if (leg >= left && leg > 0) {
-            const double t = left / leg;
-            return {points[i - 1].X + (points[i].X - points[i - 1].X) * t,
-                    points[i - 1].Y + (points[i].Y - points[i - 1].Y) * t};
-        }
-        left -= leg;
-    }
-    return points.empty() ? TLayoutPoint{} : points.front();
-}
-
 //-----------------------------------------------------------------------------------------------------
 // [SECTION] Item helpers
 //-----------------------------------------------------------------------------------------------------
@@ -105,16 +87,6 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
     return flow;
 }
 
-// An edge's label, centred on its route over a white ground, so that the line does not run through it.
-void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text,
-                  const TTextMeasure& measure) {
-    auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
-    if (item == nullptr) return;
-    const TLayoutSize size = measure(text);
-    item->SetBase(1, Base(center.X - size.Width / 2), Base(center.Y - size.Height / 2));
-    item->SetText(text);
-    item->SetBackColor(kOpaqueWhite);
-    item->SetFilled(true);
 }
 
 //-----------------------------------------------------------------------------------------------------
@@ -130,7 +102,7 @@ std::vector<TLayoutSize> FlowSizes(const TORXDiagramModel& model, const TTextMea
 
 void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& route,
              const TLayoutBox& fromBox, const TLayoutBox& toBox, const TORXBaseFlow* from,
-             const TORXBaseFlow* to, const TTextMeasure& labelMeasure) {
+             const TORXBaseFlow* to, TDiagramPlacement& placement) {
     auto* link = Create<TORXBaseLink>(doc, TQVLItemType::itLink);
     if (link == nullptr) return;
     const bool bends = route.Kind != TRouteKind::rkStraight && route.Points.size() > 2;
@@ -148,11 +120,13 @@ void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& r
     link->SetFromType(EdgeTerm(edge.FromArrow));
     link->SetToType(EdgeTerm(edge.Arrow));
     if (edge.Dotted) link->SetLineType(kDashed);
-    if (!edge.Text.empty()) AddEdgeLabel(doc, Midway(route.Points), edge.Text, labelMeasure);
+    // The label belongs to the link, so it moves and goes with it.
+    link->SetLabel(edge.Text);
+    placement.Edges.push_back({edge.FromID, edge.ToID, link->InID()});
 }
 
 bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout& layout,
-                const TTextMeasure& labelMeasure) {
+                TDiagramPlacement& placement) {
     const auto& nodes = model.Nodes();
     std::vector<TORXBaseFlow*> flows(nodes.size(), nullptr);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
@@ -166,13 +140,14 @@ bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout&
         }
         flows[i] = flow;
         model.SetNodeInId(node.ID, flow->InID());
+        placement.Nodes.push_back({node.ID, flow->InID()});
     }
     for (const TLayoutRoute& route : layout.Routes) {
         const auto from = static_cast<std::size_t>(route.From);
         const auto to = static_cast<std::size_t>(route.To);
         if (flows[from] == nullptr || flows[to] == nullptr) continue;
         AddLink(doc, model.Edges()[static_cast<std::size_t>(route.Edge)], route, layout.Boxes[from],
-                layout.Boxes[to], flows[from], flows[to], labelMeasure);
+                layout.Boxes[to], flows[from], flows[to], placement);
     }
     return true;
 }
@@ -181,8 +156,9 @@ bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout&
 // [SECTION] Sequence diagrams
 //-----------------------------------------------------------------------------------------------------
 
-bool PlaceSequence(TORXBaseLabel& doc, const TORXDiagramModel& model, const TTextMeasure& measure) {
-    return PlaceSequenceItems(doc, model, measure);
+bool PlaceSequence(TORXBaseLabel& doc, const TORXDiagramModel& model, const TTextMeasure& measure,
+                   TDiagramPlacement& placement) {
+    return PlaceSequenceItems(doc, model, measure, &placement);
 }
 
 }  // namespace
@@ -213,35 +189,42 @@ TTextMeasure FontMeasure(const TQVLFont& aFont) {
 }
 
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
+    TDiagramPlacement placement;
+    return LoadDiagramWithLayout(aDocument, aText, aFormat, placement);
+}
+
+bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
+                           TDiagramPlacement& aPlacement) {
+    aPlacement = {};
     const std::unique_ptr<TORXDiagramModel> model = QVLParseWithSequenceImport(aText, aFormat);
     if (model == nullptr || model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) return false;
     // A family without flow elements cannot show the diagram: refuse before anything is created.
     const std::int32_t countBefore = aDocument.GetItemsCount();
     const TTextMeasure captionMeasure = FontMeasure(TQVLFont{});
-    const TTextMeasure labelMeasure = FontMeasure(TQVLFont{});
 
     aDocument.BeginUpdate();
     aDocument.SetEditorMode(TQVLEditorMode::emFlowChart);
     bool placed = false;
     switch (model->Kind()) {
         case TQVLDiagramKind::dkSequence:
-            placed = PlaceSequence(aDocument, *model, captionMeasure);
+            placed = PlaceSequence(aDocument, *model, captionMeasure, aPlacement);
             break;
         case TQVLDiagramKind::dkMindMap:
             placed = PlaceGraph(aDocument, *model, LayoutTree(*model, FlowSizes(*model, captionMeasure)),
-                                labelMeasure);
+                                aPlacement);
             break;
         case TQVLDiagramKind::dkIshikawa:
             placed = PlaceGraph(aDocument, *model, LayoutFishbone(*model, FlowSizes(*model, captionMeasure)),
-                                labelMeasure);
+                                aPlacement);
             break;
         case TQVLDiagramKind::dkFlowChart:
             placed = PlaceGraph(aDocument, *model, LayoutGraph(*model, FlowSizes(*model, captionMeasure)),
-                                labelMeasure);
+                                aPlacement);
             break;
     }
     aDocument.EndUpdate();
     if (!placed && aDocument.GetItemsCount() > countBefore) aDocument.Undo();  // take back a partial load
+    if (!placed) aPlacement = {};
     return placed;
 }
 

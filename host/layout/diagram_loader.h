@@ -2,7 +2,10 @@
 // creates flow elements, links, lines and texts on the document.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/layout/layout_types.h"
 #include "orvex/diagrams/diagram_model.h"
@@ -19,6 +22,26 @@ void RegisterDiagramLayout();
 // diagnostic or the document's item family lacks flow elements; otherwise the whole diagram is one
 // undo step and the document is in flowchart mode.
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat);
+
+// What one load created, by the diagram's own names: each placed node with its item, each drawn edge with
+// its ends and its item (an edge's label is the link's own). A sequence diagram's participants count as
+// nodes and its messages as edges.
+struct TDiagramPlacement {
+    struct TNode {
+        std::string ID;
+        std::int32_t ItemID = 0;
+    };
+    struct TEdge {
+        std::string From;
+        std::string To;
+        std::int32_t ItemID = 0;
+    };
+    std::vector<TNode> Nodes;
+    std::vector<TEdge> Edges;
+};
+// The same load, reporting what it created into aPlacement (cleared first).
+bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
+                           TDiagramPlacement& aPlacement);
 
 // Caption extents (lines broken at line feeds) under the process-wide text metrics, in millimetres.
 TTextMeasure FontMeasure(const TQVLFont& aFont);

@@ -98,8 +98,9 @@ TQVLTermType Term(TQVLSeqArrow arrow) {
 //-----------------------------------------------------------------------------------------------------
 
 // A head: a box holding the caption, or a symbol with the caption beneath.
+// aItemID receives the item that stands for the participant: its box, or the caption under its symbol.
 bool Head(TORXBaseLabel& doc, const TQVLSeqParticipant& p, const TLayoutBox& box, const TTextMeasure& measure,
-          double symbolHeight) {
+          double symbolHeight, std::int32_t& aItemID) {
     const std::string& role = p.Role;
     const bool coloured = p.Style.Fill.has_value();
     if (!QVLSeqRoleIsSymbol(role)) {
@@ -115,6 +116,7 @@ bool Head(TORXBaseLabel& doc, const TQVLSeqParticipant& p, const TLayoutBox& box
         if (flow == nullptr) return false;
         flow->SetFlowType(role == "queue" ? TQVLFlowType::ftTerminator : TQVLFlowType::ftProcess);
         flow->SetText(p.Display);
+        aItemID = flow->InID();
         if (coloured) Fill(flow, *p.Style.Fill);
         if (role == "queue") {
             const double r = box.Height / 2;
@@ -127,7 +129,7 @@ bool Head(TORXBaseLabel& doc, const TQVLSeqParticipant& p, const TLayoutBox& box
     const double top = box.Y;
     const double h = symbolHeight;
     const TLayoutSize caption = measure(p.Display);
-    Text(doc, cx - caption.Width / 2, top + h + 1, p.Display);
+    if (const auto* text = Text(doc, cx - caption.Width / 2, top + h + 1, p.Display)) aItemID = text->InID();
     const TAlphaColor fill = coloured ? *p.Style.Fill : kOpaqueWhite;
     if (role == "actor") {
         const double r = h * 0.14;
@@ -208,7 +210,7 @@ void Frame(TORXBaseLabel& doc, const TSeqFrameLayout& f) {
 //-----------------------------------------------------------------------------------------------------
 
 bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel,
-                        const TTextMeasure& aMeasure) {
+                        const TTextMeasure& aMeasure, TDiagramPlacement* aPlacement) {
     const TSequenceOptions options;
     const TSequenceLayout layout = LayoutSequence(aModel, aMeasure, options);
     const auto& events = aModel.SeqEvents();
@@ -244,10 +246,14 @@ bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel
             if (s.TextBox.Placed) Text(aDocument, s.TextBox.X, s.TextBox.Y, "[" + event(s.Event).Text + "]");
     }
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (!Head(aDocument, parts[i], layout.Participants[i], aMeasure, options.SymbolHeight)) return false;
-        if (layout.Footers[i].Placed &&
-            !Head(aDocument, parts[i], layout.Footers[i], aMeasure, options.SymbolHeight))
+        std::int32_t head = 0;
+        std::int32_t foot = 0;
+        if (!Head(aDocument, parts[i], layout.Participants[i], aMeasure, options.SymbolHeight, head))
             return false;
+        if (layout.Footers[i].Placed &&
+            !Head(aDocument, parts[i], layout.Footers[i], aMeasure, options.SymbolHeight, foot))
+            return false;
+        if (aPlacement != nullptr) aPlacement->Nodes.push_back({parts[i].ID, head});
     }
     for (const TSeqBandLayout& d : layout.Dividers) {
         const TLayoutBox& b = d.Box;
@@ -281,6 +287,7 @@ bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel
         }
         auto* arrow = Create<TORXBaseArrowLine>(aDocument, TQVLItemType::itArrowLine);
         if (arrow == nullptr) return false;
+        if (aPlacement != nullptr) aPlacement->Edges.push_back({ev.FromActor, ev.ToActor, arrow->InID()});
         arrow->SetBase(1, Base(m.Points[last - 1].X), Base(m.Points[last - 1].Y));
         arrow->SetBase(2, Base(m.Points[last].X), Base(m.Points[last].Y));
         arrow->SetFromType(ev.FromCircle && last == 1 ? TQVLTermType::ttCircle

@@ -81,6 +81,10 @@ TQVLDrawState ScreenPass(const TQVLRasterOptions& options) {
     return options.Pass == TQVLDrawState::dsPrint ? TQVLDrawState::dsExport : options.Pass;
 }
 
+TQVLRect PictureExtent(const TORXBaseLabel& document, const TQVLRasterOptions& options) {
+    return options.Region ? *options.Region : Extent(document, ScreenPass(options));
+}
+
 void PaintBackground(const TORXBaseLabel& document, cairo_t* cr, double left, double top, double right,
                      double bottom) {
     const TORXBackSurf& back = document.BackSurf();
@@ -104,12 +108,21 @@ bool HasPreviewCopies(const TORXBaseLabel& document, const TORXBaseItem& item) {
     return false;
 }
 
-// Every item the pass shows, in paint order, on a context whose origin is the label's top-left corner.
-void PaintItems(const TORXBaseLabel& document, cairo_t* cr, TCairoDraw& draw) {
+// Every item the pass shows, in paint order, on a context whose origin is the label's top-left corner;
+// with a region, only the items whose bounds (grown by their pen) meet it.
+void PaintItems(const TORXBaseLabel& document, cairo_t* cr, TCairoDraw& draw,
+                const std::optional<TQVLRect>& region = std::nullopt) {
     const bool print = draw.fState == TQVLDrawState::dsPrint;
     for (std::int32_t i = 0; i < document.GetItemsCount(); ++i) {
         TORXBaseItem* item = document.GetItem(i);
         if (!Shows(*item, draw.fState)) continue;
+        if (region) {
+            TQVLRect b = item->BoundsRect();
+            // Arrow heads and captions may reach a little past the bounds.
+            const auto pen = static_cast<std::int64_t>(item->PenWidth()) * DrawScale(document) + 5000;
+            b.Inflate(pen, pen);
+            if (!b.IntersectsWith(*region)) continue;
+        }
         cairo_save(cr);
         if (print)
             item->PrintElement(draw);
@@ -148,7 +161,7 @@ TQVLPixelSize RasterSize(const TORXBaseLabel& document, const TQVLRasterOptions&
         const double px = std::ceil(PaperInches(base, scale) * factor - 1e-6);
         return static_cast<std::int32_t>(std::clamp(px, 1.0, 1.0e9));
     };
-    const TQVLRect extent = Extent(document, ScreenPass(options));
+    const TQVLRect extent = PictureExtent(document, options);
     return {side(extent.GetWidth()), side(extent.GetHeight())};
 }
 
@@ -175,7 +188,7 @@ bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
     const TCairoSource source(document);
     const TORXBaseLabel& doc = source.Document();
     const TQVLPixelSize size = RasterSize(doc, options);
-    const TQVLRect extent = Extent(doc, ScreenPass(options));
+    const TQVLRect extent = PictureExtent(doc, options);
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.Width, size.Height);
     cairo_t* cr = cairo_create(surface);
     cairo_scale(cr, options.Scale, options.Scale);
@@ -190,7 +203,7 @@ bool EncodePng(const TORXBaseLabel& document, const TQVLRasterOptions& options,
         if (!options.Transparent)
             PaintBackground(doc, cr, draw.GetDrawX(extent.Left), draw.GetDrawY(extent.Top),
                             draw.GetDrawX(extent.Right) + 1.0, draw.GetDrawY(extent.Bottom) + 1.0);
-        PaintItems(doc, cr, draw);
+        PaintItems(doc, cr, draw, options.Region);
     }
     cairo_destroy(cr);
     png.clear();

@@ -5,9 +5,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "orvex/core/rect.h"
 #include "orvex/render/draw_context.h"
 
 namespace Orvex {
@@ -19,6 +21,8 @@ struct TQVLRasterOptions {
     float Scale = 1.0f;                            // zoom on top of the resolution
     TQVLDrawState Pass = TQVLDrawState::dsExport;  // dsEdit paints what the editor shows
     bool Transparent = false;                      // leave the page clear instead of its back colour
+    // Only this part of the drawing (base units, as item bounds are), instead of the whole label.
+    std::optional<Qvl::Types::TQVLRect> Region;
 };
 
 struct TQVLPixelSize {

@@ -251,6 +251,20 @@ void PaintItem(const TORXBaseLink& item, const TPainter& p) {
     }
     Paint::DrawTerminator(p, item.FromType(), fromTip, fromAngle, size, item.FromColor(), pen);
     Paint::DrawTerminator(p, item.ToType(), toTip, toAngle, size, item.ToColor(), pen);
+    if (!item.Label().empty()) {
+        // The caption sits on a white ground so that the line does not run through it.
+        const TQVLFont font;
+        auto layout = Paint::MakeLayout(p.Cr, font, p.MM(font.FontHeight), item.Label());
+        const Paint::TTextExtent extent = Paint::Extent(layout.get());
+        const TDev at = p.Pt(item.LabelPoint().X, item.LabelPoint().Y);
+        const double pad = p.MM(0.5f);
+        Paint::SetColor(p.Cr, kOpaqueWhite);
+        cairo_rectangle(p.Cr, at.X - extent.Width / 2.0 - pad, at.Y - extent.Height / 2.0 - pad,
+                        extent.Width + 2.0 * pad, extent.Height + 2.0 * pad);
+        cairo_fill(p.Cr);
+        Paint::ShowLayout(p.Cr, layout.get(), at.X - extent.Width / 2.0,
+                          at.Y - extent.Height / 2.0 + extent.Ascent, font.FontColor);
+    }
 }
 
 }  // namespace Orvex

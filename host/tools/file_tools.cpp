@@ -1,4 +1,4 @@
-// load_drawing, save_drawing, export_document and load_diagram. With a files folder they read and write
+// load_drawing, save_drawing and export_document. With a files folder they read and write
 // files inside it; without one they refuse paths and carry the content in the call and in the result.
 #include <fmt/format.h>
 
@@ -11,8 +11,6 @@
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
 #include "orvex/core/text.h"
-#include "orvex/diagrams/diagram_json.h"
-#include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
 #include "orvex/io/drawing_file.h"
 
@@ -36,11 +34,38 @@ std::string RelativeName(const TToolOptions& aOptions, const fs::path& aFile) {
     return fs::relative(aFile, fs::canonical(*aOptions.FilesRoot)).generic_string();
 }
 
-void WriteText(const fs::path& aFile, const std::string& aText) {
+// Content that travels in the answer, with its size as the structured part.
+TJSON InlineResult(std::string aText, TJSON aInfo) {
+    aInfo["bytes"] = aText.size();
+    return {{"content", TJSON::array({{{"type", "text"}, {"text", std::move(aText)}}})},
+            {"structuredContent", std::move(aInfo)}};
+}
+
+// A path whose extension does not say what the file holds is refused before anything is read or written.
+void CheckExtension(const TJSON& aArgs, std::string_view aExtension, std::string_view aWhat) {
+    if (!aArgs.contains("path")) return;
+    const auto& path = aArgs["path"].get_ref<const std::string&>();
+    const std::string extension = Qvl::Utils::ToLowerAscii(fs::path(path).extension().string());
+    if (extension != aExtension)
+        throw EToolArgument(fmt::format("path \"{}\" must end in {} ({})", path, aExtension, aWhat));
+}
+
+// Why a file in the files folder could not be written, naming it as the caller did: the server's own
+// folders are none of the caller's business.
+std::string WriteFailure(const TToolOptions& aOptions, const fs::path& aFile) {
+    const std::string name = RelativeName(aOptions, aFile);
+    std::error_code ec;
+    if (!fs::is_directory(aFile.parent_path(), ec))
+        return fmt::format("cannot write \"{}\": its folder does not exist in the files folder", name);
+    if (fs::is_directory(aFile, ec)) return fmt::format("cannot write \"{}\": it is a folder", name);
+    return fmt::format("cannot write \"{}\": permission denied or the disk is full", name);
+}
+
+void WriteText(const TToolOptions& aOptions, const fs::path& aFile, const std::string& aText) {
     std::ofstream out(aFile, std::ios::binary | std::ios::trunc);
     out << aText;
     out.close();
-    if (!out) throw std::runtime_error(fmt::format("cannot write \"{}\"", aFile.filename().string()));
+    if (!out) throw EToolArgument(WriteFailure(aOptions, aFile));
 }
 
 TJSON Summary(const TORXBaseLabel& aDoc) {
@@ -55,6 +80,7 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
         throw EToolArgument(
             "give exactly one of \"path\" (a file in the files folder) or \"json\" (the drawing text)");
     const auto file = FilePath(aOptions, aArgs);
+    CheckExtension(aArgs, ".json", "a drawing file");
     if (file && !fs::is_regular_file(*file))
         throw EToolArgument(
             fmt::format("no file \"{}\" in the files folder", aArgs["path"].get<std::string>()));
@@ -67,8 +93,10 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
 
 TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const auto file = FilePath(aOptions, aArgs);
-    if (!file) return {{"content", TJSON::array({{{"type", "text"}, {"text", aDoc.GetJsonString(2)}}})}};
-    if (const auto saved = SaveDrawingFile(file->string(), aDoc); !saved) return ErrorResult(saved.Message);
+    CheckExtension(aArgs, ".json", "the drawing is saved in the JSON drawing format");
+    if (!file) return InlineResult(aDoc.GetJsonString(2), {{"format", "json"}});
+    if (const auto saved = SaveDrawingFile(file->string(), aDoc); !saved)
+        return ErrorResult(WriteFailure(aOptions, *file));
     return StructuredResult({{"path", RelativeName(aOptions, *file)}, {"bytes", fs::file_size(*file)}});
 }
 
@@ -80,13 +108,14 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
     std::vector<std::uint8_t> bytes;
     std::string error;
     const bool painted = aFormat == "pdf" ? EncodePdf(aDoc, bytes, error) : [&] {
-        const TQVLRasterOptions options;
+        TQVLRasterOptions options;
+        options.Dpi = aArgs.value("dpi", 96);
         return CheckRasterOptions(aDoc, options, error) && EncodePng(aDoc, options, bytes, error);
     }();
     if (!painted) return ErrorResult(fmt::format("the {} could not be painted: {}", aFormat, error));
     const std::string_view data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (file) {
-        WriteText(*file, std::string(data));
+        WriteText(aOptions, *file, std::string(data));
         return StructuredResult(
             {{"path", RelativeName(aOptions, *file)}, {"format", aFormat}, {"bytes", bytes.size()}});
     }
@@ -97,51 +126,23 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
             : TJSON{{"type", "resource"},
                     {"resource",
                      {{"uri", "orvex://drawing.pdf"}, {"mimeType", "application/pdf"}, {"blob", encoded}}}};
-    return {{"content", TJSON::array({std::move(content)})}};
+    return {{"content", TJSON::array({std::move(content)})},
+            {"structuredContent", {{"format", aFormat}, {"bytes", bytes.size()}}}};
 }
 
 TJSON ExportDocument(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const std::string format = aArgs["format"].get<std::string>();
+    FilePath(aOptions, aArgs);  // a path that is refused as such is reported before its extension
+    CheckExtension(aArgs, "." + format, fmt::format("the format asked for is {}", format));
+    if (aArgs.contains("dpi") && format != "png") throw EToolArgument("\"dpi\" applies to png only");
     if (format == "png" || format == "pdf") return ExportPicture(aOptions, aDoc, aArgs, format);
     const auto file = FilePath(aOptions, aArgs);
     const std::string text =
         format == "svg" ? aDoc.SVG(TQVLExportSVG::esFile, 1.0f, false) : aDoc.GetJsonString(2);
-    if (!file) return {{"content", TJSON::array({{{"type", "text"}, {"text", text}}})}};
-    WriteText(*file, text);
+    if (!file) return InlineResult(text, {{"format", format}});
+    WriteText(aOptions, *file, text);
     return StructuredResult(
         {{"path", RelativeName(aOptions, *file)}, {"format", format}, {"bytes", text.size()}});
-}
-
-TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
-    const std::string& text = aArgs["text"].get_ref<const std::string&>();
-    const std::string formatName = aArgs.value("format", std::string("auto"));
-    const auto format = formatName == "mermaid"    ? TQVLDiagramFormat::dgMermaid
-                        : formatName == "plantuml" ? TQVLDiagramFormat::dgPlantUML
-                                                   : QVLDetectDiagramFormat(text);
-    const auto model = QVLParseDiagram(text, format);
-    TJSON result = {{"loaded", false},
-                    {"items_created", 0},
-                    {"diagnostics", QVLDiagramModelToJson(*model, format)["diagnostics"]}};
-    if (model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError))
-        return ErrorResult("the diagram has errors; see diagnostics", std::move(result));
-    if (QVLGetDiagramLoader() == nullptr)
-        return ErrorResult(
-            "no diagram layout is installed; build the diagram with add_flow and add_link instead",
-            std::move(result));
-    const std::int32_t before = aDoc.GetItemsCount();
-    const bool loaded = aDoc.LoadFromDiagramText(text, format);
-    const std::int32_t after = aDoc.GetItemsCount();
-    result["loaded"] = loaded;
-    result["items_created"] = after >= before ? after - before : after;  // a loader may replace the drawing
-    if (!loaded) return ErrorResult("the diagram layout could not place this diagram", std::move(result));
-    TJSON answer = StructuredResult(result);
-    // One call from text to a drawing the model can see: the picture comes in the same answer.
-    if (aArgs.value("preview", false)) {
-        answer["structuredContent"]["preview"] =
-            AppendPreview(aDoc, 1.0, aArgs.value("max_bytes", kDefaultPreviewBytes), answer);
-        answer["content"][0]["text"] = answer["structuredContent"].dump();
-    }
-    return answer;
 }
 
 }  // namespace
@@ -149,6 +150,8 @@ TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 void RegisterFileTools(TToolRegistry& aRegistry) {
     const TToolOptions options = aRegistry.Options();
     const bool files = options.FilesRoot.has_value();
+    const std::shared_ptr<TToolSession> session = aRegistry.Session();
+    const TJSON written = OutputSchema({{"bytes", "integer"}}, {{"path", "string"}, {"format", "string"}});
     const std::string where =
         files ? "path is relative to the server's files folder; \"..\", absolute paths and "
                 "symbolic links are refused."
@@ -160,37 +163,34 @@ void RegisterFileTools(TToolRegistry& aRegistry) {
             where,
         ObjectSchema({{"path", StringProp("Drawing file (.json) in the files folder.")},
                       {"json", StringProp("The drawing as JSON text, as save_drawing returns it.")}}),
-        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return LoadDrawing(options, aDoc, aArgs); });
+        [options, session](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            *session = TToolSession{};
+            return LoadDrawing(options, aDoc, aArgs);
+        },
+        OutputSchema({{"units", "string"},
+                      {"editor_mode", "string"},
+                      {"items_count", "integer"},
+                      {"layers_count", "integer"}}));
     aRegistry.Add(
         "save_drawing",
         "Save the drawing in the JSON drawing format: to path when given, else return the JSON text. " +
             where,
         ObjectSchema({{"path", StringProp("Target file (.json) in the files folder; overwritten.")}}),
-        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return SaveDrawing(options, aDoc, aArgs); });
-    aRegistry.Add(
-        "load_diagram",
-        "Build the drawing from a Mermaid or PlantUML diagram (flowchart, sequence, mind map...), laid out "
-        "automatically. Returns whether it loaded, how many items it created, and the parser's diagnostics "
-        "(severity, line, code, message); fix the text and retry on errors. With preview, the answer also "
-        "holds a PNG picture of the result.",
-        ObjectSchema({{"text", StringProp("The diagram source text.")},
-                      {"format", EnumProp("Diagram language; auto detects it. Default auto.",
-                                          {"auto", "mermaid", "plantuml"})},
-                      {"preview", BoolProp("Also return a PNG picture of the result. Default false.")},
-                      {"max_bytes",
-                       IntegerProp("Largest preview PNG, in bytes. Default 750000.", 10'000, 10'000'000)}},
-                     {"text"}),
-        LoadDiagram);
+        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return SaveDrawing(options, aDoc, aArgs); },
+        written);
     aRegistry.Add(
         "export_document",
         "Export the drawing as svg (a standalone SVG page the size of the drawing), json (the drawing "
-        "format), png (a 96 dpi picture) or pdf (one vector page): to path when given, else return the "
-        "content (png as an image, pdf as a base64 resource). " +
+        "format), png (a picture, 96 dpi unless dpi says) or pdf (one vector page): to path when given "
+        "(its extension must match the format), else return the content (png as an image, pdf as a "
+        "base64 resource). " +
             where,
         ObjectSchema({{"format", EnumProp("Export format.", {"svg", "json", "png", "pdf"})},
-                      {"path", StringProp("Target file in the files folder; overwritten.")}},
+                      {"path", StringProp("Target file in the files folder; overwritten.")},
+                      {"dpi", IntegerProp("Resolution of a png. Default 96.", 1, 2400)}},
                      {"format"}),
-        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return ExportDocument(options, aDoc, aArgs); });
+        [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return ExportDocument(options, aDoc, aArgs); },
+        written);
 }
 
 }  // namespace Orvex::Host

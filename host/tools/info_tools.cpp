@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/tools/item_view.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
@@ -46,6 +47,20 @@ std::string PaperName(const TORXMeasure& aMeasure) {
     return "User";
 }
 
+TJSON DrawingInfoSchema() {
+    return OutputSchema({{"units", "string"},
+                         {"editor_mode", "string"},
+                         {"items_count", "integer"},
+                         {"layers_count", "integer"},
+                         {"selection_count", "integer"},
+                         {"paper", "object"}},
+                        {{"draw_scale", "integer"},
+                         {"active_layer", "integer"},
+                         {"can_undo", "boolean"},
+                         {"can_redo", "boolean"},
+                         {"items_bounds", "object"}});
+}
+
 TJSON DrawingInfo(const TORXBaseLabel& aDoc) {
     const TORXMeasure& m = aDoc.Measure();
     TJSON info = {{"units", UnitName(aDoc.Units())},
@@ -70,12 +85,14 @@ TJSON DrawingInfo(const TORXBaseLabel& aDoc) {
     return info;
 }
 
-// The item's text when its kind has one, shortened so that a list stays small.
-void AddTextPreview(const TORXBaseItem& aItem, TJSON& aSummary) {
-    const TJSON json = aItem.WriteJson();
-    const auto it = json.find("Text");
-    if (it == json.end() || !it->is_string()) return;
-    std::string text = it->get<std::string>();
+// The item's text when its kind has one, shortened so that a list stays small, and a link's ends.
+void AddListDetails(const TORXBaseItem& aItem, const TJSON& aFileForm, TJSON& aSummary) {
+    if (aItem.ItemType() == TQVLItemType::itLink) {
+        aSummary["from_id"] = aFileForm.value("FromID", 0);
+        aSummary["to_id"] = aFileForm.value("ToID", 0);
+    }
+    std::string text = ItemText(aFileForm);
+    if (text.empty()) return;
     if (text.size() > kTextPreviewChars) {
         std::size_t cut = kTextPreviewChars;
         while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;  // whole characters
@@ -90,15 +107,26 @@ TJSON ListItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const TORXLayer* layer = aArgs.contains("layer") ? ResolveLayer(aDoc, aArgs, "layer") : nullptr;
     const std::int32_t kind =
         aArgs.contains("kind") ? EnumIndex(KindNames(), aArgs["kind"].get<std::string>()) : -1;
+    const std::string search = ToLowerAscii(aArgs.value("text", std::string()));
     TJSON items = TJSON::array();
     std::int64_t matched = 0;
     for (std::int32_t i = 0; i < aDoc.GetItemsCount(); ++i) {
         const TORXBaseItem& item = *aDoc.GetItem(i);
         if (layer != nullptr && item.Layer() != layer) continue;
         if (kind >= 0 && static_cast<std::int32_t>(item.ItemType()) != kind) continue;
-        if (matched >= offset && matched < offset + limit) {
+        const bool listed = matched >= offset && matched < offset + limit;
+        if (search.empty() && !listed) {
+            ++matched;
+            continue;
+        }
+        const TJSON file = item.WriteJson();
+        // Case is ignored for ASCII letters; the name counts as well as the text.
+        if (!search.empty() && ToLowerAscii(ItemText(file)).find(search) == std::string::npos &&
+            ToLowerAscii(item.ID()).find(search) == std::string::npos)
+            continue;
+        if (listed) {
             TJSON summary = ItemSummary(aDoc, item);
-            AddTextPreview(item, summary);
+            AddListDetails(item, file, summary);
             items.push_back(std::move(summary));
         }
         ++matched;
@@ -109,9 +137,11 @@ TJSON ListItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }
 
 TJSON GetItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
-    const TORXBaseItem& item = *ResolveItem(aDoc, aArgs);
+    TJSON selector = aArgs;
+    selector.erase("raw");
+    const TORXBaseItem& item = *ResolveItem(aDoc, selector);
     TJSON result = ItemSummary(aDoc, item);
-    result["properties"] = item.WriteJson();
+    result["properties"] = aArgs.value("raw", false) ? item.WriteJson() : ItemProperties(aDoc, item);
     return StructuredResult(std::move(result));
 }
 
@@ -218,36 +248,38 @@ TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 void RegisterInfoTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "get_drawing_info",
-        "Describe the drawing: units, editor mode (labelling, flowchart, drawing), item and layer counts, "
-        "selection size, the page (paper name, width and height in the drawing's units), draw_scale (N of "
-        "1:N), the active layer (one-based), whether undo and redo are possible, and the bounds of all "
-        "items.",
+        "Describe the drawing: units, editor mode, item and layer counts, page, draw_scale (N of 1:N), "
+        "active layer, whether undo and redo are possible, and the bounds of all items.",
         ObjectSchema({}),
-        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); });
+        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); },
+        DrawingInfoSchema());
     aRegistry.Add(
         "list_items",
-        "List the drawing's items in paint order, a page at a time: each with its zero-based index, name, "
-        "internal "
-        "id, kind, one-based layer, bounds (x, y, width, height in the drawing's units) and the start of its "
-        "text. "
-        "Filter by layer and kind. Returns total (matching items) and next_offset (null on the last page).",
+        "List items in paint order, a page at a time: index, name, id, kind, layer, bounds and the start of "
+        "the text; links also give from_id and to_id. Filter by layer, kind and text (part of the text or "
+        "name, case ignored). next_offset is null on the last page.",
         ObjectSchema({{"offset", IntegerProp("Matching items to skip. Default 0.", 0, INT32_MAX)},
-                      {"limit", IntegerProp("Items to return, 1 to 500. Default 50.", 1, kMaxPageItems)},
-                      {"layer", IntegerProp("Only items on this layer (one-based).", 1, INT16_MAX)},
-                      {"kind", EnumProp("Only items of this kind.", KindNames())}}),
-        ListItems);
+                      {"limit", IntegerProp("Items to return. Default 50.", 1, kMaxPageItems)},
+                      {"layer", IntegerProp("Only items on this layer.", 1, INT16_MAX)},
+                      {"kind", EnumProp("Only items of this kind.", KindNames())},
+                      {"text", StringProp("Only items whose text or name contains this.")}}),
+        ListItems,
+        OutputSchema({{"items", ArrayOf("object")},
+                      {"total", "integer"},
+                      {"offset", "integer"},
+                      {"next_offset", TJSON::array({"integer", "null"})}}));
     aRegistry.Add(
         "get_item",
-        "Return one item with all its properties (the drawing-file form: points in the drawing's units, "
-        "colours as R, G, B, A). Name it by exactly one of index (zero-based), name or id.",
-        ObjectSchema({{"index", IntegerProp("Zero-based item index.", 0, INT32_MAX)},
-                      {"name", StringProp("Item name, as returned by list_items (case ignored).")},
-                      {"id", IntegerProp("Internal id, as returned by the add_ tools.", 1, INT32_MAX)}}),
-        GetItem);
+        "Return one item (by exactly one of index, name or id) with its properties as the add_ and "
+        "modify_item tools name them; raw gives the drawing-file form.",
+        WithOneOf(
+            WithProperties(ItemSelector(), {{"raw", BoolProp("The drawing-file form. Default false.")}}),
+            {"index", "name", "id"}),
+        GetItem, WithOutputProperties(ItemSummarySchema(), {{"properties", "object"}}));
     aRegistry.Add("list_layers",
-                  "List the layers with their one-based index, name, item count, flags (visible, printable, "
-                  "selectable, exportable), colour and which one is active (new items go there).",
-                  ObjectSchema({}), ListLayers);
+                  "List the layers: index, name, item count, flags, colour and which is active (new items go "
+                  "there).",
+                  ObjectSchema({}), ListLayers, OutputSchema({{"layers", ArrayOf("object")}}));
     aRegistry.Add(
         "setup_drawing",
         "Set the editor mode, the measurement units, the draw scale and the page size. Units mm, inch and cm "
@@ -264,7 +296,7 @@ void RegisterInfoTools(TToolRegistry& aRegistry) {
                       {"landscape", BoolProp("With paper: the long side horizontal. Default false.")},
                       {"width", NumberProp("Page width in the drawing's units.")},
                       {"height", NumberProp("Page height in the drawing's units.")}}),
-        SetupDrawing);
+        SetupDrawing, DrawingInfoSchema());
 }
 
 }  // namespace Orvex::Host

@@ -6,10 +6,12 @@
 
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_schema.h"
+#include "orvex/core/paper.h"
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/items/link_items.h"
 
 namespace Orvex::Host {
 
@@ -80,15 +82,12 @@ std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID
 }
 
 TJSON CommonItemProps(bool aLineType) {
-    TJSON props =
-        ObjectSchema({{"layer", IntegerProp("One-based layer. Default: the active layer.", 1, INT16_MAX)},
-                      {"color", ColorProp("Line (outline) colour. Default black.")},
-                      {"pen_width", NumberProp("Line width in the drawing's units. Default 0.1 mm.")},
-                      {"name", StringProp("Item name; must be unique. Default: kind and id, e.g. "
-                                          "FlowDiagram004.")}});
-    if (aLineType)
-        props =
-            WithProperties(props, {{"line_type", EnumProp("Dash pattern. Default solid.", LineTypeNames())}});
+    // Shared by every add_ tool, so each word here is paid for many times over.
+    TJSON props = ObjectSchema({{"layer", IntegerProp("Default: the active layer.", 1, INT16_MAX)},
+                                {"color", ColorProp("Outline. Default black.")},
+                                {"pen_width", NumberProp("Default 0.1 mm.")},
+                                {"name", StringProp("Unique. Default: kind and id.")}});
+    if (aLineType) props = WithProperties(props, {{"line_type", EnumProp("", LineTypeNames())}});
     return props;
 }
 
@@ -160,8 +159,67 @@ TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const 
 void ChangeItemKeys(TORXBaseItem& aItem, const TJSON& aKeys) {
     TJSON obj = aItem.WriteJson();
     MergeKeys(obj, aKeys);
+    // A flow element's "TextPos" lists where its caption's lines stand, which follows from text, font and
+    // box; kept, it would place a new text by the old one's lines. Without it the caption is laid out
+    // again. (An arrow line's "TextPos" is a setting, a number, and stays.)
+    if (const auto it = obj.find("TextPos"); it != obj.end() && it->is_array() && !aKeys.contains("TextPos"))
+        obj.erase(it);
     TItemKeysCmd::AddCommand(&aItem);
     ReadSilently(aItem, obj);
+}
+
+void OffsetItems(TORXBaseLabel& aDoc, const std::vector<TORXBaseItem*>& aItems, std::int64_t aDx,
+                 std::int64_t aDy) {
+    if (aDx == 0 && aDy == 0) return;
+    aDoc.ClearSelection(false);
+    for (TORXBaseItem* item : aItems) {
+        if (auto* link = dynamic_cast<TORXBaseLink*>(item)) {
+            // Ends follow their elements; the bends the link keeps of its own move here.
+            const std::vector<TQVLPto64> points = link->LinkPoints();
+            for (std::size_t i = 0; i < points.size(); ++i)
+                link->SetLinkPoint(static_cast<std::int32_t>(i + 1), GetBaseValue(points[i].X + aDx),
+                                   GetBaseValue(points[i].Y + aDy));
+        } else {
+            aDoc.SelectItem(item, false);
+        }
+    }
+    aDoc.MoveSize(aDx, aDy, 0, 0);
+    aDoc.ClearSelection(false);
+    aDoc.CalcPending();
+}
+
+TQVLRect BoundsOf(const std::vector<TORXBaseItem*>& aItems) {
+    if (aItems.empty()) return {};
+    TQVLRect r = aItems.front()->BoundsRect();
+    for (const TORXBaseItem* item : aItems) {
+        const TQVLRect& b = item->BoundsRect();
+        r.Left = std::min(r.Left, b.Left), r.Top = std::min(r.Top, b.Top);
+        r.Right = std::max(r.Right, b.Right), r.Bottom = std::max(r.Bottom, b.Bottom);
+    }
+    return r;
+}
+
+bool GrowPageToContent(TORXBaseLabel& aDoc) {
+    if (aDoc.GetItemsCount() == 0) return false;
+    constexpr std::int64_t kMargin = 10 * kBasePerMM;
+    const TQVLRect content = aDoc.ItemsBounds();
+    TORXMeasure& m = aDoc.Measure();
+    const std::int64_t width = std::max(m.fLabelWidth, content.Right + kMargin);
+    const std::int64_t height = std::max(m.fLabelHeight, content.Bottom + kMargin);
+    if (width == m.fLabelWidth && height == m.fLabelHeight) return false;
+    m.fLabelWidth = width;
+    m.fLabelHeight = height;
+    m.fPaperName = "User";
+    m.fPaperSize = PaperSizes()[static_cast<std::size_t>(UserPaperIndex())].Code;
+    aDoc.ChangeState(TOrvexState::lsUpdateMeasure);
+    return true;
+}
+
+TJSON BoxJson(const TORXBaseLabel& aDoc, const TQVLRect& aRect) {
+    return {{"x", ToUnit(aDoc, aRect.Left)},
+            {"y", ToUnit(aDoc, aRect.Top)},
+            {"width", ToUnit(aDoc, aRect.Right - aRect.Left)},
+            {"height", ToUnit(aDoc, aRect.Bottom - aRect.Top)}};
 }
 
 TJSON AddedResult(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem) {

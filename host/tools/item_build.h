@@ -38,6 +38,17 @@ void ChangeItemKeys(TORXBaseItem& aItem, const TJSON& aKeys);
 // The links whose either end is the flow element with this internal id.
 std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID);
 
+// Moves the items by (dx, dy) base units, links' own bend points with them; links to elements outside
+// follow their ends. Records undo steps and leaves the selection empty.
+void OffsetItems(TORXBaseLabel& aDoc, const std::vector<TORXBaseItem*>& aItems, std::int64_t aDx,
+                 std::int64_t aDy);
+// The union of the items' bounds (a line's zero height counts); empty for no items.
+TQVLRect BoundsOf(const std::vector<TORXBaseItem*>& aItems);
+// Grows the page (never shrinks it) so that every item lies on it with a margin; true when it grew.
+bool GrowPageToContent(TORXBaseLabel& aDoc);
+// {"x", "y", "width", "height"} in the drawing's unit.
+TJSON BoxJson(const TORXBaseLabel& aDoc, const TQVLRect& aRect);
+
 // The result of every add_ tool: name, id, index, kind, layer and bounds.
 TJSON AddedResult(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem);
 

@@ -3,7 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
+#include "host/layout/diagram_loader.h"
+#include "host/layout/layout_types.h"
 #include "host/tools/item_build.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
@@ -93,6 +96,69 @@ std::vector<TQVLPto64> NewPoints(const TORXBaseLabel& aDoc, const TORXBaseItem& 
     return points;
 }
 
+// Font properties, nested under "Font" (flow elements, rich text) or flat beside the text (texts,
+// paragraphs, arrow lines), as the kind keeps them.
+void FontChanges(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem, const TJSON& aCurrent,
+                 const TJSON& aArgs, TJSON& aKeys) {
+    TJSON font = TJSON::object();
+    if (aArgs.contains("font")) font["Name"] = aArgs["font"];
+    for (const auto& [arg, key] :
+         {std::pair{"bold", "Bold"}, {"italic", "Italic"}, {"underline", "Underline"}})
+        if (aArgs.contains(arg)) font[key] = aArgs[arg];
+    if (aArgs.contains("font_height")) {
+        const std::int64_t height = Size(aDoc, aArgs, "font_height");
+        if (height > 500 * kBasePerMM)
+            throw EToolArgument(fmt::format("argument \"font_height\" must be at most {:g} {}",
+                                            ToUnit(aDoc, 500 * kBasePerMM), UnitName(aDoc.Units())));
+        font["FontHeight"] = TJSONUtils::BaseToMM(height);
+    }
+    if (aArgs.contains("text_color"))
+        font["FontColor"] =
+            TJSONUtils::SetAlphaColor(ParseToolColor(aArgs["text_color"].get<std::string>(), "text_color"));
+    if (font.empty()) return;
+    const auto it = aCurrent.find("Font");
+    if (it == aCurrent.end())
+        Refuse(aItem, font.begin().key() == "Name" ? "font" : "font_height", "items with text");
+    if (it->is_object()) {
+        aKeys["Font"] = std::move(font);
+        return;
+    }
+    for (const auto& [key, value] : font.items()) aKeys[key == "Name" ? "Font" : key] = value;
+}
+
+// A caption that no longer fits its flow element grows the element about its centre, so that links keep
+// their sides and nothing is cut off. True when it grew.
+bool GrowToCaption(TORXBaseLabel& aDoc, TORXBaseItem& aItem) {
+    if (aItem.ItemType() != TQVLItemType::itFlow) return false;
+    const TJSON json = aItem.WriteJson();
+    const TQVLFont font = TJSONUtils::GetFont(json.value("Font", TJSON::object()));
+    const TLayoutSize text = FontMeasure(font)(json.value("Text", std::string()));
+    const auto shape = static_cast<TQVLFlowType>(json.value("FlowType", 1));
+    const TLayoutSize needed = FlowBoxSize(shape, text);
+    const TQVLRect b = aItem.BoundsRect();
+    const auto neededW = static_cast<std::int64_t>(std::ceil(needed.Width * static_cast<double>(kBasePerMM)));
+    const auto neededH =
+        static_cast<std::int64_t>(std::ceil(needed.Height * static_cast<double>(kBasePerMM)));
+    if (neededW <= b.GetWidth() && neededH <= b.GetHeight()) return false;
+    const std::int64_t w = std::max(neededW, b.GetWidth());
+    const std::int64_t h = std::max(neededH, b.GetHeight());
+    // About the centre, but not past the page's top or left edge when it stood inside them.
+    const std::int64_t left = std::max(b.Left - (w - b.GetWidth()) / 2, std::min<std::int64_t>(b.Left, 0));
+    const std::int64_t top = std::max(b.Top - (h - b.GetHeight()) / 2, std::min<std::int64_t>(b.Top, 0));
+    ChangeItemKeys(aItem, {{"Points", PointsKeys(aDoc, {{left, top}, {left + w, top + h}})}});
+    return true;
+}
+
+void ChangeZOrder(TORXBaseLabel& aDoc, TORXBaseItem& aItem, std::string_view aOrder) {
+    aDoc.ClearSelection(false);
+    aDoc.SelectItem(&aItem, false);
+    if (aOrder == "bring_to_front")
+        aDoc.BringToFront();
+    else
+        aDoc.SendToBack();
+    aDoc.ClearSelection(false);
+}
+
 TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     TORXBaseItem& item = *ResolveItem(aDoc, aArgs);
     const TQVLItemType type = item.ItemType();
@@ -120,6 +186,10 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
         if (type != TQVLItemType::itFlow) Refuse(item, "shape", "flow elements");
         keys["FlowType"] = EnumIndex(FlowTypeNames(), aArgs["shape"].get<std::string>());
     }
+    if (aArgs.contains("label")) {
+        if (type != TQVLItemType::itLink) Refuse(item, "label", "links");
+        keys["Label"] = aArgs["label"];
+    }
     if (aArgs.contains("link_type")) {
         if (type != TQVLItemType::itLink) Refuse(item, "link_type", "links");
         keys["LinkType"] = EnumIndex(LinkTypeNames(), aArgs["link_type"].get<std::string>());
@@ -137,9 +207,31 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
         throw EToolArgument(
             fmt::format("{} is a link, which follows the elements it joins; move those instead", item.ID()));
     if (geometry) keys["Points"] = PointsKeys(aDoc, NewPoints(aDoc, item, aArgs));
-    if (keys.empty()) throw EToolArgument("nothing to change: give at least one property");
-    ChangeItemKeys(item, keys);
-    return StructuredResult(ItemSummary(aDoc, item));
+    FontChanges(aDoc, item, current, aArgs, keys);
+    if (aArgs.contains("rotation")) {
+        const auto degrees = aArgs["rotation"].get<std::int64_t>();
+        if (degrees % 90 != 0) throw EToolArgument("argument \"rotation\" must be 0, 90, 180 or 270");
+        if (!current.contains("Angle")) Refuse(item, "rotation", "items with an angle");
+        keys["Angle"] = degrees / 90;
+    }
+    const bool reorder = aArgs.contains("z_order");
+    if (keys.empty() && !reorder) throw EToolArgument("nothing to change: give at least one property");
+    // The whole change, a grown box and a new place in the paint order included, undoes as one step.
+    bool grown = false;
+    {
+        const std::size_t undoStart = aDoc.UndoCount();
+        if (!keys.empty()) ChangeItemKeys(item, keys);
+        const bool captionChanged = aArgs.contains("text") || aArgs.contains("font") ||
+                                    aArgs.contains("font_height") || aArgs.contains("bold") ||
+                                    aArgs.contains("shape");
+        if (captionChanged && !aArgs.contains("width") && !aArgs.contains("height"))
+            grown = GrowToCaption(aDoc, item);
+        if (reorder) ChangeZOrder(aDoc, item, aArgs["z_order"].get<std::string>());
+        aDoc.JoinUndoSince(undoStart);
+    }
+    TJSON summary = ItemSummary(aDoc, item);
+    if (grown) summary["grown_to_fit_text"] = true;
+    return StructuredResult(std::move(summary));
 }
 
 TJSON DeleteItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -163,50 +255,53 @@ TJSON DeleteItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     return StructuredResult({{"deleted", std::move(names)}, {"items_count", aDoc.GetItemsCount()}});
 }
 
-TJSON Selector() {
-    return ObjectSchema({{"index", IntegerProp("Zero-based item index.", 0, INT32_MAX)},
-                         {"name", StringProp("Item name (case ignored).")},
-                         {"id", IntegerProp("Internal id, as the add_ tools return it.", 1, INT32_MAX)}});
-}
-
 }  // namespace
 
 void RegisterItemEditTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "modify_item",
-        "Change one item, named by exactly one of index, name or id. Only the given properties change; the "
-        "change "
-        "undoes as one step. Move with x, y (new top-left of its bounds) or dx, dy; resize box items with "
-        "width and "
-        "height; replace the points of lines and polygons with points. Lengths are in the drawing's units. "
-        "Returns "
-        "the item's name, id, index and bounds.",
-        WithProperties(Selector(),
-                       {{"new_name", StringProp("New unique name.")},
-                        {"layer", IntegerProp("Move to this one-based layer.", 1, INT16_MAX)},
-                        {"color", ColorProp("Line (outline) colour.")},
-                        {"pen_width", NumberProp("Line width in the drawing's units.")},
-                        {"line_type", EnumProp("Dash pattern.", LineTypeNames())},
-                        {"fill_color", ColorProp("Fill colour (turns the fill on).")},
-                        {"filled", BoolProp("Turn the fill on or off.")},
-                        {"text", StringProp("New text (flow elements, texts, arrow lines, dimensions).")},
-                        {"shape", EnumProp("New shape of a flow element.", FlowTypeNames())},
-                        {"link_type", EnumProp("New course of a link.", LinkTypeNames())},
-                        {"start", EnumProp("Terminator at the first point.", TerminatorNames())},
-                        {"end", EnumProp("Terminator at the last point.", TerminatorNames())},
-                        {"x", NumberProp("New left edge of the bounds.")},
-                        {"y", NumberProp("New top edge of the bounds.")},
-                        {"dx", NumberProp("Move right by this much (negative: left).")},
-                        {"dy", NumberProp("Move down by this much (negative: up).")},
-                        {"width", NumberProp("New width of a box item.")},
-                        {"height", NumberProp("New height of a box item.")},
-                        {"points", PointsProp("All points anew.", 2)}}),
-        ModifyItem);
+        "Change one item, named by exactly one of index, name or id; only the given properties change, "
+        "as one undo step. Move with x, y (new top-left) or dx, dy; resize box items with width and height; "
+        "replace the points of lines and polygons. Set text, font, colours, pen, line type, rotation and "
+        "paint order (z_order). A flow element whose new caption no longer fits grows about its centre "
+        "(grown_to_fit_text). Returns the item's name, id, index and bounds.",
+        WithOneOf(
+            WithProperties(ItemSelector(), {{"new_name", StringProp("")},
+                                            {"layer", IntegerProp("", 1, INT16_MAX)},
+                                            {"color", ColorProp("Outline.")},
+                                            {"pen_width", NumberProp("")},
+                                            {"line_type", EnumProp("", LineTypeNames())},
+                                            {"fill_color", ColorProp("Turns the fill on.")},
+                                            {"filled", BoolProp("")},
+                                            {"text", StringProp("")},
+                                            {"shape", EnumProp("", FlowTypeNames())},
+                                            {"link_type", EnumProp("", LinkTypeNames())},
+                                            {"label", StringProp("A link's caption; empty removes it.")},
+                                            {"start", EnumProp("", TerminatorNames())},
+                                            {"end", EnumProp("", TerminatorNames())},
+                                            {"x", NumberProp("New left of the bounds.")},
+                                            {"y", NumberProp("New top of the bounds.")},
+                                            {"dx", NumberProp("")},
+                                            {"dy", NumberProp("")},
+                                            {"width", NumberProp("")},
+                                            {"height", NumberProp("")},
+                                            {"points", PointsProp("All points anew.", 2)},
+                                            {"font", StringProp("")},
+                                            {"font_height", NumberProp("")},
+                                            {"bold", BoolProp("")},
+                                            {"italic", BoolProp("")},
+                                            {"underline", BoolProp("")},
+                                            {"text_color", ColorProp("")},
+                                            {"rotation", IntegerProp("Degrees: 0, 90, 180 or 270.", 0, 270)},
+                                            {"z_order", EnumProp("", {"bring_to_front", "send_to_back"})}}),
+            {"index", "name", "id"}),
+        ModifyItem, WithOutputProperties(ItemSummarySchema(), {}, {{"grown_to_fit_text", "boolean"}}));
     aRegistry.Add(
         "delete_item",
         "Delete one item, named by exactly one of index, name or id. Deleting a flow element also deletes "
         "the links attached to it. Undo brings everything back. Returns the deleted names.",
-        Selector(), DeleteItem);
+        WithOneOf(ItemSelector(), {"index", "name", "id"}), DeleteItem,
+        OutputSchema({{"deleted", ArrayOf("string")}, {"items_count", "integer"}}));
 }
 
 }  // namespace Orvex::Host

@@ -23,14 +23,14 @@ namespace {
 // [SECTION] Shared argument groups
 
 TJSON BoxProps() {
-    return ObjectSchema({{"x", NumberProp("Left edge in the drawing's units.")},
-                         {"y", NumberProp("Top edge in the drawing's units (y grows downwards).")},
-                         {"width", NumberProp("Width in the drawing's units, greater than 0.")},
-                         {"height", NumberProp("Height in the drawing's units, greater than 0.")}});
+    return ObjectSchema({{"x", NumberProp("")},
+                         {"y", NumberProp("")},
+                         {"width", NumberProp("")},
+                         {"height", NumberProp("")}});
 }
 
 TJSON FillProps() {
-    return ObjectSchema({{"fill_color", ColorProp("Fill colour; the shape is unfilled without it.")}});
+    return ObjectSchema({{"fill_color", ColorProp("Default: unfilled.")}});
 }
 
 TJSON Merge(std::initializer_list<TJSON> aSchemas, std::initializer_list<std::string_view> aRequired = {}) {
@@ -41,9 +41,8 @@ TJSON Merge(std::initializer_list<TJSON> aSchemas, std::initializer_list<std::st
 }
 
 TJSON TerminatorProps() {
-    return ObjectSchema(
-        {{"start", EnumProp("Terminator at the first point. Default none.", TerminatorNames())},
-         {"end", EnumProp("Terminator at the last point. Default none.", TerminatorNames())}});
+    return ObjectSchema({{"start", EnumProp("Default none.", TerminatorNames())},
+                         {"end", EnumProp("Default none.", TerminatorNames())}});
 }
 
 void TerminatorKeys(const TJSON& aArgs, TJSON& aKeys, std::string_view aEndDefault = {}) {
@@ -116,11 +115,11 @@ TJSON FontKeys(const TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }
 
 TJSON FontProps() {
-    return ObjectSchema({{"font", StringProp("Font family. Default Arial.")},
-                         {"font_height", NumberProp("Text height in the drawing's units. Default 3.5 mm.")},
-                         {"bold", BoolProp("Bold text.")},
-                         {"italic", BoolProp("Italic text.")},
-                         {"text_color", ColorProp("Text colour. Default black.")}});
+    return ObjectSchema({{"font", StringProp("Default Arial.")},
+                         {"font_height", NumberProp("Default 3.5 mm.")},
+                         {"bold", BoolProp("")},
+                         {"italic", BoolProp("")},
+                         {"text_color", ColorProp("Default black.")}});
 }
 
 TJSON AddFlow(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -159,7 +158,7 @@ const TORXBaseItem& LinkEnd(TORXBaseLabel& aDoc, const TJSON& aArgs, std::string
     const TORXBaseItem* item = nullptr;
     if (aArgs.contains(idKey)) {
         const auto id = aArgs[idKey].get<std::int64_t>();
-        item = ItemByInID(aDoc, static_cast<std::int32_t>(id));
+        item = id > 0 && id <= INT32_MAX ? ItemByInID(aDoc, static_cast<std::int32_t>(id)) : nullptr;
         if (item == nullptr)
             throw EToolArgument(fmt::format("argument \"{}\": no item has the id {}", idKey, id));
     } else {
@@ -190,6 +189,7 @@ TJSON AddLink(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     keys["ToIndex"] =
         aArgs.contains("to_side") ? EnumIndex(SideNames(), aArgs["to_side"].get<std::string>()) : -1;
     TerminatorKeys(aArgs, keys, "fill_arrow");
+    if (aArgs.contains("label")) keys["Label"] = aArgs["label"];
     const TORXBaseItem* item = CreateItemFromKeys(aDoc, TQVLItemType::itLink, keys);
     return AddedResult(aDoc, *item);
 }
@@ -245,14 +245,10 @@ TJSON AddCircleLike(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType)
 
 TJSON CircleProps(bool aEllipse) {
     if (aEllipse)
-        return ObjectSchema({{"cx", NumberProp("Centre x in the drawing's units.")},
-                             {"cy", NumberProp("Centre y in the drawing's units.")},
-                             {"rx", NumberProp("Horizontal radius in the drawing's units, greater than 0.")},
-                             {"ry", NumberProp("Vertical radius in the drawing's units, greater than 0.")}},
-                            {"cx", "cy", "rx", "ry"});
-    return ObjectSchema({{"cx", NumberProp("Centre x in the drawing's units.")},
-                         {"cy", NumberProp("Centre y in the drawing's units.")},
-                         {"radius", NumberProp("Radius in the drawing's units, greater than 0.")}},
+        return ObjectSchema(
+            {{"cx", NumberProp("")}, {"cy", NumberProp("")}, {"rx", NumberProp("")}, {"ry", NumberProp("")}},
+            {"cx", "cy", "rx", "ry"});
+    return ObjectSchema({{"cx", NumberProp("")}, {"cy", NumberProp("")}, {"radius", NumberProp("")}},
                         {"cx", "cy", "radius"});
 }
 
@@ -354,18 +350,21 @@ TJSON AddText(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) {
 
 // [SECTION] Registration
 
+// Every add_ tool answers with the new item's summary; the output schema says so, once per tool.
 std::string AddedText(std::string_view aWhat) {
-    return fmt::format(
-        "{} Coordinates and sizes are in the drawing's units. Returns the new item's name, internal "
-        "id (id) and zero-based index, with its bounds.",
-        aWhat);
+    return fmt::format("{} Returns the new item's name, id, index and bounds.", aWhat);
 }
 
 }  // namespace
 
 void RegisterItemTools(TToolRegistry& aRegistry) {
-    aRegistry.Add(
-        "add_flow",
+    // Every add_ tool answers with the new item's summary.
+    const auto add = [&aRegistry](std::string aName, std::string aDescription, TJSON aSchema,
+                                  TToolBody aBody) {
+        aRegistry.Add(std::move(aName), std::move(aDescription), std::move(aSchema), std::move(aBody),
+                      ItemSummarySchema());
+    };
+    add("add_flow",
         AddedText(
             "Add a flowchart element (a box of the given shape with centred text) on the active layer. Read "
             "its id from the result before linking it with add_link. Default size 40 x 20 mm."),
@@ -377,61 +376,62 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
              BoxProps(), FillProps(), FontProps(), CommonItemProps()},
             {"x", "y"}),
         AddFlow);
-    aRegistry.Add(
-        "add_link",
+    add("add_link",
         AddedText(
             "Connect two flowchart elements with a link (by default a straight connector with an arrow at "
             "the "
             "end). Name each end by id (from add_flow) or by name. The link follows the elements when they "
             "move."),
-        Merge(
-            {ObjectSchema(
-                 {{"from_id", IntegerProp("Internal id of the source element.", 1, INT32_MAX)},
-                  {"from_name", StringProp("Name of the source element.")},
-                  {"to_id", IntegerProp("Internal id of the target element.", 1, INT32_MAX)},
-                  {"to_name", StringProp("Name of the target element.")},
-                  {"from_side", EnumProp("Side of the source the link leaves from. Default: chosen "
-                                         "from the elements' positions.",
-                                         SideNames())},
-                  {"to_side", EnumProp("Side of the target the link enters. Default: chosen.", SideNames())},
-                  {"link_type", EnumProp("Course of the link. Default direct.", LinkTypeNames())},
-                  {"start", EnumProp("Terminator at the source. Default none.", TerminatorNames())},
-                  {"end", EnumProp("Terminator at the target. Default fill_arrow.", TerminatorNames())}}),
-             CommonItemProps()}),
+        WithOneOf(
+            WithOneOf(
+                Merge({ObjectSchema(
+                           {{"from_id", IntegerProp("Source element id.", 1, INT32_MAX)},
+                            {"from_name", StringProp("Source element name.")},
+                            {"to_id", IntegerProp("Target element id.", 1, INT32_MAX)},
+                            {"to_name", StringProp("Target element name.")},
+                            {"from_side", EnumProp("Side of the source the link leaves from. Default: chosen "
+                                                   "from the elements' positions.",
+                                                   SideNames())},
+                            {"to_side",
+                             EnumProp("Side of the target the link enters. Default: chosen.", SideNames())},
+                            {"link_type", EnumProp("Default direct.", LinkTypeNames())},
+                            {"start", EnumProp("Default none.", TerminatorNames())},
+                            {"end", EnumProp("Default fill_arrow.", TerminatorNames())},
+                            {"label", StringProp("Caption halfway along the link.")}}),
+                       CommonItemProps()}),
+                {"from_id", "from_name"}),
+            {"to_id", "to_name"}),
         AddLink);
-    aRegistry.Add("add_line", AddedText("Add a straight line from (x1, y1) to (x2, y2)."),
-                  Merge({ObjectSchema({{"x1", NumberProp("Start x.")},
-                                       {"y1", NumberProp("Start y.")},
-                                       {"x2", NumberProp("End x.")},
-                                       {"y2", NumberProp("End y.")}}),
-                         CommonItemProps()},
-                        {"x1", "y1", "x2", "y2"}),
-                  AddLine);
-    aRegistry.Add("add_polyline",
-                  AddedText("Add an open line through two or more points, with optional terminators."),
-                  Merge({ObjectSchema({{"points", PointsProp("The points in order.", 2)}}), TerminatorProps(),
-                         CommonItemProps()},
-                        {"points"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-                      return AddPointList(aDoc, aArgs, TQVLItemType::itPolyLine);
-                  });
-    aRegistry.Add("add_rectangle", AddedText("Add a rectangle, optionally filled and with rounded corners."),
-                  Merge({BoxProps(),
-                         ObjectSchema({{"corner_radius",
-                                        NumberProp("Corner radius; at most half the height. Default 0.")}}),
-                         FillProps(), CommonItemProps()},
-                        {"x", "y", "width", "height"}),
-                  AddRectangle);
-    aRegistry.Add("add_polygon",
-                  AddedText("Add a closed polygon through three or more points, optionally filled."),
-                  Merge({ObjectSchema({{"points", PointsProp("The corners in order.", 3)}}), FillProps(),
-                         CommonItemProps()},
-                        {"points"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-                      return AddPointList(aDoc, aArgs, TQVLItemType::itPolygon);
-                  });
-    aRegistry.Add(
-        "add_bezier",
+    add("add_line", AddedText("Add a straight line from (x1, y1) to (x2, y2)."),
+        Merge({ObjectSchema({{"x1", NumberProp("")},
+                             {"y1", NumberProp("")},
+                             {"x2", NumberProp("")},
+                             {"y2", NumberProp("")}}),
+               CommonItemProps()},
+              {"x1", "y1", "x2", "y2"}),
+        AddLine);
+    add("add_polyline", AddedText("Add an open line through two or more points, with optional terminators."),
+        Merge({ObjectSchema({{"points", PointsProp("The points in order.", 2)}}), TerminatorProps(),
+               CommonItemProps()},
+              {"points"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddPointList(aDoc, aArgs, TQVLItemType::itPolyLine);
+        });
+    add("add_rectangle", AddedText("Add a rectangle, optionally filled and with rounded corners."),
+        Merge({BoxProps(),
+               ObjectSchema(
+                   {{"corner_radius", NumberProp("Corner radius; at most half the height. Default 0.")}}),
+               FillProps(), CommonItemProps()},
+              {"x", "y", "width", "height"}),
+        AddRectangle);
+    add("add_polygon", AddedText("Add a closed polygon through three or more points, optionally filled."),
+        Merge({ObjectSchema({{"points", PointsProp("The corners in order.", 3)}}), FillProps(),
+               CommonItemProps()},
+              {"points"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddPointList(aDoc, aArgs, TQVLItemType::itPolygon);
+        });
+    add("add_bezier",
         AddedText("Add a cubic Bézier curve: a start point, then for each segment two control points and an "
                   "end point (4, 7, 10... points)."),
         Merge({ObjectSchema({{"points", PointsProp("Start, then control, control, end per segment.", 4)}}),
@@ -440,18 +440,17 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             return AddPointList(aDoc, aArgs, TQVLItemType::itBezier);
         });
-    aRegistry.Add("add_circle", AddedText("Add a circle by centre and radius, optionally filled."),
-                  Merge({CircleProps(false), FillProps(), CommonItemProps()}, {"cx", "cy", "radius"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-                      return AddCircleLike(aDoc, aArgs, TQVLItemType::itCircle);
-                  });
-    aRegistry.Add("add_ellipse", AddedText("Add an ellipse by centre and the two radii, optionally filled."),
-                  Merge({CircleProps(true), FillProps(), CommonItemProps()}, {"cx", "cy", "rx", "ry"}),
-                  [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-                      return AddCircleLike(aDoc, aArgs, TQVLItemType::itEllipse);
-                  });
-    aRegistry.Add(
-        "add_sector",
+    add("add_circle", AddedText("Add a circle by centre and radius, optionally filled."),
+        Merge({CircleProps(false), FillProps(), CommonItemProps()}, {"cx", "cy", "radius"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddCircleLike(aDoc, aArgs, TQVLItemType::itCircle);
+        });
+    add("add_ellipse", AddedText("Add an ellipse by centre and the two radii, optionally filled."),
+        Merge({CircleProps(true), FillProps(), CommonItemProps()}, {"cx", "cy", "rx", "ry"}),
+        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            return AddCircleLike(aDoc, aArgs, TQVLItemType::itEllipse);
+        });
+    add("add_sector",
         AddedText("Add a circular sector (a pie slice): centre, radius, start angle and sweep in degrees, "
                   "counter-clockwise from the positive x axis; a sweep of 360 is a full circle."),
         Merge({CircleProps(false),
@@ -462,8 +461,7 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             return AddCircleLike(aDoc, aArgs, TQVLItemType::itSector);
         });
-    aRegistry.Add(
-        "add_arc",
+    add("add_arc",
         AddedText("Add a circular arc: centre, radius, and the start and end angles in degrees "
                   "counter-clockwise from the positive x axis (clockwise true turns the other way)."),
         Merge({CircleProps(false),
@@ -474,34 +472,32 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
                TerminatorProps(), CommonItemProps()},
               {"cx", "cy", "radius", "start_angle", "end_angle"}),
         AddArc);
-    aRegistry.Add(
-        "add_arrow_line",
+    add("add_arrow_line",
         AddedText("Add an arrow from (x1, y1) to (x2, y2) (a filled arrow head at the end unless told "
                   "otherwise), with an optional label along it."),
         Merge({ObjectSchema(
-                   {{"x1", NumberProp("Start x.")},
-                    {"y1", NumberProp("Start y.")},
+                   {{"x1", NumberProp("")},
+                    {"y1", NumberProp("")},
                     {"x2", NumberProp("End x (the arrow head).")},
-                    {"y2", NumberProp("End y.")},
+                    {"y2", NumberProp("")},
                     {"text", StringProp("Label text.")},
                     {"show_length", BoolProp("The label shows the measured length instead.")},
                     {"text_position", EnumProp("Where the label stands. Default above.", TextPosNames())},
-                    {"start", EnumProp("Terminator at the start. Default none.", TerminatorNames())},
-                    {"end", EnumProp("Terminator at the end. Default fill_arrow.", TerminatorNames())}}),
+                    {"start", EnumProp("Default none.", TerminatorNames())},
+                    {"end", EnumProp("Default fill_arrow.", TerminatorNames())}}),
                FontProps(), CommonItemProps()},
               {"x1", "y1", "x2", "y2"}),
         AddArrowLine);
-    aRegistry.Add(
-        "add_dimension",
+    add("add_dimension",
         AddedText("Add a dimension measuring from (x1, y1) to (x2, y2): horizontal, vertical or aligned "
                   "(the dimension line drawn offset from the points), radius (x1, y1 the centre, x2, y2 "
                   "on the circle) or diameter (the two ends). The text shows the measure in the drawing's "
                   "units unless text is given."),
         Merge({ObjectSchema(
-                   {{"x1", NumberProp("First measured point x.")},
-                    {"y1", NumberProp("First measured point y.")},
-                    {"x2", NumberProp("Second measured point x.")},
-                    {"y2", NumberProp("Second measured point y.")},
+                   {{"x1", NumberProp("")},
+                    {"y1", NumberProp("")},
+                    {"x2", NumberProp("")},
+                    {"y2", NumberProp("")},
                     {"dim_type", EnumProp("Kind of dimension. Default aligned.",
                                           {"horizontal", "vertical", "aligned", "radius", "diameter"})},
                     {"offset", NumberProp("Distance of the dimension line from the points (linear "
@@ -510,32 +506,29 @@ void RegisterItemTools(TToolRegistry& aRegistry) {
                CommonItemProps(false)},
               {"x1", "y1", "x2", "y2"}),
         AddDimension);
-    aRegistry.Add(
-        "add_text",
+    add("add_text",
         AddedText("Add a single text with its top-left corner at (x, y); its box follows the text."),
-        Merge({ObjectSchema({{"x", NumberProp("Left edge.")},
-                             {"y", NumberProp("Top edge.")},
+        Merge({ObjectSchema({{"x", NumberProp("")},
+                             {"y", NumberProp("")},
                              {"text", StringProp("The text; \\n breaks lines.")},
-                             {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
+                             {"align", EnumProp("Default left.", AlignNames())}}),
                FillProps(), FontProps(), CommonItemProps(false)},
               {"x", "y", "text"}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itText); });
-    aRegistry.Add(
-        "add_paragraph", AddedText("Add a paragraph: text broken into lines to fit the box's width."),
+    add("add_paragraph", AddedText("Add a paragraph: text broken into lines to fit the box's width."),
         Merge({BoxProps(),
-               ObjectSchema({{"text", StringProp("The text.")},
-                             {"align", EnumProp("Horizontal alignment. Default left.", AlignNames())}}),
+               ObjectSchema(
+                   {{"text", StringProp("The text.")}, {"align", EnumProp("Default left.", AlignNames())}}),
                FillProps(), FontProps(), CommonItemProps(false)},
               {"x", "y", "width", "height", "text"}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itPara); });
-    aRegistry.Add(
-        "add_rich_text",
+    add("add_rich_text",
         AddedText("Add a box of rich text. Markup: <B>bold</B>, <I>, <U>, <S>, <FN:Arial>font</FN>, "
                   "<FS:12>size in points</FS>, <FC:FF0000>colour</FC>, <BC:FFFF00>background</BC>, "
                   "<C>centred</C>, <R>, <L>, and <BR> for a line break (newlines do not break)."),
         Merge({BoxProps(),
                ObjectSchema({{"text", StringProp("The marked-up text.")},
-                             {"align", EnumProp("Base horizontal alignment. Default left.", AlignNames())}}),
+                             {"align", EnumProp("Default left.", AlignNames())}}),
                FillProps(), FontProps(), CommonItemProps(false)},
               {"x", "y", "width", "height", "text"}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {

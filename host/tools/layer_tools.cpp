@@ -98,18 +98,26 @@ TJSON ModifyLayer(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }  // namespace
 
 void RegisterLayerTools(TToolRegistry& aRegistry) {
+    const TJSON layer = OutputSchema({{"index", "integer"},
+                                      {"name", "string"},
+                                      {"color", "string"},
+                                      {"visible", "boolean"},
+                                      {"printable", "boolean"},
+                                      {"selectable", "boolean"},
+                                      {"exportable", "boolean"},
+                                      {"active", "boolean"}});
     aRegistry.Add(
         "add_layer",
         "Add a layer after the existing ones and, unless active is false, make it the active layer so that "
         "new items go onto it. Returns the layer with its one-based index.",
-        LayerProps(), AddLayer);
+        LayerProps(), AddLayer, layer);
     aRegistry.Add(
         "modify_layer",
         "Change a layer's name, colour or flags, or make it active. Only the given properties change. "
         "Returns the layer.",
         WithProperties(LayerProps(), {{"layer", IntegerProp("One-based layer index.", 1, INT16_MAX)}},
                        {"layer"}),
-        ModifyLayer);
+        ModifyLayer, layer);
 }
 
 }  // namespace Orvex::Host

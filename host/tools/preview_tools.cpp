@@ -1,11 +1,15 @@
-// render_preview: the drawing as a PNG image content, with its size and scale beside it.
+// render_preview: the drawing, or a part of it, as a PNG image content with its size and scale beside it.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "host/paint/cairo_label.h"
 #include "host/paint/export.h"
+#include "host/tools/item_build.h"
 #include "host/tools/preview.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
@@ -17,56 +21,123 @@ namespace Orvex::Host {
 
 namespace {
 
-constexpr double kSmallestScale = 0.05;
-constexpr int kShrinkAttempts = 6;
+constexpr int kShrinkAttempts = 12;
+// Room around the items a preview is cropped to, so that their outlines and arrow heads show whole.
+constexpr std::int64_t kCropMargin = 5 * kBasePerMM;
 
 }  // namespace
 
-TJSON AppendPreview(const TORXBaseLabel& aDoc, double aScale, std::int64_t aMaxBytes, TJSON& aResult) {
-    double scale = aScale;
-    std::vector<std::uint8_t> png;
-    for (int attempt = 0; attempt <= kShrinkAttempts; ++attempt) {
-        TQVLRasterOptions options;
-        options.Scale = static_cast<float>(scale);
-        options.Pass = TQVLDrawState::dsEdit;
-        std::string error;
-        if (!CheckRasterOptions(aDoc, options, error) || !EncodePng(aDoc, options, png, error))
-            throw EToolArgument(fmt::format("the preview could not be painted: {}", error));
-        if (static_cast<std::int64_t>(png.size()) <= aMaxBytes) break;
-        if (attempt == kShrinkAttempts || scale <= kSmallestScale)
-            throw EToolArgument(fmt::format("even a small preview takes {} bytes, more than max_bytes {}",
-                                            png.size(), aMaxBytes));
-        // PNG size grows roughly with the pixel count, so the side shrinks with the square root.
-        scale = std::max(
-            kSmallestScale,
-            scale * 0.9 * std::sqrt(static_cast<double>(aMaxBytes) / static_cast<double>(png.size())));
+TJSON AppendPreview(const TORXBaseLabel& aDoc, const TPreviewRequest& aRequest, TJSON& aResult) {
+    // Painting needs the Cairo family; one copy serves every attempt instead of one copy per attempt.
+    std::unique_ptr<TORXCairoLabel> copy;
+    const TORXBaseLabel* source = &aDoc;
+    if (dynamic_cast<const TORXCairoLabel*>(&aDoc) == nullptr) {
+        copy = std::make_unique<TORXCairoLabel>();
+        copy->ReadJson(aDoc.GetJson());
+        source = copy.get();
     }
+    TQVLRasterOptions options;
+    options.Pass = TQVLDrawState::dsEdit;
+    options.Region = aRequest.Region;
+    options.Scale = 1.0f;
+    const TQVLPixelSize full = RasterSize(*source, options);
+    const double longest = std::max(full.Width, full.Height);
+    double scale = std::min(aRequest.Scale, static_cast<double>(aRequest.MaxSide) / longest);
+
+    std::vector<std::uint8_t> png;
+    for (int attempt = 0;; ++attempt) {
+        options.Scale = static_cast<float>(scale);
+        std::string error;
+        if (!EncodePng(*source, options, png, error))
+            throw EToolArgument(fmt::format("the preview could not be painted: {}", error));
+        if (static_cast<std::int64_t>(png.size()) <= aRequest.MaxBytes) break;
+        if (attempt == kShrinkAttempts)
+            throw EToolArgument(fmt::format("even a small preview takes {} bytes, more than max_bytes {}",
+                                            png.size(), aRequest.MaxBytes));
+        // PNG size grows roughly with the pixel count, so the side shrinks with the square root.
+        scale *= std::min(
+            0.9, 0.9 * std::sqrt(static_cast<double>(aRequest.MaxBytes) / static_cast<double>(png.size())));
+    }
+    const TQVLPixelSize size = RasterSize(*source, options);
     const std::string data =
         Qvl::Utils::Base64Encode(std::string_view(reinterpret_cast<const char*>(png.data()), png.size()));
     aResult["content"].push_back({{"type", "image"}, {"data", data}, {"mimeType", "image/png"}});
-    return {{"format", "png"},
-            {"scale", std::round(scale * 1000.0) / 1000.0},
-            {"item_count", aDoc.GetItemsCount()},
-            {"byte_size", png.size()}};
+    TJSON info = {{"format", "png"},
+                  {"scale", std::round(scale * 10000.0) / 10000.0},
+                  {"item_count", aDoc.GetItemsCount()},
+                  {"byte_size", png.size()},
+                  {"width", size.Width},
+                  {"height", size.Height}};
+    if (aRequest.Region) info["region"] = BoxJson(aDoc, *aRequest.Region);
+    return info;
 }
+
+namespace {
+
+// The part of the drawing a call asks for: a region, or the items named by id with a margin.
+std::optional<TQVLRect> CropOf(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    if (aArgs.contains("region") && aArgs.contains("item_ids"))
+        throw EToolArgument("give either \"region\" or \"item_ids\", not both");
+    if (aArgs.contains("region")) {
+        const TJSON& r = aArgs["region"];
+        const TJSON named = {{"region.x", r["x"]},
+                             {"region.y", r["y"]},
+                             {"region.width", r["width"]},
+                             {"region.height", r["height"]}};
+        const std::int64_t x = Length(aDoc, named, "region.x");
+        const std::int64_t y = Length(aDoc, named, "region.y");
+        return TQVLRect(x, y, x + Size(aDoc, named, "region.width"), y + Size(aDoc, named, "region.height"));
+    }
+    if (!aArgs.contains("item_ids")) return std::nullopt;
+    std::vector<TORXBaseItem*> items;
+    for (const auto& id : aArgs["item_ids"]) {
+        const auto value = id.get<std::int64_t>();
+        TORXBaseItem* item =
+            value > 0 && value <= INT32_MAX ? ItemByInID(aDoc, static_cast<std::int32_t>(value)) : nullptr;
+        if (item == nullptr) throw EToolArgument(fmt::format("item_ids: no item has the id {}", id.dump()));
+        items.push_back(item);
+    }
+    TQVLRect crop = BoundsOf(items);
+    crop.Inflate(kCropMargin, kCropMargin);
+    return crop;
+}
+
+}  // namespace
 
 void RegisterPreviewTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "render_preview",
-        "Render the drawing as a PNG picture and return it, to check the result visually (overlaps, clipped "
-        "or unreadable text, arrows). 96 dpi times scale; the picture is shrunk until it fits max_bytes. "
-        "Returns the image and {format, scale, item_count, byte_size}.",
-        ObjectSchema({{"scale", NumberProp("Zoom of the picture, 1 = 96 dpi. Default 1.", 0.05, 4.0)},
-                      {"max_bytes",
-                       IntegerProp("Largest PNG to return, in bytes. Default 750000.", 10'000, 10'000'000)}}),
+        "Render the drawing as a PNG and return it, to check the result visually (overlaps, clipped or "
+        "unreadable text, arrows). 96 dpi times scale, lowered until the picture fits max_side and "
+        "max_bytes, so a picture always comes back. Crop to a region or to the items item_ids names. "
+        "Returns the image and {format, scale, item_count, byte_size, width, height}.",
+        ObjectSchema({{"scale", NumberProp("Zoom, 1 = 96 dpi. Default 1.", 0.01, 4.0)},
+                      {"max_bytes", IntegerProp("Largest PNG in bytes. Default 750000.", 10'000, 10'000'000)},
+                      {"max_side", IntegerProp("Most pixels on the longer side. Default 1600.", 64, 8000)},
+                      {"region", ObjectSchema({{"x", NumberProp("Left.")},
+                                               {"y", NumberProp("Top.")},
+                                               {"width", NumberProp("Width, > 0.")},
+                                               {"height", NumberProp("Height, > 0.")}},
+                                              {"x", "y", "width", "height"})},
+                      {"item_ids", TJSON{{"type", "array"},
+                                         {"description", "Crop to these items (ids), with a small margin."},
+                                         {"items", {{"type", "integer"}}},
+                                         {"minItems", 1}}}}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
+            TPreviewRequest request;
+            request.Scale = aArgs.value("scale", 1.0);
+            request.MaxBytes = aArgs.value("max_bytes", kDefaultPreviewBytes);
+            request.MaxSide = aArgs.value("max_side", kDefaultPreviewSide);
+            request.Region = CropOf(aDoc, aArgs);
             TJSON result = {{"content", TJSON::array()}};
-            TJSON info = AppendPreview(aDoc, aArgs.value("scale", 1.0),
-                                       aArgs.value("max_bytes", kDefaultPreviewBytes), result);
+            TJSON info = AppendPreview(aDoc, request, result);
             result["content"].push_back({{"type", "text"}, {"text", info.dump()}});
             result["structuredContent"] = std::move(info);
             return result;
-        });
+        },
+        OutputSchema(
+            {{"format", "string"}, {"scale", "number"}, {"item_count", "integer"}, {"byte_size", "integer"}},
+            {{"width", "integer"}, {"height", "integer"}, {"region", "object"}}));
 }
 
 }  // namespace Orvex::Host

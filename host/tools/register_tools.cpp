@@ -22,8 +22,10 @@ TJSON WithoutNulls(const TJSON& aArguments) {
 
 }  // namespace
 
-void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody) {
+void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody,
+                        TJSON aOutputSchema) {
     TJSON schema = aSchema;
+    if (aName.starts_with("add_")) (*fCreators)[aName.substr(4)] = {aSchema, aBody};
     fServer.RegisterTool(
         std::move(aName), std::move(aDescription), std::move(aSchema),
         [schema = std::move(schema), body = std::move(aBody)](TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -36,7 +38,8 @@ void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSche
             } catch (const EToolArgument& e) {
                 return ErrorResult(e.what());
             }
-        });
+        },
+        std::move(aOutputSchema));
 }
 
 void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions) {
@@ -45,8 +48,10 @@ void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions)
     RegisterItemTools(registry);
     RegisterLayerTools(registry);
     RegisterItemEditTools(registry);
+    RegisterBatchTools(registry);
     RegisterEditTools(registry);
     RegisterFileTools(registry);
+    RegisterDiagramTools(registry);
     RegisterPreviewTools(registry);
 }
 

@@ -3,47 +3,67 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstdint>
 
 #include "host/tools/tool_args.h"
 
 namespace Orvex::Host {
 
+namespace {
+
+// A property of the type, with its description when it says more than the name.
+TJSON Typed(std::string_view aType, std::string_view aDescription) {
+    TJSON prop = {{"type", aType}};
+    if (!aDescription.empty()) prop["description"] = aDescription;
+    return prop;
+}
+
+}  // namespace
+
 TJSON NumberProp(std::string_view aDescription) {
-    return {{"type", "number"}, {"description", aDescription}};
+    return Typed("number", aDescription);
 }
 
 TJSON NumberProp(std::string_view aDescription, double aMinimum, double aMaximum) {
-    return {{"type", "number"}, {"description", aDescription}, {"minimum", aMinimum}, {"maximum", aMaximum}};
+    TJSON prop = Typed("number", aDescription);
+    prop["minimum"] = aMinimum;
+    prop["maximum"] = aMaximum;
+    return prop;
 }
 
 TJSON IntegerProp(std::string_view aDescription, std::int64_t aMinimum, std::int64_t aMaximum) {
-    return {{"type", "integer"}, {"description", aDescription}, {"minimum", aMinimum}, {"maximum", aMaximum}};
+    TJSON prop = Typed("integer", aDescription);
+    prop["minimum"] = aMinimum;
+    // Ids and indexes run to the largest 32-bit value: a bound that says nothing is left out.
+    if (aMaximum != INT32_MAX) prop["maximum"] = aMaximum;
+    return prop;
 }
 
 TJSON StringProp(std::string_view aDescription) {
-    return {{"type", "string"}, {"description", aDescription}};
+    return Typed("string", aDescription);
 }
 
 TJSON BoolProp(std::string_view aDescription) {
-    return {{"type", "boolean"}, {"description", aDescription}};
+    return Typed("boolean", aDescription);
 }
 
 TJSON EnumProp(std::string_view aDescription, const std::vector<std::string_view>& aValues) {
     TJSON values = TJSON::array();
     for (const auto value : aValues) values.push_back(value);
-    return {{"type", "string"}, {"description", aDescription}, {"enum", std::move(values)}};
+    TJSON prop = Typed("string", aDescription);
+    prop["enum"] = std::move(values);
+    return prop;
 }
 
 TJSON ColorProp(std::string_view aDescription) {
-    return {{"type", "string"},
-            {"description", fmt::format("{} \"#RRGGBB\", or \"#AARRGGBB\" with alpha first.", aDescription)},
-            {"pattern", "^#([0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})$"}};
+    // The pattern says the form; the instructions say once that alpha comes first.
+    TJSON prop = Typed("string", aDescription);
+    prop["pattern"] = "^#([0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})$";
+    return prop;
 }
 
 TJSON PointsProp(std::string_view aDescription, std::int64_t aMinItems) {
-    TJSON point = ObjectSchema({{"x", NumberProp("X in the drawing's units.")},
-                                {"y", NumberProp("Y in the drawing's units, growing downwards.")}},
-                               {"x", "y"});
+    TJSON point = ObjectSchema({{"x", NumberProp("")}, {"y", NumberProp("")}}, {"x", "y"});
     return {{"type", "array"},
             {"description", aDescription},
             {"items", std::move(point)},
@@ -67,6 +87,54 @@ TJSON WithProperties(TJSON aSchema, std::initializer_list<std::pair<std::string,
     if (!required.empty()) aSchema["required"] = std::move(required);
     aSchema["additionalProperties"] = false;
     return aSchema;
+}
+
+TJSON WithOneOf(TJSON aSchema, std::initializer_list<std::string_view> aKeys) {
+    TJSON choices = TJSON::array();
+    for (const auto key : aKeys) choices.push_back({{"required", {key}}});
+    // A second rule joins the first under "allOf": each must hold.
+    if (aSchema.contains("oneOf")) {
+        TJSON first = {{"oneOf", aSchema["oneOf"]}};
+        aSchema.erase("oneOf");
+        aSchema["allOf"] = {std::move(first)};
+    }
+    if (aSchema.contains("allOf"))
+        aSchema["allOf"].push_back({{"oneOf", std::move(choices)}});
+    else
+        aSchema["oneOf"] = std::move(choices);
+    return aSchema;
+}
+
+TJSON ItemSelector() {
+    return ObjectSchema({{"index", IntegerProp("Zero-based.", 0, INT32_MAX)},
+                         {"name", StringProp("Case ignored.")},
+                         {"id", IntegerProp("", 1, INT32_MAX)}});
+}
+
+namespace {
+
+TJSON Expanded(const TJSON& aType) {
+    return aType.is_string() || aType.is_array() ? TJSON{{"type", aType}} : aType;
+}
+
+}  // namespace
+
+TJSON ArrayOf(TJSON aItem) {
+    return {{"type", "array"}, {"items", Expanded(aItem)}};
+}
+
+TJSON WithOutputProperties(TJSON aSchema, TOutputProps aRequired, TOutputProps aOptional) {
+    for (const auto& [name, type] : aRequired) {
+        aSchema["properties"][name] = Expanded(type);
+        aSchema["required"].push_back(name);
+    }
+    for (const auto& [name, type] : aOptional) aSchema["properties"][name] = Expanded(type);
+    return aSchema;
+}
+
+TJSON OutputSchema(TOutputProps aRequired, TOutputProps aOptional) {
+    TJSON schema = {{"type", "object"}, {"properties", TJSON::object()}, {"required", TJSON::array()}};
+    return WithOutputProperties(std::move(schema), aRequired, aOptional);
 }
 
 namespace {

@@ -155,10 +155,52 @@ const TJSON* TMCPAIClient::OwnToolArguments(TJSON aArguments) {
     return fOwned.back().get();
 }
 
-TAIResponse TMCPAIClient::Send(const TJSON& aMessages, std::string_view aSystem, const TJSON& aTools) {
+namespace {
+
+constexpr std::string_view kNoImageNote = "[a picture was made here, but this model takes no image input]";
+
+// The conversation with every image replaced by a note, for a model that cannot see.
+TJSON WithImageNotes(const TJSON& aMessages) {
+    TJSON messages = aMessages;
+    const auto replace = [](TJSON& aBlocks, const auto& aSelf) -> void {
+        for (auto& block : aBlocks) {
+            if (!block.is_object()) continue;
+            const std::string type = StringMember(block, "type");
+            if (type == "image") {
+                block = {{"type", "text"}, {"text", kNoImageNote}};
+            } else if (type == "tool_result") {
+                const auto content = block.find("content");
+                if (content != block.end() && content->is_array()) aSelf(*content, aSelf);
+            }
+        }
+    };
+    for (auto& message : messages) {
+        if (!message.is_object()) continue;
+        const auto content = message.find("content");
+        if (content != message.end() && content->is_array()) replace(*content, replace);
+    }
+    return messages;
+}
+
+// The image blocks a tool result carries beside its text.
+std::vector<const TJSON*> ResultImages(const TJSON& aBlock) {
+    std::vector<const TJSON*> images;
+    const TJSON* content = Member(aBlock, "content");
+    if (content == nullptr || !content->is_array()) return images;
+    for (const auto& inner : *content)
+        if (StringMember(inner, "type") == "image") images.push_back(&inner);
+    return images;
+}
+
+}  // namespace
+
+TAIResponse TMCPAIClient::Send(const TJSON& aOriginalMessages, std::string_view aSystem,
+                               const TJSON& aTools) {
     fOwned.clear();
     fLastResponse = nullptr;
     try {
+        const TJSON noted = fImageInput ? TJSON() : WithImageNotes(aOriginalMessages);
+        const TJSON& aMessages = fImageInput ? aOriginalMessages : noted;
         const TMCPAIProvider provider = fServer.AIProvider();
         TJSON request;
         switch (provider) {
@@ -222,7 +264,13 @@ TJSON TMCPAIClient::BuildAnthropicRequest(const TJSON& aMessages, std::string_vi
     TJSON request = TJSON::object();
     request["model"] = fServer.AIModel();
     request["max_tokens"] = fServer.AIMaxTokens();
-    if (!aSystem.empty()) request["system"] = aSystem;
+    if (!aSystem.empty()) {
+        if (fPromptCaching)
+            request["system"] = TJSON::array(
+                {{{"type", "text"}, {"text", aSystem}, {"cache_control", {{"type", "ephemeral"}}}}});
+        else
+            request["system"] = aSystem;
+    }
     // The neutral shape is Anthropic's own, but the members kept for the other providers are not, and the
     // API refuses members it does not know.
     TJSON messages = aMessages.is_array() ? aMessages : TJSON::array();
@@ -238,7 +286,12 @@ TJSON TMCPAIClient::BuildAnthropicRequest(const TJSON& aMessages, std::string_vi
         }
     }
     request["messages"] = std::move(messages);
-    if (aTools.is_array() && !aTools.empty()) request["tools"] = aTools;
+    if (aTools.is_array() && !aTools.empty()) {
+        request["tools"] = aTools;
+        // A marker on the last tool caches every tool before it, and the system text with them.
+        if (fPromptCaching && request["tools"].back().is_object())
+            request["tools"].back()["cache_control"] = {{"type", "ephemeral"}};
+    }
     return request;
 }
 
@@ -269,6 +322,8 @@ TAIResponse TMCPAIClient::ParseAnthropicResponse(const TJSON& aBody) {
 // [SECTION] OpenAI and OpenRouter
 
 namespace {
+
+constexpr const char* kPictureMark = "orvex_tool_pictures";
 
 TJSON OpenAIImagePart(const TJSON& aBlock) {
     const TJSON* source = Member(aBlock, "source");
@@ -309,12 +364,20 @@ TJSON OpenAIAssistant(const TJSON& aMessage, const TJSON& aBlocks) {
 // the assistant's calls directly.
 void AppendOpenAIUser(const std::string& aRole, const TJSON& aBlocks, TJSON& aOut) {
     TJSON parts = TJSON::array();
+    TJSON pictures = TJSON::array();
     for (const auto& block : aBlocks) {
         const std::string type = StringMember(block, "type");
         if (type == "tool_result") {
             aOut.push_back({{"role", "tool"},
                             {"tool_call_id", StringMember(block, "tool_use_id")},
                             {"content", ContentText(Member(block, "content"))}});
+            // A tool message carries text only: its pictures follow in a user message of their own.
+            const auto images = ResultImages(block);
+            if (!images.empty())
+                pictures.push_back(
+                    {{"type", "text"},
+                     {"text", "The picture that " + StringMember(block, "tool_name") + " returned:"}});
+            for (const TJSON* image : images) pictures.push_back(OpenAIImagePart(*image));
         } else if (type == "text") {
             parts.push_back({{"type", "text"}, {"text", StringMember(block, "text")}});
         } else if (type == "image") {
@@ -322,6 +385,31 @@ void AppendOpenAIUser(const std::string& aRole, const TJSON& aBlocks, TJSON& aOu
         }
     }
     if (!parts.empty()) aOut.push_back({{"role", aRole}, {"content", std::move(parts)}});
+    if (!pictures.empty())
+        aOut.push_back({{"role", "user"}, {"content", std::move(pictures)}, {kPictureMark, true}});
+}
+
+// Tool messages must follow the assistant's calls without a break, so the pictures of a run of results
+// move behind the whole run.
+TJSON PicturesAfterToolRuns(TJSON aMessages) {
+    TJSON out = TJSON::array();
+    TJSON held = TJSON::array();
+    for (auto& message : aMessages) {
+        const bool picture = message.contains(kPictureMark);
+        const bool tool = StringMember(message, "role") == "tool";
+        if (!tool && !picture) {
+            for (auto& h : held) out.push_back(std::move(h));
+            held = TJSON::array();
+        }
+        if (picture) {
+            message.erase(kPictureMark);
+            held.push_back(std::move(message));
+        } else {
+            out.push_back(std::move(message));
+        }
+    }
+    for (auto& h : held) out.push_back(std::move(h));
+    return out;
 }
 
 }  // namespace
@@ -351,7 +439,7 @@ TJSON TMCPAIClient::BuildOpenAIRequest(const TJSON& aMessages, std::string_view 
             }
         }
     }
-    request["messages"] = std::move(messages);
+    request["messages"] = PicturesAfterToolRuns(std::move(messages));
     if (aTools.is_array() && !aTools.empty()) request["tools"] = ConvertToolsToOpenAI(aTools);
     return request;
 }
@@ -445,6 +533,14 @@ TJSON GeminiParts(const TJSON* aContent) {
             parts.push_back({{"functionResponse",
                               {{"name", StringMember(block, "tool_name")},
                                {"response", {{"content", ContentText(Member(block, "content"))}}}}}});
+            // The response object holds text; the picture goes beside it in the same turn.
+            for (const TJSON* image : ResultImages(block)) {
+                const TJSON* source = Member(*image, "source");
+                if (source == nullptr) continue;
+                parts.push_back({{"inlineData",
+                                  {{"mimeType", StringMember(*source, "media_type")},
+                                   {"data", StringMember(*source, "data")}}}});
+            }
         }
     }
     return parts;

@@ -87,6 +87,14 @@ class TMCPAIClient {
     // Empty when every image in aMessages is within MaxAIImageBytes; else the reason it is refused.
     std::string CheckImageSizes(const TJSON& aMessages) const;
 
+    // A model without image input gets a short text note in place of every image. On by default.
+    bool ImageInput() const { return fImageInput; }
+    void SetImageInput(bool aValue) { fImageInput = aValue; }
+    // Marks the system text and the tool list as a cacheable prefix where the provider takes markers
+    // (Anthropic's cache_control); the others cache a repeated prefix on their own. Off by default.
+    bool PromptCaching() const { return fPromptCaching; }
+    void SetPromptCaching(bool aValue) { fPromptCaching = aValue; }
+
   private:
     TAIHttpHeaders BuildHeaders(TMCPAIProvider aProvider) const;
 
@@ -95,6 +103,8 @@ class TMCPAIClient {
     std::unique_ptr<IAIHttpTransport> fTransport;
     TJSON fLastResponse;
     std::vector<std::unique_ptr<TJSON>> fOwned;
+    bool fImageInput = true;
+    bool fPromptCaching = false;
 };
 
 }  // namespace Orvex

@@ -89,7 +89,10 @@ TAIConversationResult TAIConversation::RunMessage(TJSON aUserMessage) {
             const TAIToolOutcome outcome = Execute(call);
             ++result.ToolCalls;
             if (fOnToolCall) fOnToolCall(FormatToolCallLine(call.Name, arguments, outcome));
-            fMessages.push_back(MakeToolResult(call.Id, call.Name, outcome.Text, outcome.IsError));
+            fMessages.push_back(outcome.Images.empty()
+                                    ? MakeToolResult(call.Id, call.Name, outcome.Text, outcome.IsError)
+                                    : MakeToolResultWithImages(call.Id, call.Name, outcome.Text,
+                                                               outcome.Images, outcome.IsError));
         }
     }
     result.TurnLimitReached = true;
@@ -153,8 +156,11 @@ TAIToolOutcome ToolOutcomeFromResponse(const TJSON& aResponse) {
             if (type == "text") {
                 const auto text = item.find("text");
                 if (text != item.end() && text->is_string()) piece = text->get<std::string>();
+            } else if (type == "image" && item.contains("data") && item["data"].is_string()) {
+                outcome.Images.push_back(
+                    {item.value("mimeType", std::string("image/png")), item["data"].get<std::string>()});
             } else if (!type.empty()) {
-                piece = "[" + type + " content]";  // the conversation carries text only
+                piece = "[" + type + " content]";  // audio, resources: the conversation carries none
             }
             if (piece.empty()) continue;
             if (!outcome.Text.empty()) outcome.Text += '\n';

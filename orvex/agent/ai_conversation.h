@@ -9,15 +9,22 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "orvex/agent/ai_client.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
 
+struct TAIToolImage {
+    std::string MediaType;  // "image/png"
+    std::string Data;       // Base64
+};
+
 struct TAIToolOutcome {
     std::string Text;
     bool IsError = false;
+    std::vector<TAIToolImage> Images = {};  // pictures the tool returned, passed on to the model
 };
 
 // Runs one tool; on the main thread when it touches the drawing. What it throws becomes an error outcome.
@@ -81,7 +88,8 @@ class TAIConversation {
 std::string FormatToolCallLine(std::string_view aName, const TJSON& aArguments,
                                const TAIToolOutcome& aOutcome);
 
-// An MCP tools/call response (result or JSON-RPC error) as an outcome: text items joined by line breaks.
+// An MCP tools/call response (result or JSON-RPC error) as an outcome: text items joined by line breaks,
+// image items as pictures.
 TAIToolOutcome ToolOutcomeFromResponse(const TJSON& aResponse);
 
 // Runs tools through aServer.HandleToolsCall, so that they run on its main-thread runner with the drawing's

@@ -81,4 +81,20 @@ TJSON MakeToolResult(std::string_view aToolUseId, std::string_view aToolName, st
     return {{"role", "user"}, {"content", TJSON::array({std::move(block)})}};
 }
 
+TJSON MakeToolResultWithImages(std::string_view aToolUseId, std::string_view aToolName,
+                               std::string_view aText, std::span<const TAIToolImage> aImages, bool aIsError) {
+    TJSON blocks = TJSON::array();
+    if (!aText.empty()) blocks.push_back({{"type", "text"}, {"text", aText}});
+    for (const auto& image : aImages)
+        blocks.push_back(
+            {{"type", "image"},
+             {"source", {{"type", "base64"}, {"media_type", image.MediaType}, {"data", image.Data}}}});
+    TJSON block = {{"type", "tool_result"},
+                   {"tool_use_id", aToolUseId},
+                   {"tool_name", aToolName},
+                   {"content", std::move(blocks)}};
+    if (aIsError) block["is_error"] = true;
+    return {{"role", "user"}, {"content", TJSON::array({std::move(block)})}};
+}
+
 }  // namespace Orvex

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "orvex/agent/ai_client.h"
+#include "orvex/agent/ai_conversation.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -25,5 +26,9 @@ TJSON MakeAssistantToolUses(std::string_view aText, std::span<const TAIToolCall>
                             const TJSON* aReasoningDetails = nullptr);
 TJSON MakeToolResult(std::string_view aToolUseId, std::string_view aToolName, std::string_view aContent,
                      bool aIsError = false);
+// A tool result whose content is a list of blocks: the text, then one image block per picture.
+TJSON MakeToolResultWithImages(std::string_view aToolUseId, std::string_view aToolName,
+                               std::string_view aText, std::span<const TAIToolImage> aImages,
+                               bool aIsError = false);
 
 }  // namespace Orvex

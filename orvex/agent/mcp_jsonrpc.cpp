@@ -163,7 +163,7 @@ TJSON TORXMCPServer::BuildToolsArray() const {
         entry["description"] = tool.Description;
         entry["inputSchema"] = tool.InputSchema.is_null() ? TJSON{{"type", "object"}} : tool.InputSchema;
         entry["annotations"] = BuildToolAnnotations(tool.Name);
-        TJSON output = BuildToolOutputSchema(tool.Name);
+        TJSON output = tool.OutputSchema.is_null() ? BuildToolOutputSchema(tool.Name) : tool.OutputSchema;
         if (!output.is_null()) entry["outputSchema"] = std::move(output);
         tools.push_back(std::move(entry));
     }

@@ -171,7 +171,8 @@ class TORXMCPServer {
     void DecorateModernResult(std::string_view aMethod, TJSON& aResponse) const;
 
     // Tools, in registration order. RegisterTool keeps duplicates; lookups find the first.
-    void RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema, TMCPToolCall aHandler);
+    void RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema, TMCPToolCall aHandler,
+                      TJSON aOutputSchema = nullptr);
     void RegisterDefaultTools();  // calls the procedure set by MCPSetDefaultToolsRegistration, if any
     std::size_t ToolCount() const;
     std::vector<TMCPToolDef> Tools() const;  // a snapshot

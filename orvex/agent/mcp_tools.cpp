@@ -150,10 +150,10 @@ const std::string& DefaultInstructions() {
 }
 
 void TORXMCPServer::RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema,
-                                 TMCPToolCall aHandler) {
+                                 TMCPToolCall aHandler, TJSON aOutputSchema) {
     std::unique_lock lock(fToolsMutex);
-    fTools.push_back(
-        {std::move(aName), std::move(aDescription), std::move(aInputSchema), std::move(aHandler)});
+    fTools.push_back({std::move(aName), std::move(aDescription), std::move(aInputSchema), std::move(aHandler),
+                      std::move(aOutputSchema)});
     ++fToolsGeneration;
 }
 

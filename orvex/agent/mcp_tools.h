@@ -24,6 +24,9 @@ struct TMCPToolDef {
     std::string Description;
     TJSON InputSchema;  // a null value when the tool gave none
     TMCPToolCall Handler;
+    // The shape of the tool's structuredContent as the host declares it; a null value leaves the one
+    // BuildToolOutputSchema knows from the name.
+    TJSON OutputSchema;
 };
 
 using TMCPRegisterProc = void (*)(TORXMCPServer& aServer);

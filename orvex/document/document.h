@@ -316,6 +316,9 @@ class TORXBaseLabel {
         bool fOpened;
     };
     std::size_t UndoCount() const { return fUndoStack.size(); }
+    // Makes everything recorded since the undo stack held count commands one step, for batches that span
+    // several update brackets (an agent's begin_update ... end_update over many calls).
+    void JoinUndoSince(std::size_t count);
     std::size_t RedoCount() const { return fRedoStack.size(); }
 
     // [SECTION] Intersections. The worker reads a snapshot of the outlines and writes only the point

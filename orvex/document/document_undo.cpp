@@ -128,6 +128,12 @@ void TORXBaseLabel::Redo() {
     if (OnUndoRedo) OnUndoRedo(*this, IsUndoEmpty(), IsRedoEmpty());
 }
 
+void TORXBaseLabel::JoinUndoSince(std::size_t count) {
+    if (count >= fUndoStack.size()) return;
+    const std::int32_t group = fUndoStack[count]->Group();
+    for (std::size_t i = count + 1; i < fUndoStack.size(); ++i) fUndoStack[i]->SetGroup(group);
+}
+
 TORXBaseLabel::TUndoGroup::TUndoGroup(TORXBaseLabel& document)
     : fDocument(document), fOpened(document.fGroupMark) {
     fDocument.fGroupMark = false;

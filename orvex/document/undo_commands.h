@@ -43,6 +43,7 @@ class TORXCmd {
     std::int32_t ItemID() const { return fItemID; }
     TORXBaseItem* Item() const { return fItem; }
     void Rebind(TORXBaseItem* item) { fItem = item, fItemID = item->InID(); }
+    void SetGroup(std::int32_t group) { fGroup = group; }  // the document joins steps into one
 
   protected:
     virtual void StoreState() {}

@@ -655,7 +655,34 @@ TJSON TORXBaseLink::WriteJson() const {
     TJSON points = TJSON::array();
     for (const auto& p : fLinkPoints) points.push_back(TJSON{{"BaseX", p.X}, {"BaseY", p.Y}});
     obj["LinkPoints"] = std::move(points);
+    // An extra key after the link's own: older readers keep the link and ignore its label.
+    if (!fLabel.empty()) obj["Label"] = fLabel;
     return obj;
+}
+
+void TORXBaseLink::SetLabel(std::string label) {
+    if (label == fLabel) return;
+    fLabel = std::move(label);
+    fOwner->ChangeState(TOrvexState::lsUpdate, this);
+}
+
+TQVLPto64 TORXBaseLink::LabelPoint() const {
+    const std::vector<TQVLPto64> course = Course();
+    if (course.empty()) return fStartPt;
+    double total = 0;
+    for (std::size_t i = 1; i < course.size(); ++i)
+        total += TDraw2D::Distance(course[i - 1].X, course[i - 1].Y, course[i].X, course[i].Y);
+    double left = total / 2;
+    for (std::size_t i = 1; i < course.size(); ++i) {
+        const double leg = TDraw2D::Distance(course[i - 1].X, course[i - 1].Y, course[i].X, course[i].Y);
+        if (leg >= left && leg > 0) {
+            const double t = left / leg;
+            return P(D(course[i - 1]).X + (D(course[i]).X - D(course[i - 1]).X) * t,
+                     D(course[i - 1]).Y + (D(course[i]).Y - D(course[i - 1]).Y) * t);
+        }
+        left -= leg;
+    }
+    return course.front();
 }
 
 void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
@@ -682,6 +709,7 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fLinkPoints.clear();
     for (const auto& p : U::GetArray(obj, "LinkPoints"))
         fLinkPoints.push_back(TQVLPto64{U::GetInt(p, "BaseX"), U::GetInt(p, "BaseY")});
+    fLabel = U::GetString(obj, "Label");
     fArcFromMiddle = false;
     // Until the elements are bound (after the whole drawing is read) the ends stay where they were saved.
     fStartPt = fEndPt = TQVLPto64{GetPointX(1), GetPointY(1)};
@@ -718,6 +746,19 @@ void TORXBaseLink::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     body.push_back(fmt::format("<path id=\"{}\" d=\"{}\" fill=\"none\"{}{} stroke-linejoin=\"round\"/>",
                                SvgEscape(fID), d, SvgStroke(fColor, GetPenWidthMM(), fLineType, unit),
                                markers));
+    if (!fLabel.empty()) {
+        // The ground is sized from the font height: SVG has no text measure, and a little room is harmless.
+        const TQVLPto64 at = LabelPoint();
+        constexpr std::int64_t kHeight = 3500;  // the default caption height, base units
+        const auto width = static_cast<std::int64_t>(fLabel.size()) * kHeight * 6 / 10 + kHeight / 2;
+        body.push_back(fmt::format(
+            "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"#FFFFFF\"/><text x=\"{}\" y=\"{}\" "
+            "font-family=\"Arial\" font-size=\"{}\" text-anchor=\"middle\" "
+            "dominant-baseline=\"central\">{}</text>",
+            SvgLength(at.X - width / 2, unit), SvgLength(at.Y - kHeight * 6 / 10, unit),
+            SvgLength(width, unit), SvgLength(kHeight * 12 / 10, unit), SvgLength(at.X, unit),
+            SvgLength(at.Y, unit), SvgLength(kHeight, unit), SvgEscape(fLabel)));
+    }
 }
 
 void TORXBaseLink::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const {

@@ -98,6 +98,13 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
     TQVLPto64 StartPoint() const { return fStartPt; }
     TQVLPto64 EndPoint() const { return fEndPt; }
 
+    // A caption carried by the link itself, drawn halfway along its course over a white ground, so that it
+    // moves and goes with the link. Kept in drawing files under the extra key "Label". Not recorded: the
+    // caller records the change (the tools do, through the item's file form).
+    const std::string& Label() const { return fLabel; }
+    void SetLabel(std::string label);
+    TQVLPto64 LabelPoint() const;  // halfway along the course, base units
+
     // [SECTION] Routing. Recomputes the ends from the bound elements and the course from the type. With
     // reset false a step keeps where the user moved its middle; with true it is placed midway again.
     // An end whose element is missing keeps its last position.
@@ -156,6 +163,7 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
     double fSweep = 0.0;
     bool fClockWise = false;
     std::vector<TQVLPto64> fLinkPoints;
+    std::string fLabel;
     TQVLPto64 fStartPt;
     TQVLPto64 fEndPt;
     int fFromSide = 1;  // the sides the last routing used

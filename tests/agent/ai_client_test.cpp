@@ -302,6 +302,53 @@ TEST_F(AIClient, SendFailuresCarryTheirExactTexts) {
                                              "AI API status: 200"}));
 }
 
+TEST_F(AIClient, ToolPicturesReachEachProviderInItsOwnShape) {
+    const std::vector<TAIToolImage> pictures{{"image/png", "iVBORw=="}};
+    TJSON messages = TJSON::array();
+    TAIToolCall first{"c1", "render_preview", "", nullptr};
+    TAIToolCall second{"c2", "get_drawing_info", "", nullptr};
+    messages.push_back(MakeAssistantToolUses("", std::vector{first, second}));
+    messages.push_back(MakeToolResultWithImages("c1", "render_preview", "{\"scale\":1}", pictures));
+    messages.push_back(MakeToolResult("c2", "get_drawing_info", "info"));
+
+    const TJSON anthropic = fClient.BuildAnthropicRequest(messages, "", TJSON::array());
+    const TJSON& blocks = anthropic["messages"][1]["content"][0]["content"];
+    EXPECT_EQ(blocks[1]["type"], "image");
+    EXPECT_EQ(blocks[1]["source"]["data"], "iVBORw==");
+
+    // Tool messages follow the calls unbroken; the picture comes after them as a user message.
+    const TJSON openai = fClient.BuildOpenAIRequest(messages, "", TJSON::array());
+    ASSERT_EQ(openai["messages"].size(), 4u);
+    EXPECT_EQ(openai["messages"][1]["role"], "tool");
+    EXPECT_EQ(openai["messages"][1]["content"], "{\"scale\":1}");
+    EXPECT_EQ(openai["messages"][2]["role"], "tool");
+    EXPECT_EQ(openai["messages"][3]["role"], "user");
+    EXPECT_EQ(openai["messages"][3]["content"][1]["image_url"]["url"], "data:image/png;base64,iVBORw==");
+    EXPECT_FALSE(openai["messages"][3].contains("orvex_tool_pictures"));
+
+    const TJSON gemini = fClient.BuildGeminiRequest(messages, "", TJSON::array());
+    const TJSON& parts = gemini["contents"][1]["parts"];
+    EXPECT_EQ(parts[0]["functionResponse"]["name"], "render_preview");
+    EXPECT_EQ(parts[1]["inlineData"]["data"], "iVBORw==");
+
+    // A model without image input reads a note instead.
+    auto& transport = Script(fClient, {Ok(TJSON::object())});
+    fClient.SetImageInput(false);
+    fClient.Send(messages, "", TJSON::array());
+    ASSERT_EQ(transport.Posted.size(), 1u);
+    EXPECT_EQ(transport.Posted[0].Body.find("iVBORw=="), std::string::npos);
+    EXPECT_NE(transport.Posted[0].Body.find("takes no image input"), std::string::npos);
+}
+
+TEST_F(AIClient, PromptCachingMarksSystemAndToolsForAnthropic) {
+    fClient.SetPromptCaching(true);
+    const TJSON request = fClient.BuildAnthropicRequest(TJSON::array(), "Be brief", Tools());
+    EXPECT_EQ(request["system"][0]["text"], "Be brief");
+    EXPECT_EQ(request["system"][0]["cache_control"]["type"], "ephemeral");
+    EXPECT_EQ(request["tools"].back()["cache_control"]["type"], "ephemeral");
+    EXPECT_FALSE(request["tools"][0].contains("cache_control"));
+}
+
 TEST_F(AIClient, UnknownProviderAndOversizedImagesAreRefusedBeforeSending) {
     auto& transport = Script(fClient, {Ok(TJSON::object())});
     fServer.SetAIProvider(static_cast<TMCPAIProvider>(9));

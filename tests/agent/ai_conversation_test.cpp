@@ -156,7 +156,10 @@ TEST(AIToolOutcome, AdaptsToolResultsAndErrors) {
     const TJSON mixed = MakeResult(1, TJSON::parse(R"({"content":[{"type":"text","text":"a"},
         {"type":"image","data":"..","mimeType":"image/png"},{"type":"text","text":"b"}],"isError":true})"));
     const TAIToolOutcome outcome = ToolOutcomeFromResponse(mixed);
-    EXPECT_EQ(outcome.Text, "a\n[image content]\nb");
+    EXPECT_EQ(outcome.Text, "a\nb");
+    ASSERT_EQ(outcome.Images.size(), 1u);
+    EXPECT_EQ(outcome.Images[0].MediaType, "image/png");
+    EXPECT_EQ(outcome.Images[0].Data, "..");
     EXPECT_TRUE(outcome.IsError);
 }
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -87,7 +88,10 @@ class TFakeAnthropic {
             fRequests.push_back(body);
             TJSON answer;
             if (fRequests.size() == 1) {
-                fSystem = body.value("system", "");
+                // Sent as one cacheable text block.
+                fSystem = body["system"][0].value("text", "");
+                fCached = body["system"][0].contains("cache_control") &&
+                          body["tools"].back().contains("cache_control");
                 fToolCount = body.contains("tools") ? body["tools"].size() : 0;
                 answer =
                     Answer(TJSON::array({{{"type", "text"}, {"text", "Adding two steps."}},
@@ -128,6 +132,10 @@ class TFakeAnthropic {
         std::lock_guard lock(fMutex);
         return fToolCount;
     }
+    bool Cached() {
+        std::lock_guard lock(fMutex);
+        return fCached;
+    }
 
   private:
     httplib::Server fServer;
@@ -135,6 +143,7 @@ class TFakeAnthropic {
     std::vector<TJSON> fRequests;
     std::string fSystem;
     std::size_t fToolCount = 0;
+    bool fCached = false;
     int fPort = 0;
     std::thread fThread;
 };
@@ -162,6 +171,7 @@ TEST_F(ChatCommandTest, ToolCallsBuildTheSavedDrawing) {
     EXPECT_NE(run.Err.find("orvex chat: tokens: 600 input, 35 output\n"), std::string::npos) << run.Err;
     EXPECT_EQ(provider.RequestCount(), 3U);
     EXPECT_FALSE(provider.System().empty());
+    EXPECT_TRUE(provider.Cached());
     EXPECT_GT(provider.ToolCount(), 10U);
 
     TORXHeadlessLabel document;
@@ -181,6 +191,91 @@ TEST_F(ChatCommandTest, ToolCallsBuildTheSavedDrawing) {
     ASSERT_NE(link, nullptr) << run.Err;
     EXPECT_EQ((*link)["FromID"], flows[0]);
     EXPECT_EQ((*link)["ToID"], flows[1]);
+}
+
+// Each provider's fake asks for a preview, then answers; the second request must carry the picture in
+// that provider's own shape.
+struct TImageProvider {
+    std::string Name;
+    std::string Path;  // a pattern: Gemini's path holds the model
+    TJSON CallPreview;
+    TJSON Answer;
+    std::function<bool(const TJSON&)> HasPicture;
+};
+
+bool AnyPart(const TJSON& aValue, const std::function<bool(const TJSON&)>& aTest) {
+    if (aTest(aValue)) return true;
+    if (aValue.is_structured())
+        for (const auto& inner : aValue)
+            if (AnyPart(inner, aTest)) return true;
+    return false;
+}
+
+TEST_F(ChatCommandTest, PreviewsReachEveryProviderAsPictures) {
+    const TJSON openAICall = {{"choices",
+                               {{{"message",
+                                  {{"content", ""},
+                                   {"tool_calls",
+                                    {{{"id", "t1"},
+                                      {"type", "function"},
+                                      {"function", {{"name", "render_preview"}, {"arguments", "{}"}}}}}}}},
+                                 {"finish_reason", "tool_calls"}}}}};
+    const TJSON openAIAnswer = {
+        {"choices", {{{"message", {{"content", "Seen."}}}, {"finish_reason", "stop"}}}}};
+    const auto openAIPicture = [](const TJSON& aBody) {
+        return AnyPart(aBody["messages"], [](const TJSON& v) {
+            return v.is_object() && v.value("type", "") == "image_url" &&
+                   v["image_url"].value("url", "").starts_with("data:image/png;base64,");
+        });
+    };
+    const std::vector<TImageProvider> providers = {
+        {"anthropic", "/v1/messages",
+         Answer(TJSON::array({ToolUse("t1", "render_preview", TJSON::object())}), "tool_use", 1, 1),
+         Answer(TJSON::array({{{"type", "text"}, {"text", "Seen."}}}), "end_turn", 1, 1),
+         [](const TJSON& aBody) {
+             return AnyPart(aBody["messages"], [](const TJSON& v) {
+                 return v.is_object() && v.value("type", "") == "image" && v.contains("source");
+             });
+         }},
+        {"openai", "/v1/chat/completions", openAICall, openAIAnswer, openAIPicture},
+        {"openrouter", "/api/v1/chat/completions", openAICall, openAIAnswer, openAIPicture},
+        {"gemini",
+         "/v1beta/models/.*",
+         {{"candidates",
+           {{{"content",
+              {{"parts", {{{"functionCall", {{"name", "render_preview"}, {"args", TJSON::object()}}}}}}}}}}}},
+         {{"candidates", {{{"content", {{"parts", {{{"text", "Seen."}}}}}}}}}},
+         [](const TJSON& aBody) {
+             return AnyPart(aBody["contents"], [](const TJSON& v) {
+                 return v.is_object() && v.contains("inlineData") &&
+                        v["inlineData"].value("mimeType", "") == "image/png";
+             });
+         }},
+    };
+    for (const auto& provider : providers) {
+        SCOPED_TRACE(provider.Name);
+        httplib::Server server;
+        std::mutex mutex;
+        std::vector<TJSON> requests;
+        server.Post(provider.Path, [&](const httplib::Request& aRequest, httplib::Response& aResponse) {
+            std::lock_guard lock(mutex);
+            requests.push_back(TJSON::parse(aRequest.body, nullptr, false));
+            aResponse.set_content((requests.size() == 1 ? provider.CallPreview : provider.Answer).dump(),
+                                  "application/json");
+        });
+        const int port = server.bind_to_any_port("127.0.0.1");
+        std::thread thread([&server] { server.listen_after_bind(); });
+        const TRun run =
+            RunChat(fFolder, "ORVEX_AI_API_KEY=k ORVEX_AI_BASE_URL=http://127.0.0.1:" + std::to_string(port),
+                    "'Look' --provider " + provider.Name);
+        server.stop();
+        thread.join();
+        EXPECT_EQ(run.Exit, 0) << run.Err;
+        EXPECT_EQ(run.Out, "Seen.\n");
+        ASSERT_EQ(requests.size(), 2u) << run.Err;
+        EXPECT_FALSE(provider.HasPicture(requests[0]));
+        EXPECT_TRUE(provider.HasPicture(requests[1])) << requests[1].dump().substr(0, 2000);
+    }
 }
 
 TEST_F(ChatCommandTest, RefusesToStartWithoutItsInputs) {

@@ -156,7 +156,10 @@ TEST_F(InlineFilesTest, LoadDiagramWithoutALayoutReportsDiagnostics) {
     EXPECT_TRUE(result["structuredContent"]["diagnostics"].is_array());
 
     const TJSON bad = Call("load_diagram", {{"text", ""}, {"format", "mermaid"}});
-    EXPECT_EQ(Text(bad), "Error: the diagram has errors; see diagnostics");
+    EXPECT_EQ(
+        Text(bad),
+        "Error: the diagram has errors; fix them and load it again:\ntext: error DIAGRAM_EMPTY_RESULT: The "
+        "diagram did not produce any renderable element.");
     EXPECT_FALSE(bad["structuredContent"]["diagnostics"].empty());
     QVLSetDiagramLoader(saved);
 }
@@ -173,7 +176,8 @@ TEST_F(InlineFilesTest, LoadDiagramCallsTheInstalledLayout) {
     EXPECT_EQ(loaded["items_created"], 2);
 
     // With preview, items, diagnostics and the picture come back in one answer.
-    const TJSON seen = Call("load_diagram", {{"text", "flowchart TD\n  A --> B\n"}, {"preview", true}});
+    const TJSON seen =
+        Call("load_diagram", {{"text", "flowchart TD\n  A --> B\n"}, {"preview", true}, {"mode", "add"}});
     ASSERT_FALSE(seen.value("isError", false)) << seen.dump();
     EXPECT_EQ(seen["structuredContent"]["items_created"], 2);
     EXPECT_TRUE(seen["structuredContent"]["diagnostics"].is_array());

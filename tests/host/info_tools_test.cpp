@@ -145,7 +145,7 @@ TEST_F(InfoToolsTest, GetItemByIndexNameOrId) {
         SCOPED_TRACE(selector.dump());
         const TJSON item = Ok("get_item", selector);
         EXPECT_EQ(item["name"], "Begin");
-        EXPECT_EQ(item["properties"]["Text"], "Start");
+        EXPECT_EQ(item["properties"]["text"], "Start");
     }
     EXPECT_EQ(Refused("get_item", {{"index", 1}}), "no item at index 1: indexes run from 0 to 0");
     EXPECT_EQ(Refused("get_item", {{"name", "End"}}), "no item is named \"End\"");

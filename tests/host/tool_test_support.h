@@ -35,11 +35,45 @@ class ToolsTest : public ::testing::Test {
         return (*response)["result"];
     }
 
-    // The structured content of a successful call.
+    // The structured content of a successful call, checked against the tool's declared output schema as
+    // an MCP client checks it: required members present, listed members of the declared type.
     TJSON Ok(const std::string& aName, TJSON aArguments = TJSON::object()) {
         TJSON result = Call(aName, std::move(aArguments));
         EXPECT_FALSE(result.value("isError", false)) << aName << ": " << result.dump();
-        return result.value("structuredContent", TJSON::object());
+        const TJSON structured = result.value("structuredContent", TJSON::object());
+        for (const auto& tool : fServer.Tools()) {
+            if (tool.Name != aName) continue;
+            EXPECT_TRUE(result.contains("structuredContent") || tool.OutputSchema.is_null()) << aName;
+            if (tool.OutputSchema.is_object()) ExpectMatches(aName, tool.OutputSchema, structured);
+        }
+        return structured;
+    }
+
+    static bool OfType(const TJSON& aValue, const TJSON& aType) {
+        if (aType.is_array()) {
+            for (const auto& type : aType)
+                if (OfType(aValue, type)) return true;
+            return false;
+        }
+        const std::string type = aType.get<std::string>();
+        if (type == "integer") return aValue.is_number_integer();
+        if (type == "number") return aValue.is_number();
+        if (type == "string") return aValue.is_string();
+        if (type == "boolean") return aValue.is_boolean();
+        if (type == "array") return aValue.is_array();
+        if (type == "null") return aValue.is_null();
+        return aValue.is_object();
+    }
+
+    static void ExpectMatches(const std::string& aName, const TJSON& aSchema, const TJSON& aValue) {
+        for (const auto& key : aSchema.value("required", TJSON::array())) {
+            EXPECT_TRUE(aValue.contains(key.get<std::string>())) << aName << " lacks " << key;
+        }
+        const TJSON properties = aSchema.value("properties", TJSON::object());
+        for (const auto& [key, property] : properties.items()) {
+            if (!aValue.contains(key) || !property.contains("type")) continue;
+            EXPECT_TRUE(OfType(aValue[key], property["type"])) << aName << "." << key << " = " << aValue[key];
+        }
     }
 
     // The text of a refused call, "Error: " taken off.

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Real MCP clients against `orvex serve`: the official TypeScript SDK over HTTP (2025 protocol), the 2.x
+# Real MCP clients against `orvex serve`: an agent's whole session and the flowchart scenario through the
+# official TypeScript SDK over HTTP (2025 protocol), the 2.x
 # client pinned to the 2026-07-28 protocol over HTTP, and the SDK's stdio transport over `--stdio`.
 # Usage: run.sh PATH/TO/orvex. Exits 77 (skipped) when node or npm is missing or the packages cannot be
 # installed; the packages go to tests/mcp_clients/node_modules, which git ignores.
@@ -25,7 +26,9 @@ cleanup() {
 trap cleanup EXIT
 
 export ORVEX_MCP_TOKEN="client-test-$$-$RANDOM"
-"$ORVEX" serve --port 0 --drawing "$WORK/drawing.json" --save-on-exit 2>"$WORK/serve.log" </dev/null &
+mkdir -p "$WORK/files"
+"$ORVEX" serve --port 0 --drawing "$WORK/drawing.json" --save-on-exit --files-root "$WORK/files" \
+  2>"$WORK/serve.log" </dev/null &
 SERVER_PID=$!
 PORT=
 for _ in $(seq 1 250); do
@@ -38,6 +41,7 @@ done
 URL="http://127.0.0.1:$PORT/mcp"
 
 status=0
+timeout 120 node agent_loop.mjs "$URL" "$WORK/files" || status=1
 timeout 60 node sdk_http.mjs "$URL" || status=1
 timeout 60 node client2_http.mjs "$URL" || status=1
 ( unset ORVEX_MCP_TOKEN; timeout 60 node sdk_stdio.mjs "$ORVEX" ) || status=1
