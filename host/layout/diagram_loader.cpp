@@ -87,8 +87,6 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
     return flow;
 }
 
-}
-
 //-----------------------------------------------------------------------------------------------------
 // [SECTION] Graphs, trees and fishbones
 //-----------------------------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string>
 
+#include "host/layout/diagram_loader.h"
 #include "host/layout/sequence_layout.h"
 #include "orvex/core/color.h"
 #include "orvex/diagrams/diagram_model.h"

@@ -181,7 +181,7 @@ TORXBaseItem* TORXBaseLabel::GroupItems(const std::vector<std::int32_t>& aInIDs,
 
     // Behind its members and behind the links that end at them, but in front of what it is placed in.
     std::vector<TORXBaseItem*> covered = WithMembers(joining);
-    const std::vector<TORXBaseItem*> links = LinksOf(*this, covered);
+    const std::vector<TORXBaseItem*> links = Orvex::LinksOf(*this, covered);
     covered.insert(covered.end(), links.begin(), links.end());
     std::int32_t first = ItemIndex(frame);
     for (const TORXBaseItem* item : covered) first = std::min(first, ItemIndex(item));
@@ -247,7 +247,7 @@ void TORXBaseLabel::MoveItems(const std::vector<std::int32_t>& aInIDs, std::int6
     if (items.empty() || (dx == 0 && dy == 0)) return;
     const TBatch batch(*this);
     for (TORXBaseItem* item : items) MoveItemBy(item, dx, dy);
-    for (TORXBaseItem* link : LinksOf(*this, WithMembers(items))) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(items))) ChangeState(TOrvexState::lsCalc, link);
 }
 
 void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy) {
@@ -260,7 +260,7 @@ void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t
 void TORXBaseLabel::DeleteContainer(TORXBaseItem* frame, bool record) {
     const TBatch batch(*this);
     std::vector<TORXBaseItem*> doomed = WithMembers({frame});
-    for (TORXBaseItem* link : LinksOf(*this, doomed))
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, doomed))
         if (std::find(doomed.begin(), doomed.end(), link) == doomed.end()) doomed.push_back(link);
     // Links first and the frame last, so that every deleted member's stored form still names its container.
     for (auto it = doomed.rbegin(); it != doomed.rend(); ++it) DeleteOne(*it, record);
