@@ -110,10 +110,11 @@ TEST(DrawingJsonTest, LayerIndexOutOfRangeFallsBackToLayerOne) {
         Envelope(0, TJSON::array({TJSON{{"Type", 2}, {"Layer", 7}}, TJSON{{"Type", 2}, {"Layer", -1}},
                                   TJSON{{"Type", 2}, {"Layer", 2}}, TJSON{{"Type", 2}}})));
     ASSERT_EQ(doc.GetLayersCount(), 3);
+    // The read ends sorted by layer: the three items that fell back to layer 1 come first.
     EXPECT_EQ(doc.GetItem(0)->Layer(), doc.GetLayer(1));
     EXPECT_EQ(doc.GetItem(1)->Layer(), doc.GetLayer(1));
-    EXPECT_EQ(doc.GetItem(2)->Layer(), doc.GetLayer(3));
-    EXPECT_EQ(doc.GetItem(3)->Layer(), doc.GetLayer(1));
+    EXPECT_EQ(doc.GetItem(2)->Layer(), doc.GetLayer(1));
+    EXPECT_EQ(doc.GetItem(3)->Layer(), doc.GetLayer(3));
 }
 
 TEST(DrawingJsonTest, IdsReadRaiseTheCounter) {
