@@ -1,6 +1,9 @@
 #include "cli/commands.h"
 
+#include <fmt/format.h>
 #include <CLI/CLI.hpp>
+
+#include <cstdio>
 
 namespace OrvexCli {
 
@@ -19,6 +22,10 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterInfo(app, commands);
     RegisterServe(app, commands);
     RegisterChat(app, commands);
+}
+
+void PrintReadWarnings(const std::vector<std::string>& warnings) {
+    for (const auto& warning : warnings) fmt::print(stderr, "orvex: warning: {}\n", warning);
 }
 
 }  // namespace OrvexCli

@@ -2,14 +2,13 @@
 // files inside it; without one they refuse paths and carry the content in the call and in the result.
 #include <fmt/format.h>
 
-#include <fstream>
-
 #include "host/paint/export.h"
 #include "host/tools/files_root.h"
 #include "host/tools/preview.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
+#include "orvex/core/safe_file.h"
 #include "orvex/core/text.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
@@ -36,11 +35,12 @@ std::string RelativeName(const TToolOptions& aOptions, const fs::path& aFile) {
     return fs::relative(aFile, fs::canonical(*aOptions.FilesRoot)).generic_string();
 }
 
-void WriteText(const fs::path& aFile, const std::string& aText) {
-    std::ofstream out(aFile, std::ios::binary | std::ios::trunc);
-    out << aText;
-    out.close();
-    if (!out) throw std::runtime_error(fmt::format("cannot write \"{}\"", aFile.filename().string()));
+void WriteText(const fs::path& aFile, std::string_view aText) {
+    // The message names the file as the agent knows it, not by the server's full path.
+    if (const auto written = WriteFileAtomic(aFile.string(), aText); !written)
+        throw std::runtime_error(
+            fmt::format("\"{}\"{}", aFile.filename().string(),
+                        std::string_view(written.Message).substr(aFile.string().size())));
 }
 
 TJSON Summary(const TORXBaseLabel& aDoc) {
@@ -62,7 +62,9 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
     const TQVLFileResult loaded = file ? LoadDrawingFile(file->string(), aDoc)
                                        : LoadDrawingText(aArgs["json"].get<std::string>(), "json", aDoc);
     if (!loaded) return ErrorResult(loaded.Message);
-    return StructuredResult(Summary(aDoc));
+    TJSON summary = Summary(aDoc);
+    if (!loaded.Warnings.empty()) summary["warnings"] = loaded.Warnings;
+    return StructuredResult(std::move(summary));
 }
 
 TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -86,7 +88,7 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
     if (!painted) return ErrorResult(fmt::format("the {} could not be painted: {}", aFormat, error));
     const std::string_view data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (file) {
-        WriteText(*file, std::string(data));
+        WriteText(*file, data);
         return StructuredResult(
             {{"path", RelativeName(aOptions, *file)}, {"format", aFormat}, {"bytes", bytes.size()}});
     }

@@ -16,6 +16,7 @@
 #include "orvex/agent/mcp_jsonrpc.h"
 #include "orvex/agent/mcp_server.h"
 #include "orvex/core/text.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 
@@ -38,33 +39,6 @@ std::string_view FindHeader(const TMCPHeaders& aHeaders, std::string_view aName)
 namespace {
 
 constexpr const char* kJsonType = "application/json";
-// Deeper documents are refused before parsing: writing them back out recurses once per level.
-constexpr std::size_t kMaxJsonDepth = 512;
-
-bool NestingWithin(std::string_view aText, std::size_t aLimit) {
-    std::size_t depth = 0;
-    bool inString = false;
-    bool escaped = false;
-    for (const char c : aText) {
-        if (inString) {
-            if (escaped) {
-                escaped = false;
-            } else if (c == '\\') {
-                escaped = true;
-            } else if (c == '"') {
-                inString = false;
-            }
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '[' || c == '{') {
-            if (++depth > aLimit) return false;
-        } else if ((c == ']' || c == '}') && depth > 0) {
-            --depth;
-        }
-    }
-    return true;
-}
-
 // Standard alphabet; padding optional; anything else makes the text invalid.
 bool DecodeBase64(std::string_view aText, std::string& aBytes) {
     static constexpr auto kValues = [] {
@@ -326,8 +300,8 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
         Send(aResponse, 400, R"({"error":"Empty request body"})");
         return;
     }
-    TJSON parsed = NestingWithin(body, kMaxJsonDepth) ? TJSON::parse(body, nullptr, false)
-                                                      : TJSON(TJSON::value_t::discarded);
+    // Deeper documents are refused before parsing: writing them back out recurses once per level.
+    TJSON parsed = ParseJsonOrDiscarded(body);
     if (parsed.is_discarded()) {
         SendJson(aResponse, 400, MakeError(TJSON(), MCPErrorCode::kParseError, "Parse error"));
         return;
