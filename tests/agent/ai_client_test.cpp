@@ -303,7 +303,7 @@ TEST_F(AIClient, SendFailuresCarryTheirExactTexts) {
     }
     // Only answers are logged, by status: never the key or the body.
     EXPECT_EQ(log, (std::vector<std::string>{"AI API status: 404", "AI API status: 500", "AI API status: 200",
-                                             "AI API status: 200"}));
+                                             "AI API status: 200", "AI API status: 200"}));
 }
 
 TEST_F(AIClient, UnknownProviderAndOversizedImagesAreRefusedBeforeSending) {
