@@ -71,10 +71,12 @@ int Chat(const TChatArgs& args) {
     }
 
     Orvex::TORXHeadlessLabel document;
-    if (const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document); !opened) {
+    const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document);
+    if (!opened) {
         fmt::print(stderr, "orvex: {}\n", opened.Message);
         return opened.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
+    PrintReadWarnings(opened.Warnings);
     Orvex::TORXMCPServer server;
     server.SetAIProvider(*provider);
     server.SetAIApiKey(env.ApiKey);

@@ -1,6 +1,9 @@
 #include "cli/commands.h"
 
+#include <fmt/format.h>
 #include <CLI/CLI.hpp>
+
+#include <cstdio>
 
 namespace OrvexCli {
 
@@ -20,6 +23,10 @@ void RegisterCommands(CLI::App& app, TCommandRegistry& commands) {
     RegisterServe(app, commands);
     RegisterChat(app, commands);
     RegisterEdit(app, commands);
+}
+
+void PrintReadWarnings(const std::vector<std::string>& warnings) {
+    for (const auto& warning : warnings) fmt::print(stderr, "orvex: warning: {}\n", warning);
 }
 
 }  // namespace OrvexCli

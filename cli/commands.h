@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,9 @@ class TCommandRegistry {
 };
 
 void RegisterCommands(CLI::App& app, TCommandRegistry& commands);
+
+// A drawing read with entries skipped: one "orvex: warning: ..." line each on stderr.
+void PrintReadWarnings(const std::vector<std::string>& warnings);
 
 // One per subcommand, in its own file.
 void RegisterReference(CLI::App& app, TCommandRegistry& commands);

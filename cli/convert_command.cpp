@@ -55,9 +55,13 @@ int Convert(const TConvertArgs& args) {
     Orvex::TORXBaseLabel& document = *owned;
     if (Orvex::QVLDiagramFormatFromExt(args.Input) != Orvex::TQVLDiagramFormat::dgAuto) {
         if (const int status = LoadDiagram(args.Input, document); status != kExitOk) return status;
-    } else if (const auto loaded = Orvex::LoadDrawingFile(args.Input, document); !loaded) {
-        fmt::print(stderr, "orvex: {}\n", loaded.Message);
-        return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+    } else {
+        const auto loaded = Orvex::LoadDrawingFile(args.Input, document);
+        if (!loaded) {
+            fmt::print(stderr, "orvex: {}\n", loaded.Message);
+            return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+        }
+        PrintReadWarnings(loaded.Warnings);
     }
     if (picture) return WritePicture(document, args.Output, args.Picture);
     if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {

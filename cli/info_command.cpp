@@ -15,10 +15,12 @@ namespace {
 
 int Info(const std::string& fileName) {
     Orvex::TORXHeadlessLabel document;
-    if (const auto loaded = Orvex::LoadDrawingFile(fileName, document); !loaded) {
+    const auto loaded = Orvex::LoadDrawingFile(fileName, document);
+    if (!loaded) {
         fmt::print(stderr, "orvex: {}\n", loaded.Message);
         return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
+    PrintReadWarnings(loaded.Warnings);
     const Orvex::TQVLDrawingSummary s = Orvex::SummarizeDrawing(document);
     const auto unit = Orvex::UnitFactor(s.Units);
     const auto inUnit = [unit](std::int64_t v) { return static_cast<double>(v) / static_cast<double>(unit); };

@@ -31,6 +31,7 @@
 #include "host/mcp_stdio.h"
 #include "orvex/agent/main_thread.h"
 #include "orvex/agent/mcp_server.h"
+#include "orvex/core/text.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
 
@@ -219,9 +220,36 @@ bool StartLiveView(Orvex::Host::TLiveView& aView, std::uint16_t aPort,
     return true;
 }
 
+// A token shorter than this is guessable by anyone who can reach a public address.
+constexpr std::size_t kMinPublicTokenLength = 32;
+
+bool IsLoopbackBind(std::string_view aAddress) {
+    const std::string_view address = Orvex::Trim(aAddress);
+    return Orvex::SameTextIgnoringCase(address, "127.0.0.1") ||
+           Orvex::SameTextIgnoringCase(address, "localhost") || Orvex::SameTextIgnoringCase(address, "::1");
+}
+
+// The token's refusals, before anything starts: an empty ORVEX_MCP_TOKEN is a mistake (a variable exported
+// without its value), not a wish to switch authentication off, and a public address needs a long token.
+// Returns the message, empty when the settings may be used.
+std::string CheckToken(const TServeArgs& args, const char* aToken) {
+    if (aToken != nullptr && Orvex::Trim(aToken).empty())
+        return "ORVEX_MCP_TOKEN is set but empty; give it a token, or unset it to serve loopback without one";
+    if (args.Stdio || IsLoopbackBind(args.Bind)) return {};
+    if (aToken == nullptr || std::string_view(aToken).size() < kMinPublicTokenLength)
+        return fmt::format("serving on {} needs ORVEX_MCP_TOKEN of at least {} characters", args.Bind,
+                           kMinPublicTokenLength);
+    return {};
+}
+
 int Serve(const TServeArgs& args) {
     if (args.SaveOnExit && args.Drawing.empty()) {
         fmt::print(stderr, "orvex: --save-on-exit needs --drawing FILE\n");
+        return kExitUsage;
+    }
+    const char* token = std::getenv("ORVEX_MCP_TOKEN");
+    if (const std::string refusal = CheckToken(args, token); !refusal.empty()) {
+        fmt::print(stderr, "orvex: {}\n", refusal);
         return kExitUsage;
     }
     Orvex::Host::TToolOptions tools;
@@ -234,10 +262,12 @@ int Serve(const TServeArgs& args) {
         tools.FilesRoot = std::filesystem::canonical(args.FilesRoot);
     }
     Orvex::TORXHeadlessLabel document;
-    if (const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document); !opened) {
+    const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document);
+    if (!opened) {
         fmt::print(stderr, "orvex: {}\n", opened.Message);
         return opened.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
     }
+    PrintReadWarnings(opened.Warnings);
 
     Orvex::TORXMCPServer server;
     server.SetPort(args.Port);
@@ -246,7 +276,7 @@ int Serve(const TServeArgs& args) {
     server.SetAllowedOrigins(args.AllowedOrigins);
     server.SetMaxRequestBytes(args.MaxRequestBytes);
     server.SetLogPayloads(args.LogPayloads);
-    if (const char* token = std::getenv("ORVEX_MCP_TOKEN"); token != nullptr) server.SetAuthToken(token);
+    if (token != nullptr) server.SetAuthToken(token);
     if (!args.InstructionsFile.empty()) {
         std::string text;
         if (!ReadWholeFile(args.InstructionsFile, text)) {
@@ -340,10 +370,12 @@ void RegisterServe(CLI::App& app, TCommandRegistry& commands) {
                            "Serve a drawing to AI agents over MCP (HTTP, or --stdio). The bearer token comes "
                            "from the environment variable ORVEX_MCP_TOKEN");
     sub->add_option("--port", args->Port, "TCP port; 0 picks a free one (default 3001)");
-    sub->add_option("--bind", args->Bind, "Address to listen on (default 127.0.0.1; others need a token)");
+    sub->add_option("--bind", args->Bind,
+                    "Address to listen on (default 127.0.0.1; others need a token of 32 characters or more)");
     sub->add_option("--endpoint", args->Endpoint, "The one path served (default /mcp)");
     sub->add_option("--allowed-origins", args->AllowedOrigins, "Extra browser origins, separated by \";\"");
-    sub->add_option("--max-request-bytes", args->MaxRequestBytes, "Largest request body; 0 for no limit");
+    sub->add_option("--max-request-bytes", args->MaxRequestBytes, "Largest request body; 0 for no limit")
+        ->check(CLI::NonNegativeNumber);
     sub->add_flag("--log-payloads", args->LogPayloads, "Log whole requests and responses to stderr");
     sub->add_option("--drawing", args->Drawing, "Drawing (.json) to open; a missing file starts empty");
     sub->add_flag("--save-on-exit", args->SaveOnExit, "Save the drawing to --drawing when the server stops");

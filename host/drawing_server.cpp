@@ -9,11 +9,13 @@ namespace Orvex::Host {
 
 TQVLFileResult OpenDrawing(const std::string& aFileName, TORXBaseLabel& aDocument) {
     std::error_code ec;
+    TQVLFileResult loaded;
     if (!aFileName.empty() && std::filesystem::exists(aFileName, ec)) {
-        if (auto loaded = LoadDrawingFile(aFileName, aDocument); !loaded) return loaded;
+        loaded = LoadDrawingFile(aFileName, aDocument);
+        if (!loaded) return loaded;
     }
     aDocument.Loaded();
-    return {};
+    return loaded;  // with the warnings of the read, if any
 }
 
 void BindDrawingServer(TORXMCPServer& aServer, TORXBaseLabel& aDocument, IMainThreadRunner& aRunner,

@@ -1,11 +1,14 @@
 #include "host/mcp_stdio.h"
 
+#include <fmt/format.h>
+
 #include <istream>
 #include <ostream>
+#include <string>
 
 #include "orvex/agent/mcp_jsonrpc.h"
 #include "orvex/agent/mcp_server.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex::Host {
 
@@ -30,7 +33,9 @@ std::optional<std::string> HandleJsonRpcLine(TORXMCPServer& aServer, std::string
         aLine.remove_suffix(1);
     if (aLine.find_first_not_of(" \t") == std::string_view::npos) return std::nullopt;
     try {
-        const TJSON request = TJSON::parse(aLine, nullptr, false);
+        // Depth is limited as for HTTP bodies: a request id nested 100,000 deep would parse, then overflow
+        // the stack when the answer echoes it.
+        const TJSON request = ParseJsonOrDiscarded(aLine);
         if (request.is_discarded())
             return DumpCompact(MakeError(nullptr, MCPErrorCode::kParseError, "Parse error"));
         if (request.is_array()) {
@@ -59,9 +64,52 @@ std::optional<std::string> HandleJsonRpcLine(TORXMCPServer& aServer, std::string
     }
 }
 
+namespace {
+
+// One line of at most aLimit bytes (without its newline) into aLine; a longer one is read to its end and
+// dropped, with aTooLong set, so that one huge message costs no more memory than the limit. False at the end
+// of the input when nothing was read.
+bool ReadBoundedLine(std::istream& aIn, std::size_t aLimit, std::string& aLine, bool& aTooLong) {
+    aLine.clear();
+    aTooLong = false;
+    std::streambuf* buffer = aIn.rdbuf();
+    bool any = false;
+    for (;;) {
+        const auto c = buffer->sbumpc();
+        if (c == std::char_traits<char>::eof()) {
+            aIn.setstate(std::ios::eofbit);
+            return any;
+        }
+        any = true;
+        if (c == '\n') return true;
+        if (aTooLong) continue;
+        if (aLine.size() >= aLimit) {
+            aTooLong = true;
+            aLine.clear();
+            aLine.shrink_to_fit();
+            continue;
+        }
+        aLine.push_back(std::char_traits<char>::to_char_type(c));
+    }
+}
+
+}  // namespace
+
 void ServeStdio(TORXMCPServer& aServer, std::istream& aIn, std::ostream& aOut) {
+    // The same limit as an HTTP body; without one, the limit of any JSON text the program reads.
+    const std::size_t limit =
+        aServer.MaxRequestBytes() > 0 ? static_cast<std::size_t>(aServer.MaxRequestBytes()) : kJSONMaxBytes;
     std::string line;
-    while (std::getline(aIn, line)) {
+    bool tooLong = false;
+    while (ReadBoundedLine(aIn, limit, line, tooLong)) {
+        if (tooLong) {
+            aServer.Log(fmt::format("MCP message over {} bytes refused", limit));
+            aOut << DumpCompact(MakeError(nullptr, MCPErrorCode::kInvalidRequest,
+                                          fmt::format("Request larger than {} bytes", limit)))
+                 << '\n';
+            aOut.flush();
+            continue;
+        }
         if (aServer.LogPayloads()) aServer.Log(">> " + line);
         const auto response = HandleJsonRpcLine(aServer, line);
         if (!response) continue;

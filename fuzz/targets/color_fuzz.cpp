@@ -4,8 +4,8 @@
 
 #include "fuzz/targets/fuzz_targets.h"
 #include "orvex/core/color.h"
-#include "orvex/io/json.h"
 #include "orvex/io/json_color.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex::Fuzz {
 
@@ -26,7 +26,7 @@ int FuzzColor(const std::uint8_t* aData, std::size_t aSize) {
     } catch (const std::invalid_argument&) {
     }
     // The JSON colour readers take whatever a drawing file holds under their keys.
-    const TJSON object = TJSON::parse(text, nullptr, false);
+    const TJSON object = ParseJsonOrDiscarded(text);
     if (object.is_object()) {
         (void)ParseJsonColor(object);
         (void)ParseJsColor(object);

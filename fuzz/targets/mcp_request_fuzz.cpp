@@ -1,13 +1,14 @@
-// The MCP server's HTTP pipeline on arbitrary requests, without sockets. The first byte picks the request's
-// shape (bit 0: the modern protocol's headers, bit 1: GET, bit 2: a foreign origin, bit 3: a text body
-// type); the rest is the body. Corpus files start with a printable digit so they stay readable: '1' is a
-// modern POST, '0' a classic one.
+// The MCP server's HTTP pipeline, and for a POST the stdio transport, on arbitrary requests, without sockets.
+// The first byte picks the request's shape (bit 0: the modern protocol's headers, bit 1: GET, bit 2: a
+// foreign origin, bit 3: a text body type); the rest is the body. Corpus files start with a printable digit
+// so they stay readable: '1' is a modern POST, '0' a classic one.
 #include <string>
 
 #include "fuzz/targets/fuzz_targets.h"
+#include "host/mcp_stdio.h"
 #include "orvex/agent/mcp_jsonrpc.h"
 #include "orvex/agent/mcp_server.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex::Fuzz {
 namespace {
@@ -34,7 +35,7 @@ TORXBaseLabel* StandInLabel() {
 // The Mcp-Method and Mcp-Name headers a modern client sends mirror the body, so that fuzzed bodies reach
 // the method handlers instead of stopping at header validation.
 void MirrorHeaders(const std::string& aBody, TMCPHeaders& aHeaders) {
-    const TJSON body = TJSON::parse(aBody, nullptr, false);
+    const TJSON body = ParseJsonOrDiscarded(aBody);
     if (!body.is_object()) return;
     if (const auto method = body.find("method"); method != body.end() && method->is_string())
         aHeaders.emplace_back("Mcp-Method", method->get<std::string>());
@@ -69,8 +70,12 @@ int FuzzMcpRequest(const std::uint8_t* aData, std::size_t aSize) {
     const TMCPHttpResponse response = server->DoCommandGet(request);
     FuzzCheck(response.Status >= 100 && response.Status < 600, "an impossible HTTP status");
     if (response.ContentType.starts_with("application/json") && !response.Body.empty())
-        FuzzCheck(!TJSON::parse(response.Body, nullptr, false).is_discarded(),
-                  "a JSON response that is not JSON");
+        FuzzCheck(!ParseJsonOrDiscarded(response.Body).is_discarded(), "a JSON response that is not JSON");
+    // The stdio transport reads the same body as one line and answers with one line of JSON, or nothing.
+    if (request.Method == "POST" && request.Body.find('\n') == std::string::npos) {
+        if (const auto line = Host::HandleJsonRpcLine(*server, request.Body))
+            FuzzCheck(!ParseJsonOrDiscarded(*line).is_discarded(), "a stdio answer that is not JSON");
+    }
     return 0;
 }
 

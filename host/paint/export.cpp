@@ -5,11 +5,11 @@
 #include <fmt/format.h>
 
 #include <cmath>
-#include <fstream>
 #include <memory>
 
 #include "host/paint/cairo_label.h"
 #include "host/paint/cairo_paint.h"
+#include "orvex/core/safe_file.h"
 #include "orvex/document/document.h"
 #include "orvex/io/json.h"
 
@@ -141,12 +141,9 @@ cairo_status_t AppendBytes(void* closure, const unsigned char* data, unsigned in
 }
 
 bool WriteFile(const std::string& fileName, const std::vector<std::uint8_t>& bytes, std::string& error) {
-    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (file)
-        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (file) file.close();
-    if (!file) {
-        error = fmt::format("{}: cannot be written", fileName);
+    const std::string_view data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (const auto written = WriteFileAtomic(fileName, data); !written) {
+        error = written.Message;
         return false;
     }
     return true;

@@ -2,14 +2,13 @@
 // files inside it; without one they refuse paths and carry the content in the call and in the result.
 #include <fmt/format.h>
 
-#include <fstream>
-
 #include "host/paint/export.h"
 #include "host/tools/files_root.h"
 #include "host/tools/preview.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
+#include "orvex/core/safe_file.h"
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
 #include "orvex/io/drawing_file.h"
@@ -61,11 +60,16 @@ std::string WriteFailure(const TToolOptions& aOptions, const fs::path& aFile) {
     return fmt::format("cannot write \"{}\": permission denied or the disk is full", name);
 }
 
-void WriteText(const TToolOptions& aOptions, const fs::path& aFile, const std::string& aText) {
-    std::ofstream out(aFile, std::ios::binary | std::ios::trunc);
-    out << aText;
-    out.close();
-    if (!out) throw EToolArgument(WriteFailure(aOptions, aFile));
+void WriteText(const TToolOptions& aOptions, const fs::path& aFile, std::string_view aText) {
+    const auto written = WriteFileAtomic(aFile.string(), aText);
+    if (written) return;
+    std::error_code ec;
+    if (!fs::is_directory(aFile.parent_path(), ec) || fs::is_directory(aFile, ec))
+        throw EToolArgument(WriteFailure(aOptions, aFile));
+    // The reason after the path: the caller knows the file by its name in the files folder, not by the
+    // server's full path.
+    const std::string_view reason = std::string_view(written.Message).substr(aFile.string().size());
+    throw EToolArgument(fmt::format("cannot write \"{}\"{}", RelativeName(aOptions, aFile), reason));
 }
 
 TJSON Summary(const TORXBaseLabel& aDoc) {
@@ -88,7 +92,9 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
     const TQVLFileResult loaded = file ? LoadDrawingFile(file->string(), aDoc)
                                        : LoadDrawingText(aArgs["json"].get<std::string>(), "json", aDoc);
     if (!loaded) return ErrorResult(loaded.Message);
-    return StructuredResult(Summary(aDoc));
+    TJSON summary = Summary(aDoc);
+    if (!loaded.Warnings.empty()) summary["warnings"] = loaded.Warnings;
+    return StructuredResult(std::move(summary));
 }
 
 TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -115,7 +121,7 @@ TJSON ExportPicture(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJS
     if (!painted) return ErrorResult(fmt::format("the {} could not be painted: {}", aFormat, error));
     const std::string_view data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (file) {
-        WriteText(aOptions, *file, std::string(data));
+        WriteText(aOptions, *file, data);
         return StructuredResult(
             {{"path", RelativeName(aOptions, *file)}, {"format", aFormat}, {"bytes", bytes.size()}});
     }

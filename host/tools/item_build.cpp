@@ -10,6 +10,7 @@
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
+#include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/link_items.h"
 
@@ -51,7 +52,7 @@ class TItemKeysCmd final : public TORXCmd {
     }
 
     void RestoreState() override {
-        const TJSON stored = TJSON::parse(fJsonText);
+        const TJSON stored = ParseJsonOrDiscarded(fJsonText);
         AddCommand(fItem);
         ReadSilently(*fItem, stored);
     }

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "orvex/agent/mcp_jsonrpc.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 
@@ -239,9 +240,14 @@ TAIResponse TMCPAIClient::Send(const TJSON& aOriginalMessages, std::string_view 
             failed.HttpStatus = http.Status;
             return failed;
         }
-        TJSON body = TJSON::parse(http.Body, nullptr, false);
+        TJSONTextResult parsed = ParseJsonText(http.Body);
+        TJSON body = std::move(parsed.Value);
         if (!body.is_object()) {
-            TAIResponse failed = Failure("Failed to parse API response");
+            // A text beyond the reader's limits says which limit, so that it is not taken for a garbled one.
+            const bool limited =
+                parsed.Error == TJSONTextError::jeTooDeep || parsed.Error == TJSONTextError::jeTooLarge;
+            TAIResponse failed = Failure(limited ? "Failed to parse API response: " + parsed.Message
+                                                 : std::string("Failed to parse API response"));
             failed.HttpStatus = http.Status;
             return failed;
         }
@@ -483,7 +489,7 @@ TAIResponse TMCPAIClient::ParseOpenAIResponse(const TJSON& aBody) {
                 call.Name = StringMember(*function, "name");
                 arguments = StringMember(*function, "arguments");
             }
-            TJSON parsed = TJSON::parse(arguments.empty() ? std::string("{}") : arguments, nullptr, false);
+            TJSON parsed = ParseJsonOrDiscarded(arguments.empty() ? std::string_view("{}") : arguments);
             // Arguments that are not an object cannot be handed to a tool; it sees none and says what it
             // missed.
             call.Arguments = OwnToolArguments(parsed.is_object() ? std::move(parsed) : TJSON::object());

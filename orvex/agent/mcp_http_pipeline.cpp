@@ -16,6 +16,7 @@
 #include "orvex/agent/mcp_jsonrpc.h"
 #include "orvex/agent/mcp_server.h"
 #include "orvex/core/text.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 
@@ -38,33 +39,6 @@ std::string_view FindHeader(const TMCPHeaders& aHeaders, std::string_view aName)
 namespace {
 
 constexpr const char* kJsonType = "application/json";
-// Deeper documents are refused before parsing: writing them back out recurses once per level.
-constexpr std::size_t kMaxJsonDepth = 512;
-
-bool NestingWithin(std::string_view aText, std::size_t aLimit) {
-    std::size_t depth = 0;
-    bool inString = false;
-    bool escaped = false;
-    for (const char c : aText) {
-        if (inString) {
-            if (escaped) {
-                escaped = false;
-            } else if (c == '\\') {
-                escaped = true;
-            } else if (c == '"') {
-                inString = false;
-            }
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '[' || c == '{') {
-            if (++depth > aLimit) return false;
-        } else if ((c == ']' || c == '}') && depth > 0) {
-            --depth;
-        }
-    }
-    return true;
-}
-
 // JSON text cannot hold a raw NUL (inside a string it is written \u0000), but the parser takes one for the
 // end of its input and would accept `{valid}\0junk` as `{valid}`.
 bool HoldsNul(std::string_view aText) {
@@ -401,8 +375,8 @@ void TORXMCPServer::HandleBody(const TMCPHttpRequest& aRequest, std::string_view
                            fmt::format("Batch too large: at most {} requests", fMaxBatchRequests)));
         return;
     }
-    TJSON parsed = NestingWithin(body, kMaxJsonDepth) && !HoldsNul(body) ? TJSON::parse(body, nullptr, false)
-                                                                         : TJSON(TJSON::value_t::discarded);
+    // Deeper documents are refused before parsing: writing them back out recurses once per level.
+    TJSON parsed = HoldsNul(body) ? TJSON(TJSON::value_t::discarded) : ParseJsonOrDiscarded(body);
     if (parsed.is_discarded()) {
         SendJson(aResponse, 400, MakeError(TJSON(), MCPErrorCode::kParseError, "Parse error"));
         return;

@@ -14,7 +14,7 @@
 #include <system_error>
 
 #include "orvex/core/text.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 namespace {
@@ -135,6 +135,11 @@ std::string_view PathEasingName(TPathEasing value) {
 TPathFileResult ParsePathFile(std::string_view text) {
     TPathFileResult result;
     TJSON root;
+    // Only the depth is checked ahead: the library's own message says where a syntax error is.
+    if (!JsonTextNestingWithin(text, kJSONMaxDepth)) {
+        result.Error = fmt::format("the path file is not read: nested deeper than {} levels", kJSONMaxDepth);
+        return result;
+    }
     try {
         root = TJSON::parse(text);
     } catch (const TJSON::parse_error& e) {

@@ -34,6 +34,25 @@ std::int64_t RoundHalfEven(double x) {
     return SaturatingToInt64(std::nearbyint(x));
 }
 
+std::int64_t SatAdd(std::int64_t a, std::int64_t b) {
+    std::int64_t r = 0;
+    if (!__builtin_add_overflow(a, b, &r)) return r;
+    return b > 0 ? std::numeric_limits<std::int64_t>::max() : std::numeric_limits<std::int64_t>::min();
+}
+
+std::int64_t SatSub(std::int64_t a, std::int64_t b) {
+    std::int64_t r = 0;
+    if (!__builtin_sub_overflow(a, b, &r)) return r;
+    return b < 0 ? std::numeric_limits<std::int64_t>::max() : std::numeric_limits<std::int64_t>::min();
+}
+
+std::int64_t SatMul(std::int64_t a, std::int64_t b) {
+    std::int64_t r = 0;
+    if (!__builtin_mul_overflow(a, b, &r)) return r;
+    return (a < 0) == (b < 0) ? std::numeric_limits<std::int64_t>::max()
+                              : std::numeric_limits<std::int64_t>::min();
+}
+
 std::int64_t QVRound(float x) {
     const double value = static_cast<double>(x);
     const double whole = std::trunc(value);

@@ -19,7 +19,21 @@ std::int64_t MathRound(double x);  // half away from zero
 // a x b / c with a 64-bit product, rounded half away from zero; -1 when c is 0 or the result overflows.
 std::int32_t MulDiv(std::int32_t a, std::int32_t b, std::int32_t c);
 
-double RoundTo3Decimals(double x);  // the precision of numbers in drawing files, half to even
+double RoundTo3Decimals(double x);
+
+// Coordinates and lengths in base units stay within +-kMaxCoord (2^60 micrometres, over a billion
+// kilometres): a value read from a file or a tool is clamped once on the way in, so that the sum or the
+// difference of two never overflows 64 bits and every output (JSON, SVG, painting) shows the same number.
+inline constexpr std::int64_t kMaxCoord = std::int64_t{1} << 60;
+constexpr std::int64_t ClampCoord(std::int64_t v) {
+    return v > kMaxCoord ? kMaxCoord : v < -kMaxCoord ? -kMaxCoord : v;
+}
+// Saturating 64-bit arithmetic for extents derived from coordinates (a box's far corner, a text's height):
+// the result sticks at the 64-bit range instead of wrapping.
+std::int64_t SatAdd(std::int64_t a, std::int64_t b);
+std::int64_t SatSub(std::int64_t a, std::int64_t b);
+std::int64_t SatMul(std::int64_t a,
+                    std::int64_t b);  // the precision of numbers in drawing files, half to even
 
 // Exact along an axis; otherwise the Euclidean length rounded half to even.
 std::int64_t Distance(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2);

@@ -75,7 +75,7 @@ TORXPlantUMLParser::TPumlKind TORXPlantUMLParser::KindFromMarker(std::string_vie
 
 bool TORXPlantUMLParser::IsStructureRelation(std::string_view aLine) {
     TPumlRelation relation;
-    return ParsePumlRelation(aLine, relation) && !relation.SequenceLike;
+    return ParsePumlRelation(aLine, relation);
 }
 
 TORXPlantUMLParser::TPumlKind TORXPlantUMLParser::DetectKind(const TLines& aLines) {

@@ -44,8 +44,9 @@ class TORXPlantUMLParser {
     // The kind named by a start marker other than the plain one; pkUnknown when there is none.
     static TPumlKind KindFromMarker(std::string_view aText);
     // True for a relation between two names as class, component and use-case diagrams write them
-    // ("A <|-- B : label", "[Web] ..> [Db]"). A plain "->" or "-->" between bare names is also a sequence
-    // message, so it does not count: a sequence diagram without message texts stays a sequence diagram.
+    // ("A <|-- B : label", "[Web] ..> [Db]", "Bob --> Alice"). A sequence message always carries ": text",
+    // and such lines are recognised as messages before this test, so a plain arrow without a text is a
+    // relation: it makes the text a structure diagram.
     static bool IsStructureRelation(std::string_view aLine);
 
     static void ParseSequence(const TLines& aLines, TORXDiagramModel& aModel);

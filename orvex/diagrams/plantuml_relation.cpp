@@ -19,10 +19,6 @@ TQVLDiagEdgeArrow MarkOf(std::string_view mark) {
     return TQVLDiagEdgeArrow::eaNone;
 }
 
-bool IsBareName(std::string_view name) {
-    return !name.empty() && name[0] != '[' && name[0] != '(' && name[0] != '"';
-}
-
 }  // namespace
 
 std::string PumlName(std::string_view aName) {
@@ -46,10 +42,6 @@ bool ParsePumlRelation(std::string_view aLine, TPumlRelation& aRelation) {
     aRelation.Dotted = body.find('.') != std::string_view::npos;
     aRelation.TailMark = MarkOf(tail);
     aRelation.HeadMark = MarkOf(head);
-    const bool plainBody = body == "-" || body == "--";
-    aRelation.SequenceLike = plainBody && (tail.empty() || tail == "<") && (head.empty() || head == ">") &&
-                             !(tail.empty() && head.empty()) && IsBareName(m.Group(1)) &&
-                             IsBareName(m.Group(5));
     return !aRelation.From.empty() && !aRelation.To.empty();
 }
 

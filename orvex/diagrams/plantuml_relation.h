@@ -16,9 +16,6 @@ struct TPumlRelation {
     bool Dotted = false;
     TQVLDiagEdgeArrow TailMark = TQVLDiagEdgeArrow::eaNone;  // the mark at From
     TQVLDiagEdgeArrow HeadMark = TQVLDiagEdgeArrow::eaNone;  // the mark at To
-    // A plain "->", "-->", "<-" or "<->" between bare names: also a sequence message, so it alone does not
-    // make a text a class diagram.
-    bool SequenceLike = false;
 };
 
 // Accepts "A --> B", "A <|-- B", "A \"1\" *-- \"many\" B : has", "[Web] ..> [Db]", "(Use) -up-> (Other)".

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <algorithm>
 
+#include "orvex/core/numeric.h"
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
@@ -128,7 +129,8 @@ float TORXBaseItem::GetPointMMY(std::int32_t index) const {
     return GetBaseValue(GetPointY(index));
 }
 
-void TORXBaseItem::SetPoint(std::int32_t index, const TQVLPto& p) {
+void TORXBaseItem::SetPoint(std::int32_t index, const TQVLPto& aPoint) {
+    const TQVLPto p{Qvl::Utils::ClampCoord(aPoint.X), Qvl::Utils::ClampCoord(aPoint.Y)};
     if (index < 1 || index > static_cast<std::int32_t>(fPoints.size())) return;
     auto& point = fPoints[static_cast<std::size_t>(index - 1)];
     if (point == p) return;
@@ -139,6 +141,7 @@ void TORXBaseItem::SetPoint(std::int32_t index, const TQVLPto& p) {
 }
 
 void TORXBaseItem::SetPointX(std::int32_t index, std::int64_t x) {
+    x = Qvl::Utils::ClampCoord(x);
     if (index < 1 || index > static_cast<std::int32_t>(fPoints.size())) return;
     auto& point = fPoints[static_cast<std::size_t>(index - 1)];
     if (point.X == x) return;
@@ -149,6 +152,7 @@ void TORXBaseItem::SetPointX(std::int32_t index, std::int64_t x) {
 }
 
 void TORXBaseItem::SetPointY(std::int32_t index, std::int64_t y) {
+    y = Qvl::Utils::ClampCoord(y);
     if (index < 1 || index > static_cast<std::int32_t>(fPoints.size())) return;
     auto& point = fPoints[static_cast<std::size_t>(index - 1)];
     if (point.Y == y) return;

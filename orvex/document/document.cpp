@@ -492,6 +492,13 @@ void TORXBaseLabel::SetEditorMode(TQVLEditorMode mode) {
 void TORXBaseLabel::SetUnits(TQVLUnits units) {
     if (units == fMeasure.fUnits) return;
     fMeasure.fUnits = units;
+    // A dimension shows its measure in the document's unit: its text, and the box the text takes, are
+    // recomputed now, so that the painted text and the SVG (which measures afresh) agree.
+    for (const auto& item : fItems)
+        if (item->ItemType() == TQVLItemType::itDim) {
+            item->UpdateBounds();
+            InvalidatePickIndex(item.get());
+        }
     ChangeState(TOrvexState::lsUpdateMeasure);
 }
 

@@ -282,6 +282,9 @@ class TORXBaseLabel {
     TJSON GetJson() const;                             // a new object; the caller owns it
     std::string GetJsonString(int indent = -1) const;  // compact with -1
     void ReadJson(const TJSON& obj);
+    // What the last ReadJson could not use and skipped (an entry of "Items" that is no object or of a kind
+    // unknown here, a symbol nested too deep), one line each naming the entry; empty after a clean read.
+    const std::vector<std::string>& ReadWarnings() const { return fReadWarnings; }
     // The whole drawing as SVG: scale multiplies its size on paper (<= 0 counts as 1); flag paints the
     // background surface's colour under the items.
     std::string SVG(TQVLExportSVG kind, float scale, bool flag) const;
@@ -377,6 +380,7 @@ class TORXBaseLabel {
     std::unordered_set<const TORXBaseItem*> fPendingCalcSet;  // the same items, for the duplicate check
     std::vector<std::unique_ptr<TORXCounter>> fCounters;
     std::string fClipboard;
+    std::vector<std::string> fReadWarnings;
     std::vector<std::unique_ptr<TORXCmd>> fUndoStack;
     std::vector<std::unique_ptr<TORXCmd>> fRedoStack;
     bool fUndoing = false;

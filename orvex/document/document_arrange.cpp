@@ -28,8 +28,9 @@ void TORXBaseLabel::BringToFront() {
     EndUpdate();
 }
 
+// Always sorts: a read ends with it, so a file listing an item of layer 2 before one of layer 1 still paints
+// layer 1 first. The layer-order flag only decides whether later layer changes sort again by themselves.
 void TORXBaseLabel::SortItemsZLayer() {
-    if (!fLayerZOrder) return;
     std::stable_sort(fItems.begin(), fItems.end(), [this](const auto& a, const auto& b) {
         return LayerIdx(a->Layer()) < LayerIdx(b->Layer());
     });

@@ -7,7 +7,7 @@
 #include "orvex/document/document.h"
 #include "orvex/document/editor_tools.h"
 #include "orvex/document/undo_commands.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 
 namespace Orvex {
@@ -52,7 +52,7 @@ void TORXEditor::MoveItemTo(TORXBaseItem* item, std::int32_t index) {
 }
 
 void TORXEditor::Paste() {
-    const TJSON items = TJSON::parse(fDoc.fClipboard, nullptr, false);
+    const TJSON items = ParseJsonOrDiscarded(fDoc.fClipboard);
     if (!items.is_array() || items.empty()) return;
     if (fPastedFrom != fDoc.fClipboard) fPasteCount = 0, fPastedFrom = fDoc.fClipboard;
     ++fPasteCount;

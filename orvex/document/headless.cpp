@@ -1,6 +1,6 @@
 #include "orvex/document/headless.h"
 
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/line_items.h"
 #include "orvex/items/link_items.h"
@@ -12,16 +12,22 @@
 namespace Orvex {
 
 namespace {
-// What obj holds beyond the keys the item itself writes.
-std::string KindKeys(const TJSON& obj, const TJSON& written) {
+// What obj holds beyond the keys the item itself writes; a value nested too deep to write back is left out.
+// A symbol has no angle, colour or pen width of its own (its parts carry them): those keys in its object are
+// not kept either, or they would come back out of a kind that never writes them.
+std::string KindKeys(const TJSON& obj, const TJSON& written, TQVLItemType type) {
+    const auto commonLeftOut = [type](const std::string& aKey) {
+        return type == TQVLItemType::itSymbol && (aKey == "Angle" || aKey == "Color" || aKey == "PenWidth");
+    };
     TJSON extra = TJSON::object();
     for (const auto& [key, value] : obj.items())
-        if (!written.contains(key)) extra[key] = value;
+        if (!written.contains(key) && !commonLeftOut(key) && JsonTreeNestingWithin(value, kJSONMaxDepth))
+            extra[key] = value;
     return extra.dump();
 }
 
 void AppendKindKeys(TJSON& obj, const std::string& text) {
-    const TJSON extra = TJSON::parse(text, nullptr, false);
+    const TJSON extra = ParseJsonOrDiscarded(text);
     if (!extra.is_object()) return;
     for (const auto& [key, value] : extra.items()) obj[key] = value;
 }
@@ -35,7 +41,7 @@ TJSON TORXHeadlessPoint::WriteJson() const {
 
 void TORXHeadlessPoint::ReadJson(std::int32_t version, const TJSON& obj) {
     TORXBasePoint::ReadJson(version, obj);
-    if (obj.is_object()) fKindKeys = KindKeys(obj, TORXBasePoint::WriteJson());
+    if (obj.is_object()) fKindKeys = KindKeys(obj, TORXBasePoint::WriteJson(), ItemType());
 }
 
 TJSON TORXHeadlessBox::WriteJson() const {
@@ -46,7 +52,7 @@ TJSON TORXHeadlessBox::WriteJson() const {
 
 void TORXHeadlessBox::ReadJson(std::int32_t version, const TJSON& obj) {
     TORX2DItem::ReadJson(version, obj);
-    if (obj.is_object()) fKindKeys = KindKeys(obj, TORX2DItem::WriteJson());
+    if (obj.is_object()) fKindKeys = KindKeys(obj, TORX2DItem::WriteJson(), ItemType());
 }
 
 void TORXHeadlessBox::UpdateBounds() {

@@ -1,7 +1,7 @@
 #include "orvex/document/undo_commands.h"
 
 #include "orvex/document/document.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 
@@ -193,7 +193,7 @@ void TORXDeleteCmd::StoreState() {
 }
 
 void TORXDeleteCmd::RestoreState() {
-    const TJSON obj = TJSON::parse(fJsonText, nullptr, false);
+    const TJSON obj = ParseJsonOrDiscarded(fJsonText);
     TORXBaseItem* item = fDocument->RecreateItem(obj, fIndex);
     if (item == nullptr) return;
     // The inverse commands of this undo or redo land on the other stack; the ones still waiting on the

@@ -3,39 +3,45 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
+#include "orvex/core/safe_file.h"
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 
 namespace Orvex {
 
 TQVLFileResult LoadDrawingText(const std::string& text, const std::string& name, TORXBaseLabel& document) {
-    const TJSON obj = TJSON::parse(text, nullptr, false);
-    if (obj.is_discarded()) return {TQVLFileError::feNotJson, fmt::format("{}: not a JSON document", name)};
-    if (!obj.is_object()) return {TQVLFileError::feNotObject, fmt::format("{}: not a JSON object", name)};
-    document.ReadJson(obj);
-    return {};
+    const TJSONTextResult parsed = ParseJsonText(text);
+    switch (parsed.Error) {
+        case TJSONTextError::jeNone:
+            break;
+        case TJSONTextError::jeSyntax:
+            return {TQVLFileError::feNotJson, fmt::format("{}: not a JSON document", name), {}};
+        case TJSONTextError::jeTooDeep:
+        case TJSONTextError::jeTooLarge:
+            return {TQVLFileError::feLimit, fmt::format("{}: not read: {}", name, parsed.Message), {}};
+    }
+    if (!parsed.Value.is_object())
+        return {TQVLFileError::feNotObject, fmt::format("{}: not a JSON object", name), {}};
+    document.ReadJson(parsed.Value);
+    TQVLFileResult result;
+    for (const std::string& warning : document.ReadWarnings())
+        result.Warnings.push_back(fmt::format("{}: {}", name, warning));
+    return result;
 }
 
 TQVLFileResult LoadDrawingFile(const std::string& fileName, TORXBaseLabel& document) {
-    std::ifstream file(fileName, std::ios::binary);
-    if (!file) return {TQVLFileError::feRead, fmt::format("{}: cannot be read", fileName)};
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (file.bad()) return {TQVLFileError::feRead, fmt::format("{}: cannot be read", fileName)};
-    return LoadDrawingText(text.str(), fileName, document);
+    std::string text;
+    if (const auto read = ReadRegularFile(fileName, kJSONMaxBytes, text); !read)
+        return {TQVLFileError::feRead, read.Message, {}};
+    return LoadDrawingText(text, fileName, document);
 }
 
 TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel& document, int indent) {
     const std::string text = document.GetJsonString(indent) + "\n";
-    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (!file) return {TQVLFileError::feWrite, fmt::format("{}: cannot be written", fileName)};
-    file << text;
-    file.close();
-    if (!file) return {TQVLFileError::feWrite, fmt::format("{}: cannot be written", fileName)};
+    if (const auto written = WriteFileAtomic(fileName, text); !written)
+        return {TQVLFileError::feWrite, written.Message, {}};
     return {};
 }
 
@@ -47,8 +53,9 @@ TQVLDrawingFormat DrawingFormatFromExt(const std::string& fileName) {
 }
 
 TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& document) {
-    if (!document.SaveSVG(fileName, TQVLExportSVG::esFile, 1.0f, true))
-        return {TQVLFileError::feWrite, fmt::format("{}: cannot be written", fileName)};
+    const std::string text = document.SVG(TQVLExportSVG::esFile, 1.0f, true);
+    if (const auto written = WriteFileAtomic(fileName, text); !written)
+        return {TQVLFileError::feWrite, written.Message, {}};
     return {};
 }
 
@@ -61,7 +68,8 @@ TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& d
         case TQVLDrawingFormat::dfUnknown:
             break;
     }
-    return {TQVLFileError::feWrite, fmt::format("{}: unknown output format (use .json or .svg)", fileName)};
+    return {
+        TQVLFileError::feWrite, fmt::format("{}: unknown output format (use .json or .svg)", fileName), {}};
 }
 
 TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document) {

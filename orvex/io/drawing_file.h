@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "orvex/core/types.h"
 #include "orvex/document/document_types.h"
@@ -13,18 +14,23 @@ namespace Orvex {
 
 class TORXBaseLabel;
 
-enum class TQVLFileError : std::uint8_t { feNone, feRead, feNotJson, feNotObject, feWrite };
+// feLimit: the text is valid so far but nests deeper or runs longer than a drawing may
+// (orvex/io/json_text.h).
+enum class TQVLFileError : std::uint8_t { feNone, feRead, feNotJson, feNotObject, feWrite, feLimit };
 
 struct TQVLFileResult {
     TQVLFileError Error = TQVLFileError::feNone;
-    std::string Message;  // names the file and the problem; empty on success
+    std::string Message;                // names the file and the problem; empty on success
+    std::vector<std::string> Warnings;  // a drawing read with entries skipped: one line naming each
     explicit operator bool() const { return Error == TQVLFileError::feNone; }
 };
 
-// Reads the drawing into document; on any failure the document is left as it was.
+// Reads the drawing into document; on any failure the document is left as it was. Only a regular file is
+// read (a FIFO or device would block or never end).
 TQVLFileResult LoadDrawingFile(const std::string& fileName, TORXBaseLabel& document);
 TQVLFileResult LoadDrawingText(const std::string& text, const std::string& name, TORXBaseLabel& document);
-// Indented text with a final newline (indent < 0: compact).
+// Indented text with a final newline (indent < 0: compact). Every writer here replaces the file whole or
+// not at all (orvex/core/safe_file.h): a failed or interrupted save leaves the old file as it was.
 TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel& document, int indent = 2);
 
 // What a file name's extension (ignoring case) asks a drawing to be written as.

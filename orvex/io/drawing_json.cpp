@@ -1,10 +1,12 @@
 // The drawing file: the envelope, the document-level objects and the arrays of symbols, layers,
 // dimension styles, counters and items. Lengths in the sub-objects are millimetres; points are in the
 // document's unit.
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "orvex/document/document.h"
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/messages/messages.h"
 
@@ -12,6 +14,30 @@ namespace Orvex {
 
 namespace {
 using U = TJSONUtils;
+
+// How a reader's warning names a value that is not what it should be.
+std::string_view JsonKindName(const TJSON& value) {
+    switch (value.type()) {
+        case TJSON::value_t::null:
+            return "null";
+        case TJSON::value_t::object:
+            return "an object";
+        case TJSON::value_t::array:
+            return "an array";
+        case TJSON::value_t::string:
+            return "a string";
+        case TJSON::value_t::boolean:
+            return "a Boolean";
+        case TJSON::value_t::number_integer:
+        case TJSON::value_t::number_unsigned:
+        case TJSON::value_t::number_float:
+            return "a number";
+        case TJSON::value_t::binary:
+        case TJSON::value_t::discarded:
+            break;
+    }
+    return "an unusable value";
+}
 
 constexpr std::int32_t kAngleVersion = 3100;  // files before it stored no document angle
 
@@ -245,7 +271,20 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
     ReadBackSurf(U::GetObject(obj, "BackSurface"), fBackSurf);
     ReadSettings(U::GetObject(obj, "Settings"), fSettings);
     ReadData(U::GetObject(obj, "Data"), fData);
-    for (const auto& element : U::GetArray(obj, "Symbols")) AddSymbol()->ReadJson(element);
+    fReadWarnings.clear();
+    std::size_t index = 0;
+    for (const auto& element : U::GetArray(obj, "Symbols")) {
+        // The symbol keeps its object as text; one nested beyond what a reader takes could not be written
+        // back out, so it is kept empty, as a non-object is.
+        if (!JsonTreeNestingWithin(element, kJSONMaxDepth))
+            fReadWarnings.push_back(
+                fmt::format("Symbols[{}] nests deeper than {} levels; read as empty", index, kJSONMaxDepth));
+        else if (!element.is_object())
+            fReadWarnings.push_back(
+                fmt::format("Symbols[{}] is {}, not an object; read as empty", index, JsonKindName(element)));
+        AddSymbol()->ReadJson(element);
+        ++index;
+    }
     for (const auto& element : U::GetArray(obj, "Layers")) {
         fLayers.push_back(std::make_unique<TORXLayer>(this, std::string{}));
         fLayers.back()->ReadJson(version, element);
@@ -262,11 +301,22 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
     }
     if (fDimStyles.empty()) ResetDimStyles();
     for (const auto& element : U::GetArray(obj, "Counters")) AddCounter()->ReadJson(version, element);
+    index = 0;
     for (const auto& element : U::GetArray(obj, "Items")) {
+        const std::size_t at = index++;
+        if (!element.is_object()) {
+            fReadWarnings.push_back(
+                fmt::format("Items[{}] is {}, not an item object; skipped", at, JsonKindName(element)));
+            continue;
+        }
         const std::int64_t type = U::GetInt(element, "Type");
-        if (type < 0 || type > 255) continue;
-        TORXBaseItem* item = CreateItem(static_cast<TQVLItemType>(type));
-        if (item == nullptr) continue;     // a kind this family does not know
+        TORXBaseItem* item = type >= 0 && type <= 255 ? CreateItem(static_cast<TQVLItemType>(type)) : nullptr;
+        if (item == nullptr) {  // a kind this family does not know
+            const std::string name = U::GetString(element, "TypeName");
+            fReadWarnings.push_back(fmt::format("Items[{}] has the unknown item type {}{}; skipped", at, type,
+                                                name.empty() ? "" : fmt::format(" (\"{}\")", name)));
+            continue;
+        }
         item->ReadJson(version, element);  // kinds with derived values queue their own recalculation
     }
     EndRead(true);

@@ -4,8 +4,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 
+#include "orvex/core/safe_file.h"
 #include "orvex/document/document.h"
 #include "orvex/items/svg_style.h"
 
@@ -101,11 +101,7 @@ std::string TORXBaseLabel::SVG(TQVLExportSVG kind, float scale, bool flag) const
 }
 
 bool TORXBaseLabel::SaveSVG(const std::string& fileName, TQVLExportSVG kind, float scale, bool flag) const {
-    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (!file) return false;
-    file << SVG(kind, scale, flag);
-    file.close();
-    return static_cast<bool>(file);
+    return static_cast<bool>(WriteFileAtomic(fileName, SVG(kind, scale, flag)));
 }
 
 }  // namespace Orvex

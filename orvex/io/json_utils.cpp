@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "orvex/core/numeric.h"
 #include "orvex/document/layer.h"
 #include "orvex/io/json.h"
 
@@ -95,7 +96,7 @@ double TJSONUtils::BaseToMM(std::int64_t value) {
 }
 
 std::int64_t TJSONUtils::MMToBase(double mm) {
-    return RoundHalfEven(mm * 1000.0);
+    return Qvl::Utils::ClampCoord(RoundHalfEven(mm * 1000.0));
 }
 
 double TJSONUtils::BaseToUnit(std::int64_t value, TQVLUnits unit) {
@@ -103,7 +104,7 @@ double TJSONUtils::BaseToUnit(std::int64_t value, TQVLUnits unit) {
 }
 
 std::int64_t TJSONUtils::UnitToBase(double value, TQVLUnits unit) {
-    return RoundHalfEven(value * static_cast<double>(UnitFactor(unit)));
+    return Qvl::Utils::ClampCoord(RoundHalfEven(value * static_cast<double>(UnitFactor(unit))));
 }
 
 TJSON TJSONUtils::SetStrings(const std::vector<std::string>& list) {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
 #include "orvex/items/svg_style.h"
@@ -189,7 +189,7 @@ std::string TORXBasePoly::GetTextProp(std::uint16_t p) const {
 
 void TORXBasePoly::SetTextProp(std::uint16_t p, const std::string& v) {
     if (p != PolyProp::kItems) return TPropItem::SetTextProp(p, v);
-    const TJSON obj = TJSON{{"Items", TJSON::parse(v, nullptr, false)}};
+    const TJSON obj = TJSON{{"Items", ParseJsonOrDiscarded(v)}};
     SetItems(U::GetStrings(obj, "Items"));
 }
 

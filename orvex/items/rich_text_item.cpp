@@ -8,7 +8,7 @@
 
 #include "orvex/core/text.h"
 
-#include "orvex/io/json.h"
+#include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
 #include "orvex/items/svg_style.h"
@@ -219,7 +219,7 @@ std::string TORXBaseRichText::GetTextProp(std::uint16_t p) const {
 void TORXBaseRichText::SetTextProp(std::uint16_t p, const std::string& v) {
     if (!IsContent(p)) return TPropItem::SetTextProp(p, v);
     if (v == ContentState(fRichText, fFont)) return;
-    const TJSON state = TJSON::parse(v, nullptr, false);
+    const TJSON state = ParseJsonOrDiscarded(v);
     TORXTxtCmd::AddCommand(this, p);
     fRichText = U::GetString(state, "Text");
     fFont = U::GetFont(U::GetObject(state, "Font"));

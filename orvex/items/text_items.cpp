@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "orvex/core/numeric.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
@@ -18,8 +19,9 @@ namespace Orvex {
 namespace {
 using U = TJSONUtils;
 
+// Sizes go through the clamp that coordinates do, so a text's extent can be added to its position.
 std::int64_t MM(float mm) {
-    return SetBaseValue(mm);
+    return Qvl::Utils::ClampCoord(SetBaseValue(mm));
 }
 
 template <class E>
@@ -317,12 +319,19 @@ void TORXBaseText::UpdatePoints() {
     std::int64_t width = 0;
     for (const auto& line : lines) width = std::max(width, metrics.TextWidth(line, fFont));
     width = static_cast<std::int64_t>(static_cast<double>(width) * Scale());
-    if (fDispWidth > 0.0f) width = MM(fDispWidth) - 2 * MM(fPaddingX);
-    const std::int64_t w = width + 2 * MM(fPaddingX);
-    const std::int64_t h =
-        static_cast<std::int64_t>(lines.size()) * metrics.LineHeight(fFont) + 2 * MM(fPaddingY);
+    // A text far out (Y = 1e300 in a file) or absurdly large saturates at the coordinate range instead of
+    // wrapping round to the other side of the drawing.
+    using Qvl::Utils::SatAdd;
+    using Qvl::Utils::SatMul;
+    const std::int64_t padX = SatMul(2, MM(fPaddingX));
+    if (fDispWidth > 0.0f) width = Qvl::Utils::SatSub(MM(fDispWidth), padX);
+    const std::int64_t w = Qvl::Utils::ClampCoord(SatAdd(width, padX));
+    const std::int64_t h = Qvl::Utils::ClampCoord(
+        SatAdd(SatMul(static_cast<std::int64_t>(lines.size()), metrics.LineHeight(fFont)),
+               SatMul(2, MM(fPaddingY))));
     const bool turned = fAngle == TQVLAngle::ag90 || fAngle == TQVLAngle::ag270;
-    fPoints[1] = TQVLPto{fPoints[0].X + (turned ? h : w), fPoints[0].Y + (turned ? w : h)};
+    fPoints[1] = TQVLPto{Qvl::Utils::ClampCoord(SatAdd(fPoints[0].X, turned ? h : w)),
+                         Qvl::Utils::ClampCoord(SatAdd(fPoints[0].Y, turned ? w : h))};
     fBoundsRect = Box();
 }
 

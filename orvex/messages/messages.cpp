@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "orvex/core/safe_file.h"
 #include "orvex/core/text.h"
 #include "orvex/messages/builtin_messages.h"
 #include "orvex/messages/ini_text.h"
@@ -157,11 +158,7 @@ bool TORXMsg::SaveToIniFile(const std::string& fileName) {
             if (GroupOfKey(key) == group)
                 out << std::string_view(key).substr(kPrefixLength) << '=' << text << '\n';
     }
-    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (!file) return false;
-    file << out.str();
-    file.close();
-    return !file.fail();
+    return static_cast<bool>(WriteFileAtomic(fileName, out.str()));
 }
 
 std::vector<TORXMsgGroup> TORXMsg::GetGroups() {

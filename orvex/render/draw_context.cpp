@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "orvex/core/numeric.h"
+
 namespace Orvex {
 namespace {
 
@@ -120,10 +122,10 @@ float TQVLPto::DrawY(const Orvex::TORXBaseDraw& surface) const {
     return surface.GetDrawY(Y);
 }
 float TQVLPto::DrawGapX(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const {
-    return surface.GetDrawX(X + gap);
+    return surface.GetDrawX(Qvl::Utils::SatAdd(X, gap));
 }
 float TQVLPto::DrawGapY(std::int64_t gap, const Orvex::TORXBaseDraw& surface) const {
-    return surface.GetDrawY(Y + gap);
+    return surface.GetDrawY(Qvl::Utils::SatAdd(Y, gap));
 }
 std::int32_t TQVLPto::PrintX(const Orvex::TORXBaseDraw& surface) const {
     return Qvl::Utils::PrintFromBaseX(X, surface);

@@ -284,6 +284,10 @@ TEST_F(AIClient, SendFailuresCarryTheirExactTexts) {
         {"long body", {500, longBody, {}}, "API error 500: " + std::string(299, 'x'), 500},
         {"not json", {200, "<html>", {}}, "Failed to parse API response", 200},
         {"array", {200, "[1,2]", {}}, "Failed to parse API response", 200},
+        {"nested too deep",
+         {200, R"({"content":)" + std::string(100000, '[') + std::string(100000, ']') + "}", {}},
+         "Failed to parse API response: nested deeper than 512 levels",
+         200},
         {"refused", {0, "", "Connection refused"}, "Connection error: Connection refused", 0},
         {"throws", {0, "", "throw"}, "Connection error: socket exploded", 0},
     };
@@ -299,7 +303,7 @@ TEST_F(AIClient, SendFailuresCarryTheirExactTexts) {
     }
     // Only answers are logged, by status: never the key or the body.
     EXPECT_EQ(log, (std::vector<std::string>{"AI API status: 404", "AI API status: 500", "AI API status: 200",
-                                             "AI API status: 200"}));
+                                             "AI API status: 200", "AI API status: 200"}));
 }
 
 TEST_F(AIClient, ToolPicturesReachEachProviderInItsOwnShape) {

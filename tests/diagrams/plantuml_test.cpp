@@ -87,7 +87,10 @@ TEST(PlantUml, DetectKindRulesInOrder) {
         // Sequence lines only remember; a later deciding line wins.
         {"participant A\nnode server", TKind::pkStructure},
         {"Alice -> Bob : hi\nA <|-- B", TKind::pkStructure},
-        {"A -> B", TKind::pkSequence},  // a plain arrow alone is also a message
+        // Without ": text" an arrow is no message but a relation, and a relation decides.
+        {"A -> B", TKind::pkStructure},
+        {"Bob --> Alice", TKind::pkStructure},
+        {"participant Bob\nBob -> Alice : hi\nBob --> Alice", TKind::pkStructure},
         {"nothing here", TKind::pkSequence},
     };
     for (const TCase& c : cases) {

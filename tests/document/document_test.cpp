@@ -211,6 +211,21 @@ TEST(DocumentTest, LayerZOrderSortsItemsByLayerStably) {
     EXPECT_EQ(doc.GetItem(2), a);
 }
 
+// A read ends by sorting the items by layer, whether or not layer order was switched on.
+TEST(DocumentTest, ReadingPaintsLayersInTheirOrderWithoutLayerZOrder) {
+    TORXHeadlessLabel doc;
+    ASSERT_FALSE(doc.LayerZOrder());
+    doc.ReadJson(TJSON{{"Version", 3200},
+                       {"Layers", TJSON::array({TJSON{{"Name", "one"}}, TJSON{{"Name", "two"}}})},
+                       {"Items", TJSON::array({TJSON{{"Type", 2}, {"ID", "onTwo"}, {"Layer", 1}},
+                                               TJSON{{"Type", 2}, {"ID", "onOne"}, {"Layer", 0}},
+                                               TJSON{{"Type", 2}, {"ID", "alsoOnTwo"}, {"Layer", 1}}})}});
+    ASSERT_EQ(doc.GetItemsCount(), 3);
+    EXPECT_EQ(doc.GetItem(0)->ID(), "onOne");
+    EXPECT_EQ(doc.GetItem(1)->ID(), "onTwo");
+    EXPECT_EQ(doc.GetItem(2)->ID(), "alsoOnTwo");
+}
+
 TEST(DocumentTest, ComposeImageIsLeftToHosts) {
     TORXHeadlessLabel doc;
     try {

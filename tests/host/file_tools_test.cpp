@@ -1,6 +1,8 @@
 // File tools inside a files folder, their refusals of paths that leave it, and the inline mode.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -78,6 +80,39 @@ TEST_F(FilesRootTest, PathsThatLeaveTheFolderAreRefused) {
     EXPECT_EQ(fDoc.GetJsonString(), before);
     std::ifstream in(outside);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "{}");
+}
+
+// A second hard link inside the folder may point outside it; a FIFO would block the main thread.
+TEST_F(FilesRootTest, HardLinksAndFifosAreRefusedAtOnceAndLeftAlone) {
+    const fs::path outside = Folder() / "outside.json";
+    std::ofstream(outside) << "{}";
+    fs::create_hard_link(outside, Folder() / "root" / "hard.json");
+    ASSERT_EQ(::mkfifo((Folder() / "root" / "pipe.json").c_str(), 0600), 0);
+    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 2}});
+    const std::string hard = (Folder() / "root" / "hard.json").string();
+    const std::string pipe = (Folder() / "root" / "pipe.json").string();
+    EXPECT_EQ(Refused("save_drawing", {{"path", "hard.json"}}),
+              hard + ": cannot be written (a file with other hard links)");
+    EXPECT_EQ(Refused("export_document", {{"format", "json"}, {"path", "hard.json"}}),
+              "\"hard.json\": cannot be written (a file with other hard links)");
+    EXPECT_EQ(Refused("save_drawing", {{"path", "pipe.json"}}),
+              pipe + ": cannot be written (not a regular file)");
+    EXPECT_EQ(Refused("export_document", {{"format", "svg"}, {"path", "pipe.json"}}),
+              "\"pipe.json\": cannot be written (not a regular file)");
+    EXPECT_EQ(Refused("load_drawing", {{"path", "pipe.json"}}), "no file \"pipe.json\" in the files folder");
+    std::ifstream in(outside);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "{}");
+    EXPECT_TRUE(fs::is_fifo(Folder() / "root" / "pipe.json"));
+}
+
+TEST_F(FilesRootTest, LoadingNamesTheEntriesItSkipped) {
+    std::ofstream(Folder() / "root" / "odd.json") << R"({"Items":[{"Type":2},"stray"]})";
+    const TJSON loaded = Ok("load_drawing", {{"path", "odd.json"}});
+    EXPECT_EQ(loaded["items_count"], 1);
+    ASSERT_EQ(loaded["warnings"].size(), 1u);
+    EXPECT_NE(
+        loaded["warnings"][0].get<std::string>().find("Items[1] is a string, not an item object; skipped"),
+        std::string::npos);
 }
 
 TEST_F(FilesRootTest, LoadingAMissingOrBrokenFileLeavesTheDrawing) {

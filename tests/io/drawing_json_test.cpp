@@ -110,10 +110,11 @@ TEST(DrawingJsonTest, LayerIndexOutOfRangeFallsBackToLayerOne) {
         Envelope(0, TJSON::array({TJSON{{"Type", 2}, {"Layer", 7}}, TJSON{{"Type", 2}, {"Layer", -1}},
                                   TJSON{{"Type", 2}, {"Layer", 2}}, TJSON{{"Type", 2}}})));
     ASSERT_EQ(doc.GetLayersCount(), 3);
+    // The read ends sorted by layer: the three items that fell back to layer 1 come first.
     EXPECT_EQ(doc.GetItem(0)->Layer(), doc.GetLayer(1));
     EXPECT_EQ(doc.GetItem(1)->Layer(), doc.GetLayer(1));
-    EXPECT_EQ(doc.GetItem(2)->Layer(), doc.GetLayer(3));
-    EXPECT_EQ(doc.GetItem(3)->Layer(), doc.GetLayer(1));
+    EXPECT_EQ(doc.GetItem(2)->Layer(), doc.GetLayer(1));
+    EXPECT_EQ(doc.GetItem(3)->Layer(), doc.GetLayer(3));
 }
 
 TEST(DrawingJsonTest, IdsReadRaiseTheCounter) {
@@ -131,6 +132,19 @@ TEST(DrawingJsonTest, SymbolItemsHaveNoLookKeys) {
     EXPECT_FALSE(symbol.contains("Color"));
     EXPECT_FALSE(symbol.contains("PenWidth"));
     EXPECT_TRUE(symbol.contains("Options"));
+
+    // Nor does a symbol read from an object that has them, or they would pass through as unknown keys.
+    doc.ReadJson(Envelope(2, TJSON::array({TJSON{{"Type", 24},
+                                                 {"Angle", 1},
+                                                 {"Color", TJSONUtils::SetAlphaColor(0xFF0000FF)},
+                                                 {"PenWidth", 0.5},
+                                                 {"Symbol", "Valve"}}})));
+    ASSERT_EQ(doc.GetItemsCount(), 1);
+    const TJSON read = doc.GetItem(0)->WriteJson();
+    EXPECT_FALSE(read.contains("Angle"));
+    EXPECT_FALSE(read.contains("Color"));
+    EXPECT_FALSE(read.contains("PenWidth"));
+    EXPECT_EQ(read["Symbol"], "Valve");
 }
 
 TEST(DrawingJsonTest, ColourComponentsDefaultToZeroAlphaIncluded) {
@@ -163,9 +177,13 @@ TEST(DrawingJsonTest, ReadingIsTolerantOfMissingAndMistypedKeys) {
     doc.ReadJson(file);
     EXPECT_EQ(doc.GetLayersCount(), 1);  // items need a layer: one is made
     EXPECT_EQ(doc.Units(), TQVLUnits::unMM);
-    ASSERT_EQ(doc.GetItemsCount(), 3);  // kind 99 is skipped; a mistyped kind reads as 0
+    // Kind 99 and the bare number are skipped, each with a warning naming it; a mistyped kind reads as 0.
+    ASSERT_EQ(doc.GetItemsCount(), 2);
     EXPECT_TRUE(doc.GetItem(0)->Options().IsEmpty());
     EXPECT_EQ(doc.GetItem(1)->ItemType(), TQVLItemType::itUndefined);
+    EXPECT_EQ(doc.ReadWarnings(),
+              (std::vector<std::string>{"Items[1] has the unknown item type 99; skipped",
+                                        "Items[3] is a number, not an item object; skipped"}));
 }
 
 TEST(DrawingJsonTest, PointsAreInTheDocumentUnitRoundedToThreeDecimals) {

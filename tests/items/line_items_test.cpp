@@ -184,6 +184,26 @@ TEST(LineItems, AngularDimensionReadFromAFileKeepsItsArms) {
     EXPECT_EQ(dim->DisplayText(), "90.00\xC2\xB0");
 }
 
+// The painted text (DisplayText) and the SVG's text must show the same measure after the unit changes.
+TEST(LineItems, DimensionTextFollowsTheDocumentUnit) {
+    TORXHeadlessLabel doc;
+    auto* dim = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
+    dim->SetLinear(TQVDimType::dmtHorz, {0, 0}, {25400, 0}, -5000);
+    EXPECT_EQ(dim->DisplayText(), "25.40");
+    const TQVLRect before = dim->BoundsRect();
+    doc.SetUnits(TQVLUnits::unINCH);
+    EXPECT_EQ(dim->DisplayText(), "1.00");
+    std::vector<std::string> defs;
+    std::vector<std::string> body;
+    dim->WriteSVG(defs, body, TQVLExportSVG::esFile, 1.0f, false);
+    std::string svg;
+    for (const auto& part : body) svg += part;
+    EXPECT_NE(svg.find(">1.00</text>"), std::string::npos) << svg;
+    EXPECT_NE(dim->BoundsRect(), before);  // a shorter text takes less room
+    doc.SetUnits(TQVLUnits::unCM);
+    EXPECT_EQ(dim->DisplayText(), "2.54");
+}
+
 TEST(LineItems, RadialAndDiameterTextsTakeTheirPrefixes) {
     TORXHeadlessLabel doc;
     auto* dim = Create<TORXBaseDim>(doc, TQVLItemType::itDim);
