@@ -11,6 +11,7 @@
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
 #include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
@@ -118,7 +119,7 @@ TJSON LoadDiagram(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     const auto format = formatName == "mermaid"    ? TQVLDiagramFormat::dgMermaid
                         : formatName == "plantuml" ? TQVLDiagramFormat::dgPlantUML
                                                    : QVLDetectDiagramFormat(text);
-    const auto model = QVLParseDiagram(text, format);
+    const auto model = QVLImportDiagram(text, format);
     TJSON result = {{"loaded", false},
                     {"items_created", 0},
                     {"diagnostics", QVLDiagramModelToJson(*model, format)["diagnostics"]}};

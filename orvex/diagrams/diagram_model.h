@@ -95,6 +95,7 @@ struct TQVLDiagEdge {
     std::string ToText;
     bool Thick = false;
     TQVLDiagStyle Style;
+    std::string Hint;  // where the text places the target from the source: "up", "down", "left", "right"
 };
 
 struct TQVLSeqParticipant {
