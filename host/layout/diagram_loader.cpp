@@ -8,6 +8,7 @@
 // [SECTION] Entry
 #include "host/layout/diagram_loader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "host/layout/graph_layout.h"
 #include "host/layout/sequence_layout.h"
 #include "host/layout/tree_layout.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
 #include "orvex/items/flow_items.h"
@@ -34,6 +36,21 @@ namespace {
 constexpr double kBasePerMM = 1000.0;
 constexpr TQVLineType kDashed = TQVLineType::ii22;
 constexpr TAlphaColor kNoteColor = 0xFFFFF8C4u;  // pale yellow, opaque
+constexpr TAlphaColor kFrameFill = 0xFFFFFFDEu;  // a container's ground: pale yellow
+constexpr TAlphaColor kFrameStroke = 0xFFAAAA33u;
+constexpr double kFrameMargin = 4.0;      // mm between a fitted frame and its members
+constexpr double kFrameTitleBand = 6.0;   // mm above the members for the title
+constexpr double kFrameTitleInset = 1.5;  // mm from the frame's corner to its title
+constexpr double kMarkerSize = 6.0;       // mm: the disc of a start or end marker
+constexpr double kForkBarLength = 25.0;   // mm: the bar of a fork or join
+constexpr double kForkBarThickness = 2.5;
+constexpr double kInnerRingInset = 0.08;  // of the side: the second ring of a double circle
+constexpr double kPenMMPerPixel = 0.15;   // a stroke width written in pixels, as a pen
+constexpr float kThickPenMM = 0.5f;       // a thick link ("==>")
+constexpr float kTitleFontHeight = 5.0f;  // mm
+constexpr double kTitleGap = 4.0;         // mm between the title and the diagram
+constexpr double kFigureWidth = 12.0;     // mm: an actor's stick figure
+constexpr double kFigureHeight = 19.0;
 
 std::int64_t Base(double mm) {
     return static_cast<std::int64_t>(std::llround(mm * kBasePerMM));
@@ -143,16 +160,185 @@ void AddLine(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to, TQVLineType
 // [SECTION] Graphs, trees and fishbones
 //-----------------------------------------------------------------------------------------------------
 
+// A start or end circle without a caption is a marker, drawn as a small disc; one with a caption is a
+// circle around it.
+bool IsMarker(const TQVLDiagNode& n) {
+    return (n.Shape == TQVLFlowType::ftStart || n.Shape == TQVLFlowType::ftEnd) && n.Text.empty();
+}
+
 std::vector<TLayoutSize> FlowSizes(const TORXDiagramModel& model, const TTextMeasure& measure) {
     std::vector<TLayoutSize> sizes;
     sizes.reserve(model.Nodes().size());
-    for (const TQVLDiagNode& n : model.Nodes()) sizes.push_back(FlowBoxSize(n.Shape, measure(n.Text)));
+    const bool across = model.Direction() == TQVLFlowDirection::fdLeftRight;
+    for (const TQVLDiagNode& n : model.Nodes()) {
+        if (n.Role == "fork")
+            sizes.push_back(across ? TLayoutSize{kForkBarThickness, kForkBarLength}
+                                   : TLayoutSize{kForkBarLength, kForkBarThickness});
+        else if (IsMarker(n))
+            sizes.push_back({kMarkerSize, kMarkerSize});
+        else if (n.Role == "actor") {
+            const TLayoutSize text = measure(n.Text);
+            sizes.push_back(
+                {std::max(text.Width + 2 * kTextPaddingX, kFigureWidth), text.Height + kFigureHeight});
+        } else
+            sizes.push_back(FlowBoxSize(n.Shape, measure(n.Text)));
+    }
     return sizes;
+}
+
+float PenMM(double pixels) {
+    return static_cast<float>(std::max(0.05, pixels * kPenMMPerPixel));
+}
+
+// The look a diagram text asked for, on a flow element.
+void ApplyStyle(TORXBaseFlow& flow, const TQVLDiagStyle& style) {
+    if (style.Fill) {
+        flow.SetBackColor(*style.Fill);
+        flow.SetFilled(true);
+    }
+    if (style.Stroke) flow.SetColor(*style.Stroke);
+    if (style.StrokeWidth) flow.SetPenWidthMM(PenMM(*style.StrokeWidth));
+    if (style.Dash && *style.Dash) flow.SetLineType(kDashed);
+    if (style.TextColor) flow.SetFontColor(*style.TextColor);
+    if (style.Bold) flow.SetBold(*style.Bold);
+    if (style.Italic) flow.SetItalic(*style.Italic);
+}
+
+// An actor: a stick figure above its caption. The element itself keeps the caption at its foot and
+// takes the links; the figure is drawn with a circle and lines in the element's colour.
+void AddFigure(TORXBaseLabel& doc, TORXBaseFlow& flow, const TLayoutBox& box, const TQVLDiagStyle& style) {
+    flow.SetVertAlign(TQVLVertAlign::vaBottom);
+    const TAlphaColor ink = style.Stroke ? *style.Stroke : kOpaqueBlack;
+    const double cx = box.X + box.Width / 2;
+    const double top = box.Y + 1.0;
+    const double head = 5.0;
+    TORXBaseFlow* face = AddFlow(doc, {cx - head / 2, top, head, head, true}, TQVLFlowType::ftEllipse, "");
+    if (face != nullptr) {
+        face->SetColor(ink);
+        if (style.Fill) {
+            face->SetBackColor(*style.Fill);
+            face->SetFilled(true);
+        }
+    }
+    const double neck = top + head;
+    const double hip = neck + 6.0;
+    const double foot = hip + 5.0;
+    const std::pair<TLayoutPoint, TLayoutPoint> strokes[] = {{{cx, neck}, {cx, hip}},
+                                                             {{cx - 4.0, neck + 2.0}, {cx + 4.0, neck + 2.0}},
+                                                             {{cx, hip}, {cx - 3.5, foot}},
+                                                             {{cx, hip}, {cx + 3.5, foot}}};
+    for (const auto& [a, b] : strokes) AddLine(doc, a, b, TQVLineType::iiSolid);
+}
+
+// A node's element: a captioned circle is an outlined circle with its caption inside (a double circle
+// gets a second ring inside the first), a fork a black bar, the rest the node's own shape.
+TORXBaseFlow* AddNodeFlow(TORXBaseLabel& doc, const TQVLDiagNode& node, const TLayoutBox& box) {
+    const bool circle =
+        (node.Shape == TQVLFlowType::ftStart || node.Shape == TQVLFlowType::ftEnd) && !IsMarker(node);
+    TORXBaseFlow* flow = AddFlow(doc, box, circle ? TQVLFlowType::ftEllipse : node.Shape, node.Text);
+    if (flow == nullptr) return nullptr;
+    if (node.HasBackColor) {
+        flow->SetBackColor(node.BackColor);
+        flow->SetFilled(true);
+    }
+    if (node.Role == "fork") {
+        flow->SetBackColor(kOpaqueBlack);
+        flow->SetFilled(true);
+    }
+    if (node.Role == "note") {
+        flow->SetBackColor(kNoteColor);
+        flow->SetFilled(true);
+    }
+    if (node.Role == "actor") AddFigure(doc, *flow, box, node.Style);
+    ApplyStyle(*flow, node.Style);
+    if (node.Role == "actor") flow->SetColor(0);  // the figure is the outline
+    if (circle && node.Shape == TQVLFlowType::ftEnd) {
+        const double inset = std::min(box.Width, box.Height) * kInnerRingInset;
+        TORXBaseFlow* ring =
+            AddFlow(doc, {box.X + inset, box.Y + inset, box.Width - 2 * inset, box.Height - 2 * inset, true},
+                    TQVLFlowType::ftEllipse, "");
+        if (ring != nullptr) {
+            ring->SetFilled(false);  // the caption inside must show through
+            ring->SetColor(flow->Color());
+            ring->SetPenWidthMM(flow->GetPenWidthMM());
+        }
+    }
+    return flow;
+}
+
+// Where a layout placed no containers (the plain layered layout of very large graphs), each frame is
+// fitted around its members, inner containers first.
+std::vector<TLayoutBox> FitGroupBoxes(const TORXDiagramModel& model, const std::vector<TLayoutBox>& boxes) {
+    const auto& groups = model.Groups();
+    std::vector<TLayoutBox> out(groups.size());
+    for (int pass = 0; pass < 8; ++pass) {  // a nesting deeper than this stays at what it has
+        for (std::size_t g = groups.size(); g-- > 0;) {
+            double x0 = 1e300, y0 = 1e300, x1 = -1e300, y1 = -1e300;
+            auto take = [&](const TLayoutBox& b) {
+                if (!b.Placed) return;
+                x0 = std::min(x0, b.X), y0 = std::min(y0, b.Y);
+                x1 = std::max(x1, b.Right()), y1 = std::max(y1, b.Bottom());
+            };
+            for (std::size_t n = 0; n < model.Nodes().size(); ++n)
+                if (model.Nodes()[n].Group == groups[g].ID) take(boxes[n]);
+            for (std::size_t c = 0; c < groups.size(); ++c)
+                if (groups[c].Parent == groups[g].ID) take(out[c]);
+            if (x1 < x0) continue;
+            out[g] = {x0 - kFrameMargin, y0 - kFrameMargin - kFrameTitleBand, x1 - x0 + 2 * kFrameMargin,
+                      y1 - y0 + 2 * kFrameMargin + kFrameTitleBand, true};
+        }
+    }
+    return out;
+}
+
+// Moves a whole layout down, to make room above it.
+void ShiftDown(TGraphLayout& layout, double dy) {
+    for (auto* boxes : {&layout.Boxes, &layout.Groups})
+        for (TLayoutBox& b : *boxes) b.Y += dy;
+    for (TLayoutRoute& r : layout.Routes)
+        for (TLayoutPoint& p : r.Points) p.Y += dy;
+    layout.Extent.Height += dy;
+}
+
+// The diagram's title, bold and centred above everything else.
+double AddTitle(TORXBaseLabel& doc, const std::string& title, double width) {
+    TQVLFont font;
+    font.Bold = true;
+    font.FontHeight = kTitleFontHeight;
+    const TLayoutSize size = FontMeasure(font)(title);
+    auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
+    if (item == nullptr) return 0;
+    item->SetFontHeight(kTitleFontHeight);
+    item->SetBold(true);
+    item->SetText(title);
+    item->SetBase(1, Base(std::max(kLayoutMargin, (width - size.Width) / 2)), Base(kLayoutMargin));
+    return size.Height + kTitleGap;
+}
+
+// A container's frame, behind its members, with its title in the top left corner.
+TORXBaseFlow* AddFrame(TORXBaseLabel& doc, const TQVLDiagGroup& group, const TLayoutBox& box) {
+    TORXBaseFlow* frame = AddFlow(doc, box, TQVLFlowType::ftProcess, "");
+    if (frame == nullptr) return nullptr;
+    frame->SetBackColor(kFrameFill);
+    frame->SetFilled(true);
+    frame->SetColor(kFrameStroke);
+    ApplyStyle(*frame, group.Style);
+    if (!group.Text.empty()) {
+        auto* title = Create<TORXBaseText>(doc, TQVLItemType::itText);
+        if (title != nullptr) {
+            title->SetText(group.Text);
+            title->SetBase(1, Base(box.X + kFrameTitleInset), Base(box.Y + kFrameTitleInset));
+            if (group.Style.TextColor) title->SetFontColor(*group.Style.TextColor);
+        }
+    }
+    return frame;
 }
 
 void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& route,
              const TLayoutBox& fromBox, const TLayoutBox& toBox, const TORXBaseFlow* from,
              const TORXBaseFlow* to, const TTextMeasure& labelMeasure) {
+    // An invisible link ("~~~") only shapes the layout.
+    if (edge.Style.Stroke && AlphaOf(*edge.Style.Stroke) == 0) return;
     auto* link = Create<TORXBaseLink>(doc, TQVLItemType::itLink);
     if (link == nullptr) return;
     const bool bends = route.Kind != TRouteKind::rkStraight && route.Points.size() > 2;
@@ -169,32 +355,48 @@ void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& r
     }
     link->SetFromType(EdgeTerm(edge.FromArrow));
     link->SetToType(EdgeTerm(edge.Arrow));
-    if (edge.Dotted) link->SetLineType(kDashed);
+    if (edge.Dotted || (edge.Style.Dash && *edge.Style.Dash)) link->SetLineType(kDashed);
+    if (edge.Thick) link->SetPenWidthMM(kThickPenMM);
+    if (edge.Style.StrokeWidth) link->SetPenWidthMM(PenMM(*edge.Style.StrokeWidth));
+    if (edge.Style.Stroke) {
+        link->SetColor(*edge.Style.Stroke);
+        link->SetFromColor(*edge.Style.Stroke);
+        link->SetToColor(*edge.Style.Stroke);
+    }
     if (!edge.Text.empty()) AddEdgeLabel(doc, Midway(route.Points), edge.Text, labelMeasure);
 }
 
-bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, const TGraphLayout& layout,
+bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, TGraphLayout layout,
                 const TTextMeasure& labelMeasure) {
     const auto& nodes = model.Nodes();
+    const auto& groups = model.Groups();
+    if (layout.Groups.size() != groups.size()) layout.Groups = FitGroupBoxes(model, layout.Boxes);
+    if (!model.Title().empty()) ShiftDown(layout, AddTitle(doc, model.Title(), layout.Extent.Width));
+    // Frames first, outer before inner, so that each lies behind what it holds.
+    std::vector<TORXBaseFlow*> frames(groups.size(), nullptr);
+    for (std::size_t g = 0; g < groups.size(); ++g)
+        if (layout.Groups[g].Placed) frames[g] = AddFrame(doc, groups[g], layout.Groups[g]);
     std::vector<TORXBaseFlow*> flows(nodes.size(), nullptr);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         if (!layout.Boxes[i].Placed) continue;
-        const TQVLDiagNode& node = nodes[i];
-        TORXBaseFlow* flow = AddFlow(doc, layout.Boxes[i], node.Shape, node.Text);
+        TORXBaseFlow* flow = AddNodeFlow(doc, nodes[i], layout.Boxes[i]);
         if (flow == nullptr) return false;
-        if (node.HasBackColor) {
-            flow->SetBackColor(node.BackColor);
-            flow->SetFilled(true);
-        }
         flows[i] = flow;
-        model.SetNodeInId(node.ID, flow->InID());
+        model.SetNodeInId(nodes[i].ID, flow->InID());
     }
+    // An end is a node's element, or a container's frame when the link names the container.
+    auto end = [&](int node, int group) -> std::pair<TORXBaseFlow*, const TLayoutBox*> {
+        if (group >= 0)
+            return {frames[static_cast<std::size_t>(group)], &layout.Groups[static_cast<std::size_t>(group)]};
+        if (node < 0) return {nullptr, nullptr};
+        return {flows[static_cast<std::size_t>(node)], &layout.Boxes[static_cast<std::size_t>(node)]};
+    };
     for (const TLayoutRoute& route : layout.Routes) {
-        const auto from = static_cast<std::size_t>(route.From);
-        const auto to = static_cast<std::size_t>(route.To);
-        if (flows[from] == nullptr || flows[to] == nullptr) continue;
-        AddLink(doc, model.Edges()[static_cast<std::size_t>(route.Edge)], route, layout.Boxes[from],
-                layout.Boxes[to], flows[from], flows[to], labelMeasure);
+        const auto [from, fromBox] = end(route.From, route.FromGroup);
+        const auto [to, toBox] = end(route.To, route.ToGroup);
+        if (from == nullptr || to == nullptr) continue;
+        AddLink(doc, model.Edges()[static_cast<std::size_t>(route.Edge)], route, *fromBox, *toBox, from, to,
+                labelMeasure);
     }
     return true;
 }
@@ -268,7 +470,7 @@ TTextMeasure FontMeasure(const TQVLFont& aFont) {
 }
 
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
-    const std::unique_ptr<TORXDiagramModel> model = QVLParseDiagram(aText, aFormat);
+    const std::unique_ptr<TORXDiagramModel> model = QVLImportDiagram(aText, aFormat);
     if (model == nullptr || model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) return false;
     // A family without flow elements cannot show the diagram: refuse before anything is created.
     const std::int32_t countBefore = aDocument.GetItemsCount();
