@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 #include "orvex/core/color.h"
 #include "orvex/core/regex.h"
@@ -123,12 +124,42 @@ std::string StripTags(std::string_view s) {
     return out;
 }
 
+void AppendUtf8(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
 void DecodeEntities(std::string& s) {
     static const std::pair<std::string_view, std::string_view> kEntities[] = {
         {"&nbsp;", " "}, {"&lt;", "<"},    {"&gt;", ">"}, {"&quot;", "\""}, {"&#39;", "'"},
         {"&apos;", "'"}, {"#quot;", "\""}, {"#lt;", "<"}, {"#gt;", ">"},    {"#amp;", "&"},
         {"#59;", ";"},   {"#35;", "#"},    {"&amp;", "&"}};
     for (const auto& [from, to] : kEntities) ReplaceAll(s, from, to);
+    // Numeric references, "&#9829;" and Mermaid's "#9829;", as UTF-8.
+    static const TRegex kNumeric(R"(&?#(\d{1,7});)");
+    std::string out;
+    std::size_t from = 0;
+    for (TRegexMatch m; kNumeric.Match(s, m, from);) {
+        unsigned long code = std::strtoul(std::string(m.Group(1)).c_str(), nullptr, 10);
+        if (code == 0 || code > 0x10FFFF) code = 0xFFFD;
+        out.append(s, from, m.Start(0) - from);
+        AppendUtf8(out, static_cast<char32_t>(code));
+        from = m.End(0);
+    }
+    if (from > 0) s = out + s.substr(from);
 }
 
 // Paired emphasis marks removed where they enclose text: "**a**" -> "a".

@@ -790,12 +790,10 @@ class TStructureReader {
         return {};
     }
 
-    // A name as a relation writes it: an alias, or the caption of an element declared with one, or a new
-    // element.
+    // A name as a relation writes it. Elements are found by their id: a caption given with "as" is not
+    // another name for its element ("[Long name]" after "[Long name] as L" is a second element), as
+    // PlantUML reads it.
     std::string Resolve(const std::string& name, const std::string& kind) {
-        if (fModel.NodeIndexOf(name) >= 0 || fModel.FindGroup(name) != nullptr) return name;
-        if (const auto alias = fByCaption.find(kind + name); alias != fByCaption.end()) return alias->second;
-        if (const auto alias = fByCaption.find(name); alias != fByCaption.end()) return alias->second;
         if (!kind.empty() && fModel.NodeIndexOf(name) < 0) fImplicitKinds.emplace(name, kind);
         return name;
     }
@@ -833,13 +831,6 @@ class TStructureReader {
             const bool firstIsCaption = first.starts_with('"') || !firstKind.empty();
             id = firstIsCaption ? BareName(second) : BareName(first);
             caption = firstIsCaption ? BareName(first) : BareName(second);
-            if (firstIsCaption)
-                fByCaption[firstKind + caption] = id;
-            else
-                fByCaption[NameKind(second) + caption] = id;
-            fByCaption[caption] = id;
-        } else if (first.starts_with('"') || !firstKind.empty()) {
-            fByCaption[firstKind + caption] = id;
         }
         std::size_t last = i;
         // "rectangle X [" ... "]": a multi-line description.
@@ -953,7 +944,6 @@ class TStructureReader {
     int fNotes = 0;
     std::size_t fCurrent = 0;
     std::size_t fLastLine = 0;
-    std::map<std::string, std::string> fByCaption;  // a caption as relations may write it -> the id
     std::map<std::string, std::string> fImplicitKinds;
     std::map<std::string, TQVLDiagStyle> fTypeStyles;  // "" for every element, "arrow" for links
     std::vector<std::string> fHints;

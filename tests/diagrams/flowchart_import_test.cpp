@@ -266,6 +266,7 @@ TEST(ImportText, ColoursPropertiesAndCaptions) {
     EXPECT_EQ(QVLPlainCaption("\"<<interface>> a < b\""), "<<interface>> a < b");
     EXPECT_EQ(QVLPlainCaption("**Bold** //it// see http://x.org", true), "Bold it see http://x.org");
     EXPECT_EQ(QVLPlainCaption("fa:fa-car Car"), "Car");
+    EXPECT_EQ(QVLPlainCaption("A #quot;x#quot; &#9829; #35;1"), "A \"x\" \u2665 #1");
     EXPECT_EQ(QVLPlainCaption("`snake_case_name`"), "snake_case_name");
 }
 

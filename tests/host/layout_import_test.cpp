@@ -143,7 +143,7 @@ TEST(LayoutImport, ActorsNotesAndAliasesOfStructureDiagrams) {
                                       "@startuml\n"
                                       "actor Client\n"
                                       "component \"Web shop\" as W\n"
-                                      "[Web shop] -right-> (Pay)\n"
+                                      "W -right-> (Pay)\n"
                                       "Client --> W\n"
                                       "note right of W : the front\n"
                                       "@enduml\n",
