@@ -804,9 +804,14 @@ class TStructureReader {
         static const TRegex kDeclaration(
             R"re(^(?:([\w/]+)\s+)?("[^"]*"|\[[^\]]*\]|\([^)]*\)|:[^:]+:|[\w.$@]+)(?:\s+as\s+("[^"]*"|\[[^\]]*\]|\([^)]*\)|:[^:]+:|[\w.$@]+))?((?:\s*<<[^>]*>>)*)\s*(#\S+)?\s*(##\S+)?\s*(\[|\{)?\s*$)re",
             {kCaseless});
+        // ArchiMate writes the colour before the name ("archimate #Business "Actor" as a"): moved behind.
+        static const TRegex kColourFirst(R"(^([\w/]+)\s+(#[\w.:;-]+)\s+(.+)$)");
         const TLine& line = lines[i];
         TRegexMatch m;
-        if (!kDeclaration.Match(line.Text, m)) return false;
+        std::string text(line.Text);
+        if (kColourFirst.Match(text, m) && FindElementWord(m.Group(1)) != nullptr)
+            text = std::string(m.Group(1)) + " " + std::string(m.Group(3)) + " " + std::string(m.Group(2));
+        if (!kDeclaration.Match(text, m)) return false;
         std::string word = std::string(m.Group(1));
         const std::string_view first = m.Group(2);
         // "actor :Name:" and "[Name]" alone declare; a bare word alone is not a statement.

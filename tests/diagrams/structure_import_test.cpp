@@ -170,6 +170,26 @@ TEST(StructureImport, C4BoundariesInBothFormats) {
     }
 }
 
+TEST(StructureImport, ArchimateElementsTakeTheirLayerColour) {
+    const auto model = Puml(
+        "!include <archimate/Archimate>\n"
+        "archimate #Business \"Customer\" as cust <<business-actor>>\n"
+        "archimate #Application \"CRM\" as crm\n"
+        "Grouping(front, \"Front office\") {\n"
+        "  rectangle Desk\n"
+        "}\n"
+        "Rel_Serving_Up(crm, cust, \"serves\")\n");
+    EXPECT_EQ(NodeOf(*model, "cust").Text, "Customer");
+    EXPECT_EQ(*NodeOf(*model, "cust").Style.Fill, 0xFFFFFFB5u);
+    EXPECT_EQ(*NodeOf(*model, "crm").Style.Fill, 0xFFB5FFFFu);
+    ASSERT_EQ(model->Groups().size(), 1u);
+    EXPECT_EQ(model->Groups()[0].Members, (std::vector<std::string>{"Desk"}));
+    ASSERT_EQ(model->Edges().size(), 1u);
+    EXPECT_EQ(model->Edges()[0].Arrow, TQVLDiagEdgeArrow::eaArrow);
+    EXPECT_EQ(model->Edges()[0].Hint, "up");
+    EXPECT_EQ(model->Edges()[0].Text, "serves");
+}
+
 TEST(StructureImport, LeavesClassDiagramsAndReportsWhatItCannotRead) {
     const auto classes = Puml("class A\nA <|-- B\n");
     EXPECT_TRUE(classes->Groups().empty());
