@@ -101,6 +101,22 @@ TEST(LayoutImport, FramesEncloseTheirMembersBehindThemAndTakeLinks) {
     EXPECT_TRUE(toFrame);
 }
 
+TEST(LayoutImport, AContainersOwnDirectionHoldsWhenNoLinkLeavesIt) {
+    TORXHeadlessLabel doc;
+    ASSERT_TRUE(LoadDiagramWithLayout(doc,
+                                      "flowchart TB\n"
+                                      "  subgraph S [Row]\n    direction LR\n    a --> b --> c\n  end\n"
+                                      "  subgraph T [Column]\n    direction LR\n    x --> y\n  end\n"
+                                      "  y --> z\n",
+                                      TQVLDiagramFormat::dgMermaid));
+    const TQVLRect a = FlowWithText(doc, "a")->Box();
+    const TQVLRect c = FlowWithText(doc, "c")->Box();
+    EXPECT_EQ(a.Top, c.Top);
+    EXPECT_LT(a.Right, c.Left);
+    // A link leaves "Column": its nodes keep the diagram's direction.
+    EXPECT_LT(FlowWithText(doc, "x")->Box().Bottom, FlowWithText(doc, "y")->Box().Top);
+}
+
 TEST(LayoutImport, CirclesStayReadableMarkersStaySmallTitleOnTop) {
     TORXHeadlessLabel doc;
     ASSERT_TRUE(LoadDiagramWithLayout(doc,
