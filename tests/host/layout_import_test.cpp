@@ -117,6 +117,23 @@ TEST(LayoutImport, AContainersOwnDirectionHoldsWhenNoLinkLeavesIt) {
     EXPECT_LT(FlowWithText(doc, "x")->Box().Bottom, FlowWithText(doc, "y")->Box().Top);
 }
 
+TEST(LayoutImport, DirectionHintsPlaceTheTargetWhereTheTextSays) {
+    for (const char* direction : {"", "left to right direction\n"}) {
+        SCOPED_TRACE(direction);
+        TORXHeadlessLabel doc;
+        ASSERT_TRUE(LoadDiagramWithLayout(doc,
+                                          std::string("@startuml\n") + direction +
+                                              "[Hub] -up-> [Top]\n[Hub] -down-> [Bottom]\n"
+                                              "[Hub] -left-> [West]\n[Hub] -right-> [East]\n@enduml\n",
+                                          TQVLDiagramFormat::dgPlantUML));
+        const TQVLRect hub = FlowWithText(doc, "Hub")->Box();
+        EXPECT_LT(FlowWithText(doc, "Top")->Box().Bottom, hub.Top);
+        EXPECT_GT(FlowWithText(doc, "Bottom")->Box().Top, hub.Bottom);
+        EXPECT_LT(FlowWithText(doc, "West")->Box().Right, hub.Left);
+        EXPECT_GT(FlowWithText(doc, "East")->Box().Left, hub.Right);
+    }
+}
+
 TEST(LayoutImport, CirclesStayReadableMarkersStaySmallTitleOnTop) {
     TORXHeadlessLabel doc;
     ASSERT_TRUE(LoadDiagramWithLayout(doc,
