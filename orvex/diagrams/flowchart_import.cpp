@@ -813,15 +813,16 @@ class TFlowReader {
 
     void Chain(const TStatement& s) {
         if (fBlock) return BlockLine(s);
+        // "e1@{ animate: true }" after a link with the id e1 sets that link's animation or curve.
+        static const TRegex kEdgeData(R"(^([\w-]+)@\{)");
+        TRegexMatch data;
+        if (kEdgeData.Match(s.Text, data) && fEdgeIds.contains(std::string(data.Group(1))))
+            return Note(s.Line, "MERMAID_LINK_DATA_IGNORED",
+                        "Link animation and curve settings are not drawn.", s.Text);
         TCursor cursor(s.Text);
         std::vector<TNodeRef> from;
         std::vector<TNodeRef> to;
         if (!cursor.ReadNodeGroup(from)) {
-            // "e1@{ animate: true }" styles a link; anything else is not a statement of this kind.
-            static const TRegex kEdgeData(R"(^[\w-]+@\{)");
-            if (kEdgeData.Match(s.Text))
-                return Note(s.Line, "MERMAID_LINK_DATA_IGNORED",
-                            "Link animation and curve data are not drawn.", s.Text);
             return Warn(s.Line, "MERMAID_UNRECOGNIZED_LINE", "The line was not recognized and was ignored.",
                         s.Text);
         }
@@ -880,6 +881,7 @@ class TFlowReader {
         edge.FromArrow = op.FromArrow;
         edge.Arrow = op.Arrow;
         edge.ID = op.ID;
+        if (!op.ID.empty()) fEdgeIds.insert(op.ID);
         edge.Thick = op.Thick;
         // An invisible link still shapes the layout; it is kept with a transparent pen.
         if (op.Invisible) edge.Style.Stroke = 0;
@@ -961,6 +963,7 @@ class TFlowReader {
     std::vector<TQVLDiagGroup> fGroups;
     std::vector<TOpenGroup> fOpen;
     std::set<std::string> fClaimed;
+    std::set<std::string> fEdgeIds;
     std::map<std::string, TQVLDiagStyle> fClassStyles;
     std::map<std::string, std::vector<std::string>> fClasses;
     std::map<std::string, TQVLDiagStyle> fOwnStyles;

@@ -137,7 +137,8 @@ TEST(FlowchartImport, EveryLinkForm) {
         "J -. dotted text .-> K\n"
         "K == thick text ==> L\n"
         "L -->|pipe| M\n"
-        "M:::x & N --> O\n");
+        "M:::x & N --> O\n"
+        "e1@{ animate: true }\n");
     const auto& e = model->Edges();
     ASSERT_EQ(e.size(), 14u);
     EXPECT_EQ(e[0].FromArrow, TQVLDiagEdgeArrow::eaCircle);
@@ -162,8 +163,10 @@ TEST(FlowchartImport, EveryLinkForm) {
     EXPECT_EQ(e[11].Text, "pipe");
     EXPECT_EQ(e[12].FromID, "M");
     EXPECT_EQ(e[13].FromID, "N");
-    EXPECT_EQ(model->Nodes().size(), 15u);
-    EXPECT_FALSE(model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsInfo));
+    EXPECT_EQ(model->Nodes().size(), 15u);  // the link data after "e1@-->" makes no node
+    ASSERT_EQ(model->Diagnostics().size(), 1u);
+    EXPECT_EQ(model->Diagnostics()[0].Code, "MERMAID_LINK_DATA_IGNORED");
+    EXPECT_EQ(model->Diagnostics()[0].Line, 15);
 }
 
 TEST(FlowchartImport, ShapesCaptionsAndTitles) {
