@@ -753,9 +753,15 @@ class TStructureReader {
 
     void AddRelation(const TRelation& r, const TLine& line) {
         (void)line;
-        for (const std::string& end : {r.From, r.To})
-            if (fModel.NodeIndexOf(end) < 0 && fModel.FindGroup(end) == nullptr)
-                AddNode(end, end, ImplicitShape(end), ImplicitRole(end), false);
+        for (const std::string& end : {r.From, r.To}) {
+            if (fModel.NodeIndexOf(end) >= 0 || fModel.FindGroup(end) != nullptr) continue;
+            // A plain name linked to a use case is an actor.
+            const TQVLDiagNode* other = fModel.FindNode(end == r.From ? r.To : r.From);
+            const bool actor =
+                ImplicitRole(end).empty() && ((other != nullptr && other->Role == "usecase") ||
+                                              ImplicitRole(end == r.From ? r.To : r.From) == "usecase");
+            AddNode(end, end, ImplicitShape(end), actor ? "actor" : ImplicitRole(end), false);
+        }
         TQVLDiagEdge edge;
         edge.FromID = r.From;
         edge.ToID = r.To;
@@ -806,8 +812,18 @@ class TStructureReader {
             {kCaseless});
         // ArchiMate writes the colour before the name ("archimate #Business "Actor" as a"): moved behind.
         static const TRegex kColourFirst(R"(^([\w/]+)\s+(#[\w.:;-]+)\s+(.+)$)");
+        // "cloud {": a container without a name.
+        static const TRegex kAnonymous(R"(^([\w/]+)\s*(#\S+)?\s*\{$)");
         const TLine& line = lines[i];
         TRegexMatch m;
+        if (kAnonymous.Match(line.Text, m) && FindElementWord(m.Group(1)) != nullptr) {
+            const std::string id = RoleOf(m.Group(1)) + "_" + std::to_string(fModel.Groups().size() + 1);
+            OpenGroup(id, "", line);
+            if (m.Matched(2)) ApplyInlineColors(m.Group(2), fModel.FindGroup(id)->Style);
+            fGroupWords.back() = RoleOf(m.Group(1));
+            fLastLine = i;
+            return true;
+        }
         std::string text(line.Text);
         if (kColourFirst.Match(text, m) && FindElementWord(m.Group(1)) != nullptr)
             text = std::string(m.Group(1)) + " " + std::string(m.Group(3)) + " " + std::string(m.Group(2));

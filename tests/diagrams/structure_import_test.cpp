@@ -170,6 +170,20 @@ TEST(StructureImport, C4BoundariesInBothFormats) {
     }
 }
 
+TEST(StructureImport, AnonymousContainersAndImplicitActors) {
+    const auto model = Puml(
+        "cloud {\n"
+        "  [Example 1]\n"
+        "}\n"
+        "User -> (Start)\n");
+    ASSERT_EQ(model->Groups().size(), 1u);
+    EXPECT_EQ(model->Groups()[0].Text, "");
+    EXPECT_EQ(model->Groups()[0].Members, (std::vector<std::string>{"Example 1"}));
+    EXPECT_EQ(NodeOf(*model, "User").Role, "actor");
+    EXPECT_EQ(NodeOf(*model, "Start").Role, "usecase");
+    EXPECT_FALSE(model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsWarning));
+}
+
 TEST(StructureImport, ArchimateElementsTakeTheirLayerColour) {
     const auto model = Puml(
         "!include <archimate/Archimate>\n"
