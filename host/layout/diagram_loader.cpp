@@ -49,6 +49,7 @@ constexpr double kPenMMPerPixel = 0.15;   // a stroke width written in pixels, a
 constexpr float kThickPenMM = 0.5f;       // a thick link ("==>")
 constexpr float kTitleFontHeight = 5.0f;  // mm
 constexpr double kTitleGap = 4.0;         // mm between the title and the diagram
+constexpr double kEndLabelOffset = 2.5;   // mm from a link's end to its end label
 constexpr double kFigureWidth = 12.0;     // mm: an actor's stick figure
 constexpr double kFigureHeight = 19.0;
 
@@ -137,15 +138,33 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
 }
 
 // An edge's label, centred on its route over a white ground, so that the line does not run through it.
-void AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text,
-                  const TTextMeasure& measure) {
+TORXBaseText* AddEdgeLabel(TORXBaseLabel& doc, TLayoutPoint center, const std::string& text,
+                           const TTextMeasure& measure) {
     auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
-    if (item == nullptr) return;
+    if (item == nullptr) return nullptr;
     const TLayoutSize size = measure(text);
     item->SetBase(1, Base(center.X - size.Width / 2), Base(center.Y - size.Height / 2));
     item->SetText(text);
     item->SetBackColor(kOpaqueWhite);
     item->SetFilled(true);
+    return item;
+}
+
+// A label at one end of a route (a multiplicity or role): a little way along the route and off to its
+// side, so that neither the line nor the element covers it.
+void AddEndLabel(TORXBaseLabel& doc, TLayoutPoint end, TLayoutPoint toward, const std::string& text,
+                 const TTextMeasure& measure) {
+    const double dx = toward.X - end.X;
+    const double dy = toward.Y - end.Y;
+    const double length = std::max(std::hypot(dx, dy), 1e-6);
+    const TLayoutSize size = measure(text);
+    const double along = kEndLabelOffset + std::max(size.Width, size.Height) / 2;
+    const TLayoutPoint at{end.X + dx / length * along - dy / length * kEndLabelOffset,
+                          end.Y + dy / length * along + dx / length * kEndLabelOffset};
+    auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
+    if (item == nullptr) return;
+    item->SetBase(1, Base(at.X - size.Width / 2), Base(at.Y - size.Height / 2));
+    item->SetText(text);
 }
 
 void AddLine(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to, TQVLineType lineType) {
@@ -363,7 +382,17 @@ void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& r
         link->SetFromColor(*edge.Style.Stroke);
         link->SetToColor(*edge.Style.Stroke);
     }
-    if (!edge.Text.empty()) AddEdgeLabel(doc, Midway(route.Points), edge.Text, labelMeasure);
+    if (!edge.Text.empty()) {
+        TORXBaseText* label = AddEdgeLabel(doc, Midway(route.Points), edge.Text, labelMeasure);
+        if (label != nullptr && edge.Style.TextColor) label->SetFontColor(*edge.Style.TextColor);
+    }
+    if (route.Points.size() >= 2) {
+        if (!edge.FromText.empty())
+            AddEndLabel(doc, route.Points[0], route.Points[1], edge.FromText, labelMeasure);
+        const std::size_t last = route.Points.size() - 1;
+        if (!edge.ToText.empty())
+            AddEndLabel(doc, route.Points[last], route.Points[last - 1], edge.ToText, labelMeasure);
+    }
 }
 
 bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, TGraphLayout layout,

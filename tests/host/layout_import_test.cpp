@@ -2,6 +2,7 @@
 // elements, readable circles, the title above, and links that keep their form.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -177,7 +178,7 @@ TEST(LayoutImport, ActorsNotesAndAliasesOfStructureDiagrams) {
                                       "actor Client\n"
                                       "component \"Web shop\" as W\n"
                                       "W -right-> (Pay)\n"
-                                      "Client --> W\n"
+                                      "Client \"1\" --> \"many\" W\n"
                                       "note right of W : the front\n"
                                       "@enduml\n",
                                       TQVLDiagramFormat::dgPlantUML));
@@ -194,6 +195,18 @@ TEST(LayoutImport, ActorsNotesAndAliasesOfStructureDiagrams) {
     ASSERT_NE(pay, nullptr);
     EXPECT_GT(pay->Box().Left, web->Box().Right);
     EXPECT_LT(pay->Box().Top, web->Box().Bottom);
+    // Multiplicities stand at the ends of their link, near the element they belong to.
+    const TORXBaseText* one = TextItem(doc, "1");
+    const TORXBaseText* many = TextItem(doc, "many");
+    ASSERT_NE(one, nullptr);
+    ASSERT_NE(many, nullptr);
+    auto distance = [](const TORXBaseText* t, const TORXBaseFlow* f) {
+        const TQVLRect b = f->Box();
+        return std::hypot(static_cast<double>(t->GetPoint(1).X - (b.Left + b.Right) / 2),
+                          static_cast<double>(t->GetPoint(1).Y - (b.Top + b.Bottom) / 2));
+    };
+    EXPECT_LT(distance(one, client), distance(one, web));
+    EXPECT_LT(distance(many, web), distance(many, client));
     TORXBaseFlow* note = FlowWithText(doc, "the front");
     ASSERT_NE(note, nullptr);
     bool joined = false;
