@@ -12,7 +12,7 @@ FUZZ_SECONDS  ?= 60
 TSAN_FILTER   ?= MCP*:MainThreadQueue*:IntersectTest*:LiveView*:ServeProcess*
 JOBS          ?= $(shell nproc)
 CCACHE        := $(shell command -v ccache 2>/dev/null)
-LAUNCHER      := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE))
+LAUNCHER      := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE)) -DORVEX_WERROR=ON
 GENERATOR     := $(if $(shell command -v ninja 2>/dev/null),-G Ninja)
 
 .PHONY: all deps configure build test demo sanitize tsan fuzz bench peers format clean

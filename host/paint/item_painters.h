@@ -53,6 +53,8 @@ void FillBox(const TPainter& p, const TDevBox& box, float radiusMM, TAlphaColor 
 void PaintLines(const TPainter& p, const std::vector<TTextLinePos>& lines, const TQVLFont& font,
                 double scaleX);
 void PaintCode(const TPainter& p, const TORXBasePoly& item, const TDevBox& box);
+// A container's frame, band and outline (its caption is painted as the element's text).
+void PaintContainerFrame(const TORXBaseFlow& item, const TPainter& p);
 
 // The item kinds that have painting code, created on document; nullptr for the others.
 TORXBaseItem* CreateCairoItem(TORXBaseLabel* document, TQVLItemType type);

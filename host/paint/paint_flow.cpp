@@ -151,12 +151,7 @@ void SetFill(const TPainter& p, const TORXBaseFlow& item, const TDevBox& k) {
     cairo_pattern_destroy(pattern);
 }
 
-}  // namespace
-
-void PaintItem(const TORXBaseFlow& item, const TPainter& p) {
-    if (item.NumPoints() < 2) return;
-    const TQVLRect box = item.Box();
-    const TDevBox k = Paint::ItemBox(p, item);
+void PaintShape(const TPainter& p, const TORXBaseFlow& item, const TDevBox& k, const TQVLRect& box) {
     const bool multi = item.FlowType() == TQVLFlowType::ftMultiDocument;
     // A multi-document is three sheets: the two behind stand up and to the right of the front one.
     const double step = std::min(k.W, k.H) / 12.0;
@@ -196,7 +191,9 @@ void PaintItem(const TORXBaseFlow& item, const TPainter& p) {
         Paint::StrokePath(p, item.Color(), item.GetPenWidthMM(), item.LineType());
     }
     ShapeDetails(p, item, k);
+}
 
+void PaintText(const TPainter& p, const TORXBaseFlow& item, const TQVLRect& box) {
     const std::string& text = item.Text();
     for (const auto& line : item.TextPos()) {
         const auto from =
@@ -207,6 +204,20 @@ void PaintItem(const TORXBaseFlow& item, const TPainter& p) {
                                box.Top + SetBaseValue(line.BaseY), 0};
         Paint::PaintLines(p, {pos}, item.Font(), 1.0);
     }
+}
+
+}  // namespace
+
+void PaintItem(const TORXBaseFlow& item, const TPainter& p) {
+    if (item.NumPoints() < 2) return;
+    const TQVLRect box = item.Box();
+    const TDevBox k = Paint::ItemBox(p, item);
+    if (item.IsContainerFrame()) {
+        Paint::PaintContainerFrame(item, p);
+    } else {
+        PaintShape(p, item, k, box);
+    }
+    PaintText(p, item, box);
 }
 
 void PaintItem(const TORXBaseLink& item, const TPainter& p) {

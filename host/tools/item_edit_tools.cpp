@@ -144,20 +144,21 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 
 TJSON DeleteItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     TORXBaseItem* item = ResolveItem(aDoc, aArgs);
-    std::vector<TORXBaseItem*> doomed{item};
-    // A link without its element would dangle: it goes with it, in the same undo step.
-    if (item->ItemType() == TQVLItemType::itFlow) {
-        const auto links = LinksOf(aDoc, item->InID());
-        doomed.insert(doomed.end(), links.begin(), links.end());
+    // A container goes with its members; a link without its element would dangle: all of them go in the
+    // same undo step, the links and members before the frames that hold them.
+    std::vector<TORXBaseItem*> doomed = aDoc.WithMembers({item});
+    for (std::size_t i = 0, n = doomed.size(); i < n; ++i) {
+        if (doomed[i]->ItemType() != TQVLItemType::itFlow) continue;
+        for (TORXBaseItem* link : LinksOf(aDoc, doomed[i]->InID()))
+            if (std::find(doomed.begin(), doomed.end(), link) == doomed.end()) doomed.push_back(link);
     }
+
     TJSON names = TJSON::array();
     {
         const TORXBaseLabel::TUndoGroup group(aDoc);
         aDoc.ClearSelection(false);
-        for (TORXBaseItem* victim : doomed) {
-            names.push_back(victim->ID());
-            aDoc.DeleteItem(victim, true);
-        }
+        for (const TORXBaseItem* victim : doomed) names.push_back(victim->ID());
+        for (auto it = doomed.rbegin(); it != doomed.rend(); ++it) aDoc.DeleteItem(*it, true);
     }
     return StructuredResult({{"deleted", std::move(names)}, {"items_count", aDoc.GetItemsCount()}});
 }

@@ -201,7 +201,10 @@ bool TORXMCPServer::AnswerToolsList(const TJSON& aRequest, bool aModern, std::st
         TJSON envelope = MakeResult(TJSON(), std::move(decoration));
         DecorateModernResult("tools/list", envelope);
         const std::string text = DumpCompact(envelope["result"]);
-        extra = "," + text.substr(1, text.size() - 2);
+        // Appended piecewise: GCC 12 at -O3 reports a false -Wrestrict on `"," + text.substr(...)`.
+        extra.reserve(text.size());
+        extra.push_back(',');
+        extra.append(text, 1, text.size() - 2);
     }
     std::string body;
     body.reserve(tools->size() + id.size() + extra.size() + 48);

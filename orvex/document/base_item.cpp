@@ -88,6 +88,20 @@ void TORXBaseItem::SetAngle(TQVLAngle angle) {
     fOwner->ChangeState(TOrvexState::lsCalc, this);
 }
 
+void TORXBaseItem::SetContainerID(std::int32_t id) {
+    if (id == fContainerID) return;
+    TORXEnumValueCmd::AddCommand(this, kPropContainerID);
+    fContainerID = id;
+    fOwner->ChangeState(TOrvexState::lsModified, this);
+}
+
+void TORXBaseItem::SetContainerFrame(TQVLContainerFrame frame) {
+    if (frame == fContainerFrame) return;
+    TORXEnumValueCmd::AddCommand(this, kPropContainerFrame);
+    fContainerFrame = frame;
+    fOwner->ChangeState(TOrvexState::lsUpdate, this);
+}
+
 // [SECTION] Points
 
 TQVLPto TORXBaseItem::GetPoint(std::int32_t index) const {
@@ -445,6 +459,10 @@ std::int64_t TORXBaseItem::GetEnumProp(std::uint16_t property) const {
             return static_cast<std::int64_t>(fOptions.LowBits());
         case kPropLayer:
             return fOwner->LayerIdx(fLayer);
+        case kPropContainerID:
+            return fContainerID;
+        case kPropContainerFrame:
+            return static_cast<std::int64_t>(fContainerFrame);
         default:
             return 0;
     }
@@ -460,6 +478,12 @@ void TORXBaseItem::SetEnumProp(std::uint16_t property, std::int64_t value) {
             break;
         case kPropLayer:
             SetLayer(fOwner->GetLayer(static_cast<std::int32_t>(value) + 1));
+            break;
+        case kPropContainerID:
+            SetContainerID(static_cast<std::int32_t>(value));
+            break;
+        case kPropContainerFrame:
+            SetContainerFrame(static_cast<TQVLContainerFrame>(std::clamp<std::int64_t>(value, 0, 2)));
             break;
         default:
             break;

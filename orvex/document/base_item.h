@@ -30,6 +30,8 @@ inline constexpr std::uint16_t kPropID = 6;
 inline constexpr std::uint16_t kPropPoints = 7;
 inline constexpr std::uint16_t kPropBackColor = 8;
 inline constexpr std::uint16_t kPropFilled = 9;
+inline constexpr std::uint16_t kPropContainerID = 10;
+inline constexpr std::uint16_t kPropContainerFrame = 11;
 inline constexpr std::uint16_t kPropFirstKind = 32;
 
 class TORXBaseItem {
@@ -76,6 +78,15 @@ class TORXBaseItem {
     std::int16_t PreviewCol() const { return aCol; }
     void PreviewPos(std::int16_t col, std::int16_t row) { aCol = col, aRow = row; }
     void SetName();  // fID = kind name + fInID in at least three digits
+
+    // [SECTION] Containers. A container is a flow element framing other items, which move with it; the
+    // document's GroupItems makes them. ContainerID is the internal id of the container this item belongs
+    // to directly (0: none), kept as stored: the document resolves it (TORXBaseLabel::ContainerOf).
+    std::int32_t ContainerID() const { return fContainerID; }
+    void SetContainerID(std::int32_t id);
+    TQVLContainerFrame ContainerFrame() const { return fContainerFrame; }
+    void SetContainerFrame(TQVLContainerFrame frame);
+    bool IsContainerFrame() const { return fContainerFrame != TQVLContainerFrame::cfNone; }
 
     // [SECTION] Points, one-based: index 1 is the first point. An index outside 1..NumPoints reads as 0
     // and is ignored on writing.
@@ -183,6 +194,8 @@ class TORXBaseItem {
     std::int64_t fmy = 0;
     bool fFromPreview = false;
     std::int32_t fPickSlot = -1;  // the item's entry in the document's pick index, checked before use
+    std::int32_t fContainerID = 0;
+    TQVLContainerFrame fContainerFrame = TQVLContainerFrame::cfNone;
 };
 
 }  // namespace Orvex

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "orvex/core/text.h"
 #include "orvex/document/editor_tools.h"
@@ -135,6 +136,16 @@ void TORXBaseLabel::RemoveFromLists(const TORXBaseItem* item) {
 }
 
 void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
+    if (ItemIndex(item) < 0) return;
+    // Undo and redo replay the deletions one by one as they were recorded; a container's cascade is made
+    // only by the deletion that the user asked for.
+    if (item->IsContainerFrame() && !fUndoing && !fRedoing)
+        DeleteContainer(item, record);
+    else
+        DeleteOne(item, record);
+}
+
+void TORXBaseLabel::DeleteOne(TORXBaseItem* item, bool record) {
     const std::int32_t index = ItemIndex(item);
     if (index < 0) return;
     if (record) TORXDeleteCmd::AddCommand(item);
@@ -153,15 +164,24 @@ void TORXBaseLabel::DeleteItem(TORXBaseItem* item, bool record) {
 void TORXBaseLabel::DeleteSelection() {
     if (fSelection.empty()) return;
     const TUndoGroup group(*this);
-    const std::vector<TORXBaseItem*> selected = fSelection;
+    const std::vector<TORXBaseItem*> selected = OutermostOf(fSelection);
     for (TORXBaseItem* item : selected) DeleteItem(item, true);
     fSelPoints.clear();
     ChangeState(TOrvexState::lsUpdate);
 }
 
 void TORXBaseLabel::CopySelection() {
+    // A container takes its members along; paint order keeps each frame behind what it holds.
+    std::vector<TORXBaseItem*> copied = WithMembers(fSelection);
+    if (copied.size() != fSelection.size()) {
+        std::unordered_map<const TORXBaseItem*, std::size_t> order;
+        for (std::size_t i = 0; i < fItems.size(); ++i) order.emplace(fItems[i].get(), i);
+        std::stable_sort(
+            copied.begin(), copied.end(),
+            [&order](const TORXBaseItem* a, const TORXBaseItem* b) { return order[a] < order[b]; });
+    }
     TJSON items = TJSON::array();
-    for (const TORXBaseItem* item : fSelection) items.push_back(item->WriteJson());
+    for (const TORXBaseItem* item : copied) items.push_back(item->WriteJson());
     fClipboard = items.dump();
 }
 

@@ -108,6 +108,35 @@ class TORXBaseLabel {
     void InvalidatePickIndex(const TORXBaseItem* item);     // only this item's place or extent changed
     std::size_t PickIndexBuilds() const;                    // full builds of the pick grid so far
 
+    // [SECTION] Containers, defined in document_containers.cpp: items whose members move with them. A
+    // container is a flow element framing its members, behind them in paint order, with its caption in a
+    // title band at its top; links end at its frame. Each call is one undo step outside a batch. Moving a
+    // container (MoveItems, the selection, a drag) moves its members, recursively; deleting one deletes
+    // its members and the links that end at any of them; copying one copies its members.
+    //
+    // GroupItems: a new container framing the items (ids that name no item are skipped), or nullptr when
+    // none is left. A listed item whose container (at any depth) is also listed stays inside it, so that
+    // listing a container nests it; every other listed item leaves its container for the new one. The new
+    // container goes into the innermost container holding all of those, if any.
+    TORXBaseItem* GroupItems(const std::vector<std::int32_t>& aInIDs, std::string_view aCaption);
+    // Removes the container; its members stay where they are and join its own container, if any. Links
+    // that end at the frame go with it. False when the id is not a container.
+    bool UngroupItems(std::int32_t aContainerInID);
+    bool IsContainer(std::int32_t aInID) const;
+    std::int32_t ContainerOf(std::int32_t aInID) const;  // 0 when in no container (or no such item)
+    std::vector<std::int32_t> MembersOf(std::int32_t aContainerInID) const;  // direct members, paint order
+    // Resizes the frame to enclose its members (member containers fitted first) with a margin on every
+    // side and room for the title band above them. Nothing happens to a container without members.
+    void FitContainer(std::int32_t aContainerInID);
+    // Moves the items by (dx, dy) base units, each container with its members; an item listed together
+    // with one of its containers moves once. Links follow. One undo step.
+    void MoveItems(const std::vector<std::int32_t>& aInIDs, std::int64_t dx, std::int64_t dy);
+    // The items followed by every member of the containers among them, at any depth, each once.
+    std::vector<TORXBaseItem*> WithMembers(const std::vector<TORXBaseItem*>& items) const;
+    // The items less those that lie inside a container of the list: what a move or a copy acts on.
+    std::vector<TORXBaseItem*> OutermostOf(const std::vector<TORXBaseItem*>& items) const;
+    static constexpr std::int64_t kContainerMargin = 4'000;  // base units around the members
+
     // [SECTION] Layers. Indexes are one-based; LayerIdx is zero-based as drawing files store it.
     TORXLayer* AddLayer();                 // named with the catalogue's new-layer text
     bool DeleteLayer(std::int32_t index);  // its items go too; the last layer stays
@@ -296,7 +325,10 @@ class TORXBaseLabel {
     void RemoveFromLists(const TORXBaseItem* item);
     void Flush();
     void ResetRefLines() { fRefLines.clear(); }
-    void MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy);  // one undo step of its own
+    // Moves the item and, for a container, its members; part of the caller's batch.
+    void MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy);
+    void DeleteOne(TORXBaseItem* item, bool record);         // the item alone
+    void DeleteContainer(TORXBaseItem* frame, bool record);  // with its members and their links
     void FollowLinks();        // links of the selection recalculate at the end of the batch
     void CalcRestoredLinks();  // after undo and redo
 

@@ -38,16 +38,8 @@ void TORXBaseLabel::SortItemsZLayer() {
 
 // [SECTION] Arrangement
 
-void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy) {
-    item->CheckBaseBoundsMove(dx, dy, TQVLMoveOpt::moMove);
-    if (dx == 0 && dy == 0) return;
-    TQVLPtoA points = item->Points();
-    for (auto& p : points) p.BaseMove(dx, dy);
-    SetPointsStep(item, points);
-}
-
 void TORXBaseLabel::FollowLinks() {
-    for (TORXBaseItem* link : LinksOf(*this, fSelection)) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : LinksOf(*this, WithMembers(fSelection))) ChangeState(TOrvexState::lsCalc, link);
 }
 
 namespace {
@@ -77,11 +69,12 @@ void SetExtent(TORXBaseItem* item, std::int64_t extent, bool horizontal) {
 }  // namespace
 
 void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
-    if (fSelection.size() < 2) return;
-    const TQVLRect ref = fSelection.front()->BoundsRect();
+    const std::vector<TORXBaseItem*> items = OutermostOf(fSelection);
+    if (items.size() < 2) return;
+    const TQVLRect ref = items.front()->BoundsRect();
     BeginUpdate(true);
-    for (std::size_t i = 1; i < fSelection.size(); ++i) {
-        const TQVLRect b = fSelection[i]->BoundsRect();
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        const TQVLRect b = items[i]->BoundsRect();
         std::int64_t dx = 0;
         std::int64_t dy = 0;
         switch (align) {
@@ -104,7 +97,7 @@ void TORXBaseLabel::AlignObjects(TQVLObjectAlign align) {
                 dy = (ref.Top + ref.Bottom) / 2 - (b.Top + b.Bottom) / 2;
                 break;
         }
-        MoveItemBy(fSelection[i], dx, dy);
+        MoveItemBy(items[i], dx, dy);
     }
     FollowLinks();
     EndUpdate();
@@ -131,7 +124,7 @@ void TORXBaseLabel::SameHeight() {
 void TORXBaseLabel::CenterHorizontal() {
     if (fSelection.empty()) return;
     BeginUpdate(true);
-    for (TORXBaseItem* item : fSelection) {
+    for (TORXBaseItem* item : OutermostOf(fSelection)) {
         const TQVLRect b = item->BoundsRect();
         MoveItemBy(item, (fMeasure.fLabelWidth - b.GetWidth()) / 2 - b.Left, 0);
     }
@@ -142,7 +135,7 @@ void TORXBaseLabel::CenterHorizontal() {
 void TORXBaseLabel::CenterVertical() {
     if (fSelection.empty()) return;
     BeginUpdate(true);
-    for (TORXBaseItem* item : fSelection) {
+    for (TORXBaseItem* item : OutermostOf(fSelection)) {
         const TQVLRect b = item->BoundsRect();
         MoveItemBy(item, 0, (fMeasure.fLabelHeight - b.GetHeight()) / 2 - b.Top);
     }
@@ -151,8 +144,8 @@ void TORXBaseLabel::CenterVertical() {
 }
 
 void TORXBaseLabel::SpaceHorizontal(std::int64_t gap) {
-    if (fSelection.size() < 2) return;
-    std::vector<TORXBaseItem*> order = fSelection;
+    std::vector<TORXBaseItem*> order = OutermostOf(fSelection);
+    if (order.size() < 2) return;
     std::stable_sort(order.begin(), order.end(), [](const auto* a, const auto* b) {
         return a->BoundsRect().Left < b->BoundsRect().Left;
     });
@@ -167,8 +160,8 @@ void TORXBaseLabel::SpaceHorizontal(std::int64_t gap) {
 }
 
 void TORXBaseLabel::SpaceVertical(std::int64_t gap) {
-    if (fSelection.size() < 2) return;
-    std::vector<TORXBaseItem*> order = fSelection;
+    std::vector<TORXBaseItem*> order = OutermostOf(fSelection);
+    if (order.size() < 2) return;
     std::stable_sort(order.begin(), order.end(),
                      [](const auto* a, const auto* b) { return a->BoundsRect().Top < b->BoundsRect().Top; });
     BeginUpdate(true);
@@ -207,7 +200,8 @@ void TORXBaseLabel::MoveSelection(float dx, float dy) {
     if (fSelection.empty()) return;
     BeginUpdate(true);
     const TQVLUnits units = Units();
-    for (TORXBaseItem* item : fSelection) MoveItemBy(item, SetValue(dx, units), SetValue(dy, units));
+    for (TORXBaseItem* item : OutermostOf(fSelection))
+        MoveItemBy(item, SetValue(dx, units), SetValue(dy, units));
     FollowLinks();
     EndUpdate();
 }
@@ -215,8 +209,9 @@ void TORXBaseLabel::MoveSelection(float dx, float dy) {
 void TORXBaseLabel::MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWidth, std::int64_t dHeight) {
     if (fSelection.empty()) return;
     BeginUpdate(true);
+    const std::vector<TORXBaseItem*> outermost = OutermostOf(fSelection);
     for (TORXBaseItem* item : fSelection) {
-        MoveItemBy(item, dx, dy);
+        if (std::find(outermost.begin(), outermost.end(), item) != outermost.end()) MoveItemBy(item, dx, dy);
         if (dWidth != 0 || dHeight != 0) {
             BreakPointsMerge(item);
             item->BaseMove(0, 0, dWidth, dHeight, TQVLMoveOpt::moResize, false);

@@ -83,6 +83,12 @@ void TORXEditor::Paste() {
             item->SetInID(id);
             item->SetName();
         }
+        // A pasted member stays in its container only when the container was pasted with it.
+        if (obj.contains("ContainerID")) {
+            const auto it = ids.find(TJSONUtils::GetInt(obj, "ContainerID"));
+            const TNoRecord off(fDoc);  // part of the creation
+            item->SetContainerID(it != ids.end() ? it->second : 0);
+        }
     }
     fDoc.AssignSymbolAndFlowLinks();
     fDoc.ClearSelection(false);

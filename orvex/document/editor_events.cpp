@@ -290,7 +290,7 @@ bool TORXEditor::SelectionMove(const TQVLPto64& raw, TQVLShiftState shift) {
             return true;
         case TDrag::kPending:
             if (Dist(raw, fDown) <= Tolerance()) return false;
-            fDragged = fDoc.Selection();
+            fDragged = fDoc.WithMembers(fDoc.Selection());  // a container carries its members
             BeginLive(fDragged);
             fDrag = TDrag::kMoving;
             SetState(TQVLEdState::edEditing);
@@ -488,7 +488,7 @@ void TORXEditor::EndDrag() {
 
 bool TORXEditor::MoveByKey(std::int64_t dx, std::int64_t dy) {
     if (fDoc.Selection().empty() || (dx == 0 && dy == 0)) return false;
-    const std::vector<TORXBaseItem*> items = fDoc.Selection();
+    const std::vector<TORXBaseItem*> items = fDoc.WithMembers(fDoc.Selection());
     fDoc.BeginUpdate(true);
     for (TORXBaseItem* item : items) SetPointsStep(item, Shifted(item->Points(), dx, dy));
     for (TORXBaseItem* link : LinksOf(fDoc, items)) fDoc.ChangeState(TOrvexState::lsCalc, link);

@@ -68,6 +68,9 @@ inline constexpr TQVLayerOpts kDefaultItemOptions{TQVLayerOp::lopVisible, TQVLay
 
 enum class TQVLItemState : std::uint8_t { isNormal, isSelected, isRef };
 
+// How a container's frame is drawn; cfNone for an item that is not a container. Stored in drawing files.
+enum class TQVLContainerFrame : std::uint8_t { cfNone, cfPlain, cfRounded };
+
 // Which coordinate or size a position command keeps.
 enum class TQVLPosType : std::uint8_t { ptX, ptY, ptXY, ptRadio, ptWidth, ptHeight };
 

@@ -1,5 +1,6 @@
 // The common item keys of drawing files: written by every item before its kind's own keys, read tolerantly.
 #include <algorithm>
+#include <cstdint>
 
 #include "orvex/document/document.h"
 #include "orvex/document/point_items.h"
@@ -44,6 +45,9 @@ TJSON TORXBaseItem::WriteJson() const {
         point["Y"] = U::BaseToUnit(p.Y, units);
     }
     obj["Points"] = std::move(points);
+    // Containers: written only where they apply, so that other drawings keep their exact form.
+    if (fContainerFrame != TQVLContainerFrame::cfNone) obj["Container"] = static_cast<int>(fContainerFrame);
+    if (fContainerID != 0) obj["ContainerID"] = fContainerID;
     return obj;
 }
 
@@ -77,6 +81,10 @@ void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
         SetPointY(index, U::UnitToBase(U::GetFloat(p, "Y"), units));
         ++index;
     }
+    fContainerFrame =
+        static_cast<TQVLContainerFrame>(std::clamp<std::int64_t>(U::GetInt(obj, "Container"), 0, 2));
+    const std::int64_t container = U::GetInt(obj, "ContainerID");
+    fContainerID = container > 0 && container <= INT32_MAX ? static_cast<std::int32_t>(container) : 0;
     UpdateBounds();
 }
 

@@ -10,6 +10,7 @@
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
+#include "orvex/items/container_frame.h"
 #include "orvex/items/flow_shapes.h"
 #include "orvex/items/link_items.h"
 #include "orvex/items/svg_style.h"
@@ -275,7 +276,10 @@ void TORXBaseFlow::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
                 fGradient == TQVLGradient::grVertical ? 1 : 0, stops));
         fill = fmt::format(" fill=\"url(#{})\"", id);
     }
-    body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink, " fill=\"none\"" + stroke));
+    if (IsContainerFrame())
+        ContainerSVG(*this, body);
+    else
+        body.push_back(FlowShapeSVG(fFlowType, box, unit, fill + stroke, ink, " fill=\"none\"" + stroke));
     if (!fTextPos.empty()) {
         std::string text = fmt::format("<text{}>", SvgFontAttributes(fFont, unit));
         for (const auto& p : fTextPos) {

@@ -1,10 +1,12 @@
 // The example drawings of labelling and flowchart mode: they load, write back byte for byte, hold every
 // text, flow and link kind, and their SVG is well-formed enough for a real renderer.
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -77,7 +79,13 @@ TEST_P(TextFlowExamplesTest, LoadsWritesBackAndRendersAsSvg) {
 
 INSTANTIATE_TEST_SUITE_P(Drawings, TextFlowExamplesTest,
                          ::testing::Values(TExample{"shipping_label.json", TQVLEditorMode::emLabelling},
-                                           TExample{"order_process.json", TQVLEditorMode::emFlowChart}));
+                                           TExample{"order_process.json", TQVLEditorMode::emFlowChart}),
+                         [](const ::testing::TestParamInfo<TExample>& aInfo) {
+                             std::string name = aInfo.param.File;
+                             for (char& c : name)
+                                 if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+                             return name;
+                         });
 
 TEST(TextFlowExamplesKindsTest, BetweenThemTheExamplesUseEveryKind) {
     std::set<TQVLItemType> kinds;
