@@ -17,6 +17,7 @@
 #include "host/layout/graph_layout.h"
 #include "host/layout/sequence_layout.h"
 #include "host/layout/tree_layout.h"
+#include "host/layout/uml_boxes.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
@@ -71,6 +72,20 @@ TQVLTermType EdgeTerm(TQVLDiagEdgeArrow arrow) {
             return TQVLTermType::ttRhombus;
         case TQVLDiagEdgeArrow::eaFillRhombus:
             return TQVLTermType::ttFillRhombus;
+        case TQVLDiagEdgeArrow::eaTriangle:
+            return TQVLTermType::ttTriangle;
+        case TQVLDiagEdgeArrow::eaOpenArrow:
+            return TQVLTermType::ttArrow;
+        case TQVLDiagEdgeArrow::eaLollipop:
+            return TQVLTermType::ttCircle;
+        case TQVLDiagEdgeArrow::eaCrowOnlyOne:
+            return TQVLTermType::ttCrowOnlyOne;
+        case TQVLDiagEdgeArrow::eaCrowZeroOne:
+            return TQVLTermType::ttCrowZeroOne;
+        case TQVLDiagEdgeArrow::eaCrowOneMany:
+            return TQVLTermType::ttCrowOneMany;
+        case TQVLDiagEdgeArrow::eaCrowZeroMany:
+            return TQVLTermType::ttCrowZeroMany;
     }
     return TQVLTermType::ttNone;
 }
@@ -190,11 +205,15 @@ std::vector<TLayoutSize> FlowSizes(const TORXDiagramModel& model, const TTextMea
     sizes.reserve(model.Nodes().size());
     const bool across = model.Direction() == TQVLFlowDirection::fdLeftRight;
     for (const TQVLDiagNode& n : model.Nodes()) {
-        if (n.Role == "fork")
+        if (HasCompartmentBox(n))
+            sizes.push_back(CompartmentBoxSize(n, measure));
+        else if (n.Role == "fork" || n.Role == "join")
             sizes.push_back(across ? TLayoutSize{kForkBarThickness, kForkBarLength}
                                    : TLayoutSize{kForkBarLength, kForkBarThickness});
         else if (IsMarker(n))
             sizes.push_back({kMarkerSize, kMarkerSize});
+        else if (n.Role == "choice" && n.Text.empty())
+            sizes.push_back({2 * kMarkerSize, 2 * kMarkerSize});
         else if (n.Role == "actor") {
             const TLayoutSize text = measure(n.Text);
             sizes.push_back(
@@ -260,7 +279,7 @@ TORXBaseFlow* AddNodeFlow(TORXBaseLabel& doc, const TQVLDiagNode& node, const TL
         flow->SetBackColor(node.BackColor);
         flow->SetFilled(true);
     }
-    if (node.Role == "fork") {
+    if (node.Role == "fork" || node.Role == "join") {
         flow->SetBackColor(kOpaqueBlack);
         flow->SetFilled(true);
     }
@@ -410,6 +429,7 @@ bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, TGraphLayout layout
         if (!layout.Boxes[i].Placed) continue;
         TORXBaseFlow* flow = AddNodeFlow(doc, nodes[i], layout.Boxes[i]);
         if (flow == nullptr) return false;
+        if (HasCompartmentBox(nodes[i])) AddCompartments(doc, *flow, nodes[i], layout.Boxes[i], labelMeasure);
         flows[i] = flow;
         model.SetNodeInId(nodes[i].ID, flow->InID());
     }

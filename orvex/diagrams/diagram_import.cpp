@@ -7,6 +7,7 @@
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
+#include "orvex/diagrams/uml_import.h"
 
 namespace Orvex {
 namespace {
@@ -109,6 +110,8 @@ std::unique_ptr<TORXDiagramModel> QVLImportDiagram(std::string_view aText, TQVLD
     if (QVLImportFlowchart(aText, aFormat, *model)) return model;
     model->Clear();
     if (QVLImportStructure(aText, aFormat, *model)) return model;
+    model->Clear();
+    if (QVLImportUml(aText, aFormat, *model)) return model;
 
     model = QVLParseDiagram(aText, aFormat);
     if (aFormat == TQVLDiagramFormat::dgPlantUML && !HasPlantUMLMarker(aText) &&
