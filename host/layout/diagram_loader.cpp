@@ -212,7 +212,7 @@ std::vector<TLayoutSize> FlowSizes(const TORXDiagramModel& model, const TTextMea
                                    : TLayoutSize{kForkBarLength, kForkBarThickness});
         else if (IsMarker(n))
             sizes.push_back({kMarkerSize, kMarkerSize});
-        else if (n.Role == "choice" && n.Text.empty())
+        else if ((n.Role == "choice" && n.Text.empty()) || n.Role == "history")
             sizes.push_back({2 * kMarkerSize, 2 * kMarkerSize});
         else if (n.Role == "actor") {
             const TLayoutSize text = measure(n.Text);
