@@ -9,6 +9,7 @@
 
 #include "cli/commands.h"
 #include "cli/convert_picture.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
@@ -32,7 +33,7 @@ int LoadDiagram(const std::string& input, Orvex::TORXBaseLabel& document) {
     }
     if (document.LoadFromDiagram(input, Orvex::TQVLDiagramFormat::dgAuto)) return kExitOk;
     const auto model =
-        Orvex::QVLParseDiagram(text, Orvex::QVLResolveFileFormat(input, Orvex::TQVLDiagramFormat::dgAuto));
+        Orvex::QVLImportDiagram(text, Orvex::QVLResolveFileFormat(input, Orvex::TQVLDiagramFormat::dgAuto));
     static constexpr const char* kSeverity[] = {"info", "warning", "error"};
     for (const auto& d : model->Diagnostics())
         fmt::print(stderr, "orvex: {}:{}: {} {}: {}\n", input, d.Line,

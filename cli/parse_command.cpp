@@ -1,5 +1,6 @@
-// `orvex parse INPUT|- [--format auto|mermaid|plantuml] [--strict] [--time [--repeat N]]`: the diagram
-// model and its diagnostics as JSON on stdout. --time reports on stderr how long each parse took, alone,
+// `orvex parse INPUT|- [--format auto|mermaid|plantuml] [--core] [--strict] [--time [--repeat N]]`: the
+// diagram model and its diagnostics as JSON on stdout: the full importer's model, or with --core exactly
+// the core parser's. --time reports on stderr how long each parse took, alone,
 // so that comparisons with other parsers leave out reading the file and writing the JSON.
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
@@ -14,6 +15,7 @@
 
 #include "cli/commands.h"
 #include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/diagrams/sequence_import.h"
@@ -26,6 +28,7 @@ struct TParseOptions {
     std::string Input;
     std::string Format = "auto";
     bool Strict = false;
+    bool Core = false;
     bool Time = false;
     int Repeat = 1;
 };
@@ -38,7 +41,7 @@ std::unique_ptr<Orvex::TORXDiagramModel> TimedParse(const TParseOptions& options
     for (int run = 0; run < options.Repeat; ++run) {
         const std::clock_t cpuStart = std::clock();
         const auto start = std::chrono::steady_clock::now();
-        model = Orvex::QVLParseDiagram(text, format);
+        model = Orvex::QVLImportDiagram(text, format, {.Core = options.Core});
         const auto end = std::chrono::steady_clock::now();
         const double cpuMs = 1000.0 * static_cast<double>(std::clock() - cpuStart) / CLOCKS_PER_SEC;
         fmt::print(stderr, "parse_ms={:.3f} cpu_ms={:.3f}\n",
@@ -66,7 +69,7 @@ int RunParse(const TParseOptions& options) {
     if (format == TQVLDiagramFormat::dgAuto) format = QVLDetectDiagramFormat(text);
 
     std::unique_ptr<TORXDiagramModel> model;
-    if (options.Strict) {
+    if (options.Strict && options.Core) {
         try {
             model = QVLParseDiagram(text, format, true);
         } catch (const EQVLDiagramParseError& e) {
@@ -76,13 +79,20 @@ int RunParse(const TParseOptions& options) {
     } else if (options.Time) {
         model = TimedParse(options, text, format);
     } else {
-        model = QVLParseWithSequenceImport(text, format);
+        model = QVLImportDiagram(text, format, {.Core = options.Core});
+    }
+    if (options.Strict && !options.Core) {
+        for (const auto& d : model->Diagnostics()) {
+            if (d.Severity <= TQVLDiagramDiagnosticSeverity::dsInfo) continue;
+            const std::string linePart = d.Line >= 1 ? fmt::format(" at line {}", d.Line) : std::string();
+            fmt::print(stderr, "{}{}: {}\n", d.Code, linePart, d.MessageText);
+            return kExitInvalid;
+        }
     }
     // Captions keep the source's bytes; a stray invalid sequence must not stop the output.
-    const std::string json = (model->Kind() == TQVLDiagramKind::dkSequence && !options.Strict
-                                  ? QVLDiagramModelToJsonFull(*model, format)
-                                  : QVLDiagramModelToJson(*model, format))
-                                 .dump(-1, ' ', false, TJSON::error_handler_t::replace);
+    const TJSON out =
+        options.Core ? QVLDiagramModelToJson(*model, format) : QVLDiagramModelToJsonFull(*model, format);
+    const std::string json = out.dump(-1, ' ', false, TJSON::error_handler_t::replace);
     fmt::print("{}\n", json);
     return model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError) ? kExitInvalid : kExitOk;
 }
@@ -96,6 +106,8 @@ void RegisterParse(CLI::App& app, TCommandRegistry& commands) {
     sub->add_option("input", options->Input, "Diagram file, or - for standard input")->required();
     sub->add_option("--format", options->Format, "Source format (default: from the extension, else detected)")
         ->check(CLI::IsMember({"auto", "mermaid", "plantuml"}));
+    sub->add_flag("--core", options->Core,
+                  "Print exactly the core parser's model, without what the full importer adds");
     sub->add_flag("--strict", options->Strict, "Fail on the first warning or error, printing no JSON");
     sub->add_flag("--time", options->Time, "Report each parse's duration on stderr (parse_ms=...)");
     sub->add_option("--repeat", options->Repeat, "With --time: parse this many times (the first warms up)")

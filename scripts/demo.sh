@@ -14,11 +14,12 @@ echo "orvex animate examples/animation/bezier_path.json (first frames)"
 # sed rather than head reads to the end, so the command never dies of a closed pipe under pipefail.
 "$orvex" animate examples/animation/bezier_path.json | sed -n 1,5p
 
-# Diagram import: what the parsers read from two of the bundled examples.
+# Diagram import: what the importer reads from four of the bundled examples (containers included).
 summarise() {
-  python3 -c 'import json, sys; d = json.load(sys.stdin); print("  %s %s: %d nodes, %d edges, %d diagnostics" % (d["format"], d["kind"], len(d["nodes"]), len(d["edges"]), len(d["diagnostics"])))'
+  python3 -c 'import json, sys; d = json.load(sys.stdin); print("  %s %s: %d nodes, %d edges, %d containers, %d diagnostics" % (d["format"], d["kind"], len(d["nodes"]), len(d["edges"]), len(d.get("groups", [])), len(d["diagnostics"])))'
 }
-for example in examples/mermaid/flowchart.mmd examples/plantuml/activity.puml; do
+for example in examples/mermaid/flowchart.mmd examples/plantuml/activity.puml \
+               examples/mermaid/flowchart_subgraphs.mmd examples/plantuml/component.puml; do
   echo
   echo "orvex parse $example"
   if command -v python3 >/dev/null; then

@@ -6,11 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "host/layout/dot_result.h"
 #include "host/layout/graphviz_settings.h"
@@ -24,7 +27,8 @@ namespace {
 constexpr double kPointsPerInch = 72.0;
 constexpr double kMMPerInch = 25.4;
 constexpr double kMMPerPoint = kMMPerInch / kPointsPerInch;
-constexpr const char* kLabelFontSize = "9";  // pt; what the link text is drawn with
+constexpr const char* kLabelFontSize = "9";     // pt; what the link text is drawn with
+constexpr const char* kClusterFontSize = "10";  // pt; a container's title
 
 char* Mutable(const char* s) {
     return const_cast<char*>(s);  // the C interface takes char* but never writes through it
@@ -98,14 +102,16 @@ void FitToMargin(TGraphLayout& layout, double margin) {
         maxY = std::max(maxY, y1);
     };
     for (const TLayoutBox& b : layout.Boxes) take(b.X, b.Y, b.Right(), b.Bottom());
+    for (const TLayoutBox& b : layout.Groups) take(b.X, b.Y, b.Right(), b.Bottom());
     for (const TLayoutRoute& r : layout.Routes)
         for (const TLayoutPoint p : r.Points) take(p.X, p.Y, p.X, p.Y);
     const double dx = margin - minX;
     const double dy = margin - minY;
-    for (TLayoutBox& b : layout.Boxes) {
-        b.X += dx;
-        b.Y += dy;
-    }
+    for (auto* boxes : {&layout.Boxes, &layout.Groups})
+        for (TLayoutBox& b : *boxes) {
+            b.X += dx;
+            b.Y += dy;
+        }
     for (TLayoutRoute& r : layout.Routes)
         for (TLayoutPoint& p : r.Points) {
             p.X += dx;
@@ -137,6 +143,89 @@ std::optional<TDotResult> RunDot(Agraph_t* g, const std::vector<Agnode_t*>& node
     if (result && (result->Nodes.size() != nodes.size() || result->Edges.size() != edges.size()))
         return std::nullopt;
     return result;
+}
+
+// The containers as Graphviz clusters, nested as the model nests them, each node in its innermost one.
+// A container without nodes gets an invisible anchor so that it still takes space and links can end at
+// it. Returns, per group, its cluster and the node that stands for it as a link's end.
+struct TClusters {
+    std::vector<Agraph_t*> Graphs;
+    std::vector<Agnode_t*> Anchors;
+    std::vector<std::string> Names;
+};
+
+TClusters AddClusters(Agraph_t* g, const TORXDiagramModel& model, const std::vector<Agnode_t*>& gvNodes) {
+    TClusters c;
+    const auto& groups = model.Groups();
+    c.Graphs.assign(groups.size(), nullptr);
+    c.Anchors.assign(groups.size(), nullptr);
+    c.Names.resize(groups.size());
+    std::unordered_map<std::string, std::size_t> index;
+    for (std::size_t i = 0; i < groups.size(); ++i) index.emplace(groups[i].ID, i);
+    // Parents are created before children: resolve depth first, guarding against a cycle in bad input.
+    std::function<Agraph_t*(std::size_t, int)> make = [&](std::size_t i, int depth) -> Agraph_t* {
+        if (c.Graphs[i] != nullptr) return c.Graphs[i];
+        Agraph_t* parent = g;
+        if (const auto p = index.find(groups[i].Parent); p != index.end() && p->second != i && depth < 64)
+            parent = make(p->second, depth + 1);
+        c.Names[i] = "cluster_" + std::to_string(i);
+        Agraph_t* sub = agsubg(parent, c.Names[i].data(), 1);
+        std::string text = EscapeLabel(groups[i].Text);
+        agsafeset(sub, Mutable("label"), text.data(), Mutable(""));
+        agsafeset(sub, Mutable("labeljust"), Mutable("l"), Mutable(""));
+        agsafeset(sub, Mutable("fontsize"), Mutable(kClusterFontSize), Mutable(""));
+        agsafeset(sub, Mutable("margin"), Mutable("12"), Mutable(""));
+        c.Graphs[i] = sub;
+        return sub;
+    };
+    for (std::size_t i = 0; i < groups.size(); ++i) make(i, 0);
+    const auto& nodes = model.Nodes();
+    for (std::size_t n = 0; n < nodes.size(); ++n) {
+        const auto found = index.find(nodes[n].Group);
+        if (found != index.end()) agsubnode(c.Graphs[found->second], gvNodes[n], 1);
+    }
+    // The anchor of a container is its first node, found depth first; an empty one gets a placeholder.
+    for (std::size_t i = groups.size(); i-- > 0;) {
+        Agnode_t* first = agfstnode(c.Graphs[i]);
+        if (first == nullptr) {
+            std::string name = "anchor_" + std::to_string(i);
+            first = agnode(c.Graphs[i], name.data(), 1);
+            agsafeset(first, Mutable("width"), Mutable("0.3"), Mutable(""));
+            agsafeset(first, Mutable("height"), Mutable("0.3"), Mutable(""));
+            agsafeset(first, Mutable("style"), Mutable("invis"), Mutable(""));
+        }
+        c.Anchors[i] = first;
+    }
+    return c;
+}
+
+// A container whose direction differs from the diagram's lines its nodes up across the main flow, as
+// long as no link leaves it (a link to the outside pins its members to the diagram's ranks).
+void ApplyContainerDirections(const TORXDiagramModel& model, const TClusters& clusters,
+                              const std::vector<Agnode_t*>& gvNodes) {
+    const auto& groups = model.Groups();
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (!groups[i].Direction || *groups[i].Direction == model.Direction()) continue;
+        std::vector<std::size_t> members;
+        for (std::size_t n = 0; n < model.Nodes().size(); ++n)
+            if (model.Nodes()[n].Group == groups[i].ID) members.push_back(n);
+        if (members.size() < 2 || members.size() != static_cast<std::size_t>(agnnodes(clusters.Graphs[i])))
+            continue;
+        bool crossing = false;
+        for (const auto& e : model.Edges()) {
+            const int from = model.NodeIndexOf(e.FromID);
+            const int to = model.NodeIndexOf(e.ToID);
+            const bool fromIn =
+                from >= 0 && model.Nodes()[static_cast<std::size_t>(from)].Group == groups[i].ID;
+            const bool toIn = to >= 0 && model.Nodes()[static_cast<std::size_t>(to)].Group == groups[i].ID;
+            crossing |= fromIn != toIn;
+        }
+        if (crossing) continue;
+        std::string name = "rank_" + std::to_string(i);
+        Agraph_t* same = agsubg(clusters.Graphs[i], name.data(), 1);
+        agsafeset(same, Mutable("rank"), Mutable("same"), Mutable(""));
+        for (const std::size_t n : members) agsubnode(same, gvNodes[n], 1);
+    }
 }
 
 }  // namespace
@@ -184,25 +273,73 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
         gvNodes[i] = n;
     }
 
+    const TClusters clusters = AddClusters(g, aModel, gvNodes);
+    ApplyContainerDirections(aModel, clusters, gvNodes);
+    if (!clusters.Graphs.empty()) agattr(g, AGRAPH, Mutable("compound"), Mutable("true"));
+
     struct TPending {
         int Edge;
         int From;
         int To;
         Agedge_t* GvEdge;
+        int FromGroup = -1;
+        int ToGroup = -1;
     };
     std::vector<TPending> pending;
     const auto& edges = aModel.Edges();
+    // A link's end that names a container is drawn from the container's anchor and clipped at its frame.
+    auto groupIndex = [&](const std::string& id) {
+        for (std::size_t i = 0; i < aModel.Groups().size(); ++i)
+            if (aModel.Groups()[i].ID == id) return static_cast<int>(i);
+        return -1;
+    };
+    auto nodeIndexOfAnchor = [&](int group) {
+        const Agnode_t* anchor = clusters.Anchors[static_cast<std::size_t>(group)];
+        for (std::size_t n = 0; n < gvNodes.size(); ++n)
+            if (gvNodes[n] == anchor) return static_cast<int>(n);
+        return -1;
+    };
     for (std::size_t e = 0; e < edges.size(); ++e) {
-        const int from = aModel.NodeIndexOf(edges[e].FromID);
-        const int to = aModel.NodeIndexOf(edges[e].ToID);
-        if (from < 0 || to < 0) continue;
-        Agedge_t* ge = agedge(g, gvNodes[static_cast<std::size_t>(from)],
-                              gvNodes[static_cast<std::size_t>(to)], nullptr, 1);
+        int from = aModel.NodeIndexOf(edges[e].FromID);
+        int to = aModel.NodeIndexOf(edges[e].ToID);
+        const int fromGroup = from < 0 ? groupIndex(edges[e].FromID) : -1;
+        const int toGroup = to < 0 ? groupIndex(edges[e].ToID) : -1;
+        if ((from < 0 && fromGroup < 0) || (to < 0 && toGroup < 0)) continue;
+        Agnode_t* tail = fromGroup >= 0 ? clusters.Anchors[static_cast<std::size_t>(fromGroup)]
+                                        : gvNodes[static_cast<std::size_t>(from)];
+        Agnode_t* head = toGroup >= 0 ? clusters.Anchors[static_cast<std::size_t>(toGroup)]
+                                      : gvNodes[static_cast<std::size_t>(to)];
+        if (fromGroup >= 0) from = nodeIndexOfAnchor(fromGroup);
+        if (toGroup >= 0) to = nodeIndexOfAnchor(toGroup);
+        // A direction hint ("A -left-> B") turns the edge round when it points against the flow, and
+        // puts the two ends side by side when it runs across the flow.
+        const std::string& hint = edges[e].Hint;
+        const bool across = aModel.Direction() == TQVLFlowDirection::fdLeftRight;
+        if (hint == "up" || hint == "left") std::swap(tail, head);
+        if (fromGroup < 0 && toGroup < 0 &&
+            (hint == (across ? "up" : "left") || hint == (across ? "down" : "right")) &&
+            aModel.Nodes()[static_cast<std::size_t>(from)].Group ==
+                aModel.Nodes()[static_cast<std::size_t>(to)].Group) {
+            std::string name = "side_" + std::to_string(e);
+            const int cluster = groupIndex(aModel.Nodes()[static_cast<std::size_t>(from)].Group);
+            Agraph_t* side =
+                agsubg(cluster >= 0 ? clusters.Graphs[static_cast<std::size_t>(cluster)] : g, name.data(), 1);
+            agsafeset(side, Mutable("rank"), Mutable("same"), Mutable(""));
+            agsubnode(side, tail, 1);
+            agsubnode(side, head, 1);
+        }
+        Agedge_t* ge = agedge(g, tail, head, nullptr, 1);
+        if (fromGroup >= 0)
+            agsafeset(ge, Mutable("ltail"),
+                      Mutable(clusters.Names[static_cast<std::size_t>(fromGroup)].c_str()), Mutable(""));
+        if (toGroup >= 0)
+            agsafeset(ge, Mutable("lhead"),
+                      Mutable(clusters.Names[static_cast<std::size_t>(toGroup)].c_str()), Mutable(""));
         if (!edges[e].Text.empty() && !straight) {
             std::string text = EscapeLabel(edges[e].Text);
             agxset(ge, label, text.data());
         }
-        pending.push_back({static_cast<int>(e), from, to, ge});
+        pending.push_back({static_cast<int>(e), from, to, ge, fromGroup, toGroup});
     }
 
     std::vector<Agedge_t*> gvEdges;
@@ -223,14 +360,33 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
         result.Boxes[i] = {c.X - size.Width / 2, c.Y - size.Height / 2, size.Width, size.Height, true};
     }
 
+    // Cluster frames in millimetres, parallel to the model's groups; dot reports them by name.
+    for (const std::string& name : clusters.Names) {
+        const auto found = std::find_if(dot->Clusters.begin(), dot->Clusters.end(),
+                                        [&](const TDotCluster& c) { return c.Name == name; });
+        if (found == dot->Clusters.end()) {
+            result.Groups.push_back({});
+            continue;
+        }
+        const boxf cb = found->Box;
+        const TLayoutPoint topLeft = toMM({cb.LL.x, cb.UR.y});
+        const TLayoutPoint bottomRight = toMM({cb.UR.x, cb.LL.y});
+        result.Groups.push_back(
+            {topLeft.X, topLeft.Y, bottomRight.X - topLeft.X, bottomRight.Y - topLeft.Y, true});
+    }
+
     for (std::size_t k = 0; k < pending.size(); ++k) {
         const TPending& p = pending[k];
         TLayoutRoute route;
         route.Edge = p.Edge;
         route.From = p.From;
         route.To = p.To;
-        const TLayoutBox& fromBox = result.Boxes[static_cast<std::size_t>(p.From)];
-        const TLayoutBox& toBox = result.Boxes[static_cast<std::size_t>(p.To)];
+        route.FromGroup = p.FromGroup;
+        route.ToGroup = p.ToGroup;
+        const TLayoutBox& fromBox = p.FromGroup >= 0 ? result.Groups[static_cast<std::size_t>(p.FromGroup)]
+                                                     : result.Boxes[static_cast<std::size_t>(p.From)];
+        const TLayoutBox& toBox = p.ToGroup >= 0 ? result.Groups[static_cast<std::size_t>(p.ToGroup)]
+                                                 : result.Boxes[static_cast<std::size_t>(p.To)];
         const std::vector<pointf>& bz = dot->Edges[k];
         if (bz.size() >= 2) {
             // On-curve points of the Bézier chain: with polyline routing they are the bends.

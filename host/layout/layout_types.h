@@ -44,6 +44,10 @@ struct TLayoutRoute {
     int To = -1;
     TRouteKind Kind = TRouteKind::rkStraight;
     std::vector<TLayoutPoint> Points;  // from the source box's outline to the target box's outline
+    // When an end of the edge is a container rather than a node: its index in the model's groups. The
+    // route then ends at the container's frame and From or To is a node inside it.
+    int FromGroup = -1;
+    int ToGroup = -1;
 };
 
 // Boxes are parallel to the model's nodes; routes exist only for edges whose two ends are nodes.
@@ -51,6 +55,9 @@ struct TGraphLayout {
     std::vector<TLayoutBox> Boxes;
     std::vector<TLayoutRoute> Routes;
     TLayoutSize Extent;  // the bounding size including the margin on every side
+    // Parallel to the model's groups (containers), each enclosing its members with room for its title;
+    // empty when the layout does not place containers.
+    std::vector<TLayoutBox> Groups;
 };
 
 // The extent of a caption (lines broken at CR LF) in millimetres, as the item that shows it will draw it.

@@ -85,6 +85,42 @@ void Finish(cairo_t* cr, bool filled, TAlphaColor color, double penPx) {
     cairo_stroke(cr);
 }
 
+// An entity relation's end: bars for "one", a foot of three prongs for "many", a hollow ring for "zero"
+// furthest from the entity, as crow's-foot notation reads.
+void DrawCrowsFoot(cairo_t* cr, TQVLTermType type, TDev tip, double angle, double size, TAlphaColor color,
+                   double penPx) {
+    const double back = angle + std::numbers::pi;
+    const double half = size / 2.0;
+    auto bar = [&](double at) {
+        const TDev mid = Along(tip, back, at);
+        const TDev a = Along(mid, angle + std::numbers::pi / 2.0, half);
+        const TDev b = Along(mid, angle - std::numbers::pi / 2.0, half);
+        cairo_move_to(cr, a.X, a.Y);
+        cairo_line_to(cr, b.X, b.Y);
+    };
+    const bool many = type == TQVLTermType::ttCrowOneMany || type == TQVLTermType::ttCrowZeroMany;
+    if (many) {
+        const TDev heel = Along(tip, back, size);
+        for (const double side : {std::numbers::pi / 2.0, 0.0, -std::numbers::pi / 2.0}) {
+            const TDev prong = side == 0.0 ? tip : Along(tip, angle + side, half);
+            cairo_move_to(cr, heel.X, heel.Y);
+            cairo_line_to(cr, prong.X, prong.Y);
+        }
+    }
+    if (type == TQVLTermType::ttCrowOnlyOne) bar(size * 0.4);
+    if (type == TQVLTermType::ttCrowOnlyOne || type == TQVLTermType::ttCrowZeroOne) bar(size * 0.75);
+    if (type == TQVLTermType::ttCrowOneMany) bar(size * 1.3);
+    Finish(cr, false, color, penPx);
+    if (type == TQVLTermType::ttCrowZeroOne || type == TQVLTermType::ttCrowZeroMany) {
+        const TDev ring = Along(tip, back, many ? size * 1.55 : size * 1.2);
+        cairo_new_path(cr);
+        cairo_arc(cr, ring.X, ring.Y, size * 0.3, 0.0, 2.0 * std::numbers::pi);
+        cairo_set_source_rgb(cr, 1.0, 1.0, 1.0);
+        cairo_fill_preserve(cr);
+        Finish(cr, false, color, penPx);
+    }
+}
+
 }  // namespace
 
 TDev TerminatorBase(TQVLTermType type, TDev tip, double angle, double size) {
@@ -102,6 +138,8 @@ TDev TerminatorBase(TQVLTermType type, TDev tip, double angle, double size) {
         case TQVLTermType::ttRhombus:
         case TQVLTermType::ttFillRhombus:
             return Along(tip, back, size);
+        case TQVLTermType::ttTriangle:
+            return Along(tip, back, size * std::cos(std::numbers::pi / TDraw2D::kArrowDivisor));
         default:
             return tip;
     }
@@ -171,6 +209,23 @@ void DrawTerminator(const TPainter& p, TQVLTermType type, TDev tip, double angle
             Finish(cr, false, color, penPx);
             break;
         }
+        case TQVLTermType::ttTriangle: {
+            float ax1 = 0, ay1 = 0, ax2 = 0, ay2 = 0;
+            TDraw2D::DrawArrow(static_cast<float>(tip.X), static_cast<float>(tip.Y), angle,
+                               static_cast<float>(size), ax1, ay1, ax2, ay2, TDraw2D::kArrowDivisor);
+            cairo_move_to(cr, ax1, ay1);
+            cairo_line_to(cr, tip.X, tip.Y);
+            cairo_line_to(cr, ax2, ay2);
+            cairo_close_path(cr);
+            Finish(cr, false, color, penPx);
+            break;
+        }
+        case TQVLTermType::ttCrowOnlyOne:
+        case TQVLTermType::ttCrowZeroOne:
+        case TQVLTermType::ttCrowOneMany:
+        case TQVLTermType::ttCrowZeroMany:
+            DrawCrowsFoot(cr, type, tip, angle, size, color, penPx);
+            break;
         case TQVLTermType::ttCross: {
             for (double a : {std::numbers::pi / 4.0, -std::numbers::pi / 4.0}) {
                 const TDev e1 = Along(tip, angle + a, half);

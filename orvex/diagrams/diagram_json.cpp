@@ -41,8 +41,10 @@ std::string_view QVLFlowTypeName(TQVLFlowType aValue) {
 }
 
 std::string_view QVLDiagEdgeArrowName(TQVLDiagEdgeArrow aValue) {
-    static constexpr std::array<std::string_view, 6> kNames{"eaArrow",  "eaNone",    "eaCross",
-                                                            "eaCircle", "eaRhombus", "eaFillRhombus"};
+    static constexpr std::array<std::string_view, 13> kNames{
+        "eaArrow",       "eaNone",        "eaCross",       "eaCircle",   "eaRhombus",
+        "eaFillRhombus", "eaTriangle",    "eaOpenArrow",   "eaLollipop", "eaCrowOnlyOne",
+        "eaCrowZeroOne", "eaCrowOneMany", "eaCrowZeroMany"};
     return NameOf(kNames, aValue);
 }
 

@@ -20,7 +20,23 @@ using Qvl::Types::TAlphaColor;
 enum class TQVLDiagramFormat : std::uint8_t { dgAuto, dgMermaid, dgPlantUML };
 enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa };
 enum class TQVLFlowDirection : std::uint8_t { fdTopDown, fdLeftRight };
-enum class TQVLDiagEdgeArrow : std::uint8_t { eaArrow, eaNone, eaCross, eaCircle, eaRhombus, eaFillRhombus };
+// Only the full importer writes the values after eaFillRhombus: UML heads (hollow triangle, open arrow,
+// lollipop) and the crow's-foot ends of entity relations.
+enum class TQVLDiagEdgeArrow : std::uint8_t {
+    eaArrow,
+    eaNone,
+    eaCross,
+    eaCircle,
+    eaRhombus,
+    eaFillRhombus,
+    eaTriangle,
+    eaOpenArrow,
+    eaLollipop,
+    eaCrowOnlyOne,
+    eaCrowZeroOne,
+    eaCrowOneMany,
+    eaCrowZeroMany
+};
 // Only the full importer writes the values after seNote; the core parsers know messages and notes.
 enum class TQVLSeqEventType : std::uint8_t {
     seMessage,
@@ -95,6 +111,7 @@ struct TQVLDiagEdge {
     std::string ToText;
     bool Thick = false;
     TQVLDiagStyle Style;
+    std::string Hint;  // where the text places the target from the source: "up", "down", "left", "right"
 };
 
 struct TQVLSeqParticipant {

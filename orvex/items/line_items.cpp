@@ -195,8 +195,8 @@ void TORXTermLine::WriteTermJson(TJSON& obj) const {
 void TORXTermLine::ReadTermJson(const TJSON& obj) {
     const TQVLUnits units = fOwner->Units();
     fLineType = EnumFromJson(obj, "LineType", TQVLineType::ii411);
-    fFromType = EnumFromJson(obj, "FromType", TQVLTermType::ttCross);
-    fToType = EnumFromJson(obj, "ToType", TQVLTermType::ttCross);
+    fFromType = EnumFromJson(obj, "FromType", kLastTermType);
+    fToType = EnumFromJson(obj, "ToType", kLastTermType);
     fFromColor = U::GetColor(obj, "FromColor");
     fToColor = U::GetColor(obj, "ToColor");
     fSizeFrom = static_cast<std::int32_t>(U::UnitToBase(U::GetFloat(obj, "SizeFrom"), units));

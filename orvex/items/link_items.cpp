@@ -203,9 +203,9 @@ void TORXBaseLink::SetEnumProp(std::uint16_t p, std::int64_t v) {
         case LinkProp::kLineType:
             return SetLineType(EnumOf(v, TQVLineType::ii411));
         case LinkProp::kFromType:
-            return SetFromType(EnumOf(v, TQVLTermType::ttCross));
+            return SetFromType(EnumOf(v, kLastTermType));
         case LinkProp::kToType:
-            return SetToType(EnumOf(v, TQVLTermType::ttCross));
+            return SetToType(EnumOf(v, kLastTermType));
         default:
             return TPropItem::SetEnumProp(p, v);
     }
@@ -692,11 +692,11 @@ void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
     fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
     fFromID = static_cast<std::int32_t>(U::GetInt(obj, "FromID"));
     fFromIndex = static_cast<std::int16_t>(U::GetInt(obj, "FromIndex"));
-    fFromType = EnumOf(U::GetInt(obj, "FromType"), TQVLTermType::ttCross);
+    fFromType = EnumOf(U::GetInt(obj, "FromType"), kLastTermType);
     fFromColor = U::GetColor(obj, "FromColor");
     fToID = static_cast<std::int32_t>(U::GetInt(obj, "ToID"));
     fToIndex = static_cast<std::int16_t>(U::GetInt(obj, "ToIndex"));
-    fToType = EnumOf(U::GetInt(obj, "ToType"), TQVLTermType::ttCross);
+    fToType = EnumOf(U::GetInt(obj, "ToType"), kLastTermType);
     fToColor = U::GetColor(obj, "ToColor");
     if (LinkEndIDs() != endsBefore) fOwner->LinkEndsChanged(this);
     fRadio = U::GetInt(obj, "Radio");

@@ -151,6 +151,19 @@ std::string MarkerShape(TQVLTermType type, TAlphaColor color) {
             return "<path d=\"M2,2 L8,8\" " + stroke + "/>";
         case TQVLTermType::ttCross:
             return "<path d=\"M2,2 L8,8 M2,8 L8,2\" " + stroke + "/>";
+        case TQVLTermType::ttTriangle:
+            return "<path d=\"M0,1 L5,5 L0,9 Z\" stroke=\"" + SvgColor(color) + "\" fill=\"#FFFFFF\"/>";
+        case TQVLTermType::ttCrowOnlyOne:
+            return "<path d=\"M3,1 L3,9 M1,1 L1,9\" " + stroke + "/>";
+        case TQVLTermType::ttCrowZeroOne:
+            return "<path d=\"M3,1 L3,9\" " + stroke + "/><circle cx=\"0\" cy=\"5\" r=\"1.5\" stroke=\"" +
+                   SvgColor(color) + "\" fill=\"#FFFFFF\"/>";
+        case TQVLTermType::ttCrowOneMany:
+            return "<path d=\"M5,1 L2,5 L5,9 M1,1 L1,9\" " + stroke + "/>";
+        case TQVLTermType::ttCrowZeroMany:
+            return "<path d=\"M5,1 L2,5 L5,9\" " + stroke +
+                   "/><circle cx=\"0\" cy=\"5\" r=\"1.5\" stroke=\"" + SvgColor(color) +
+                   "\" fill=\"#FFFFFF\"/>";
     }
     return {};
 }

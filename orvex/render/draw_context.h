@@ -42,8 +42,16 @@ enum class TQVLTermType : std::uint8_t {
     ttFillRhombus,
     ttLeftDia,
     ttRightDia,
-    ttCross
+    ttCross,
+    // The heads of class and entity diagrams: a hollow triangle (inheritance, realisation) and the
+    // crow's-foot ends of entity relations.
+    ttTriangle,
+    ttCrowOnlyOne,
+    ttCrowZeroOne,
+    ttCrowOneMany,
+    ttCrowZeroMany
 };
+inline constexpr TQVLTermType kLastTermType = TQVLTermType::ttCrowZeroMany;
 
 struct TQVLDrawConf {
     TAlphaColor fFColor = kOpaqueBlack;  // pen

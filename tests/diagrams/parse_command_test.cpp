@@ -3,9 +3,13 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
+#include "orvex/diagrams/diagram_json.h"
+#include "orvex/diagrams/diagram_parse.h"
 #include "orvex/io/json.h"
 
 namespace {
@@ -40,7 +44,7 @@ std::string WriteTemp(const std::string& name, const std::string& text) {
 
 TEST(ParseCommand, PrintsTheModelInItsFixedShape) {
     const std::string path = WriteTemp("orvex_parse_a.mmd", "graph LR\nA[Start] --> B\n???\n");
-    const TRun run = RunCli(path);
+    const TRun run = RunCli(path + " --core");
     EXPECT_EQ(run.Status, 0);
     auto json = Orvex::TJSON::parse(run.Out);
     std::string keys;
@@ -64,7 +68,7 @@ TEST(ParseCommand, FormatComesFromOptionThenExtensionThenDetection) {
     const std::string mmd = WriteTemp("orvex_parse_b.mmd", puml);
     EXPECT_EQ(Orvex::TJSON::parse(RunCli(mmd).Out)["format"], "dgMermaid");
     EXPECT_EQ(Orvex::TJSON::parse(RunCli(mmd + " --format plantuml").Out)["format"], "dgPlantUML");
-    const TRun stdinRun = RunCli("- < " + txt);
+    const TRun stdinRun = RunCli("--core - < " + txt);
     auto json = Orvex::TJSON::parse(stdinRun.Out);
     EXPECT_EQ(json["kind"], "dkSequence");
     EXPECT_EQ(json["events"][0]["type"], "seMessage");
@@ -75,9 +79,13 @@ TEST(ParseCommand, FormatComesFromOptionThenExtensionThenDetection) {
 
 TEST(ParseCommand, ExitCodes) {
     const std::string empty = WriteTemp("orvex_parse_c.mmd", "%% nothing\n");
-    const TRun invalid = RunCli(empty);
+    const TRun invalid = RunCli(empty + " --core");
     EXPECT_EQ(invalid.Status, 1);
     EXPECT_EQ(Orvex::TJSON::parse(invalid.Out)["diagnostics"][0]["code"], "DIAGRAM_EMPTY_RESULT");
+    // The full importer refuses a text without any statement.
+    const TRun refused = RunCli(empty);
+    EXPECT_EQ(refused.Status, 1);
+    EXPECT_EQ(Orvex::TJSON::parse(refused.Out)["diagnostics"][0]["code"], "DIAGRAM_NOT_RECOGNIZED");
 
     const std::string warned = WriteTemp("orvex_parse_d.mmd", "graph TD\nA\n???\n");
     EXPECT_EQ(RunCli(warned).Status, 0);
@@ -105,4 +113,37 @@ TEST(ParseCommand, TimeReportsEachRunOnStderrAndStillPrintsTheModel) {
     }
     EXPECT_EQ(runs, 3u);
     EXPECT_EQ(RunCli(path + " --time --repeat 0").Status, 2);
+}
+
+TEST(ParseCommand, CoreOutputIsTheCoreParsersAndTheFullOneAddsItsKeys) {
+    namespace fs = std::filesystem;
+    for (const char* dir : {"mermaid", "plantuml"}) {
+        for (const auto& entry : fs::directory_iterator(std::string(ORVEX_SOURCE_DIR) + "/examples/" + dir)) {
+            const std::string path = entry.path().string();
+            SCOPED_TRACE(path);
+            std::ifstream in(path, std::ios::binary);
+            const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+            const auto format = Orvex::QVLResolveFileFormat(path, Orvex::TQVLDiagramFormat::dgAuto);
+            const auto model = Orvex::QVLParseDiagram(text, format);
+            const std::string core = Orvex::QVLDiagramModelToJson(*model, format)
+                                         .dump(-1, ' ', false, Orvex::TJSON::error_handler_t::replace);
+            EXPECT_EQ(RunCli(path + " --core").Out, core + "\n");
+            // The full output starts with the same top-level keys and ends with "groups".
+            const auto full = Orvex::TJSON::parse(RunCli(path).Out);
+            std::string keys;
+            for (const auto& [key, value] : full.items()) keys += key + ",";
+            EXPECT_EQ(keys,
+                      "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,");
+        }
+    }
+    const std::string path =
+        WriteTemp("orvex_parse_full.mmd", "graph LR\nsubgraph S [Box]\nA e1@==> B\nend\n");
+    const auto json = Orvex::TJSON::parse(RunCli(path).Out);
+    EXPECT_EQ(json["nodes"][0]["group"], "S");
+    EXPECT_EQ(
+        json["edges"][0].dump(),
+        R"({"from":"A","to":"B","text":"","dotted":false,"fromArrow":"eaNone","arrow":"eaArrow","id":"e1",)"
+        R"("fromText":"","toText":"","thick":true,"style":{}})");
+    EXPECT_EQ(json["groups"].dump(),
+              R"([{"id":"S","text":"Box","parent":"","direction":"","members":["A","B"],"style":{}}])");
 }
