@@ -13,6 +13,7 @@
 #include "host/tools/tool_registry.h"
 #include "host/tools/tool_schema.h"
 #include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_json.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/document.h"
@@ -96,7 +97,7 @@ TJSON LoadDiagram(TToolSession& aSession, TORXBaseLabel& aDoc, const TJSON& aArg
     const auto format = formatName == "mermaid"    ? TQVLDiagramFormat::dgMermaid
                         : formatName == "plantuml" ? TQVLDiagramFormat::dgPlantUML
                                                    : QVLDetectDiagramFormat(text);
-    const auto model = QVLParseDiagram(text, format);
+    const auto model = QVLImportDiagram(text, format);
     TJSON result = {{"loaded", false},
                     {"items_created", 0},
                     {"diagnostics", QVLDiagramModelToJson(*model, format)["diagnostics"]}};
