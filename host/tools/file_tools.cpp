@@ -50,26 +50,22 @@ void CheckExtension(const TJSON& aArgs, std::string_view aExtension, std::string
 }
 
 // Why a file in the files folder could not be written, naming it as the caller did: the server's own
-// folders are none of the caller's business.
-std::string WriteFailure(const TToolOptions& aOptions, const fs::path& aFile) {
+// folders are none of the caller's business. aMessage is the writer's own, which starts with the full path.
+std::string WriteFailure(const TToolOptions& aOptions, const fs::path& aFile, std::string_view aMessage) {
     const std::string name = RelativeName(aOptions, aFile);
     std::error_code ec;
     if (!fs::is_directory(aFile.parent_path(), ec))
         return fmt::format("cannot write \"{}\": its folder does not exist in the files folder", name);
     if (fs::is_directory(aFile, ec)) return fmt::format("cannot write \"{}\": it is a folder", name);
+    const std::string full = aFile.string();
+    if (aMessage.starts_with(full) && aMessage.size() > full.size())
+        return fmt::format("cannot write \"{}\"{}", name, aMessage.substr(full.size()));
     return fmt::format("cannot write \"{}\": permission denied or the disk is full", name);
 }
 
 void WriteText(const TToolOptions& aOptions, const fs::path& aFile, std::string_view aText) {
-    const auto written = WriteFileAtomic(aFile.string(), aText);
-    if (written) return;
-    std::error_code ec;
-    if (!fs::is_directory(aFile.parent_path(), ec) || fs::is_directory(aFile, ec))
-        throw EToolArgument(WriteFailure(aOptions, aFile));
-    // The reason after the path: the caller knows the file by its name in the files folder, not by the
-    // server's full path.
-    const std::string_view reason = std::string_view(written.Message).substr(aFile.string().size());
-    throw EToolArgument(fmt::format("cannot write \"{}\"{}", RelativeName(aOptions, aFile), reason));
+    if (const auto written = WriteFileAtomic(aFile.string(), aText); !written)
+        throw EToolArgument(WriteFailure(aOptions, aFile, written.Message));
 }
 
 TJSON Summary(const TORXBaseLabel& aDoc) {
@@ -102,7 +98,7 @@ TJSON SaveDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
     CheckExtension(aArgs, ".json", "the drawing is saved in the JSON drawing format");
     if (!file) return InlineResult(aDoc.GetJsonString(2), {{"format", "json"}});
     if (const auto saved = SaveDrawingFile(file->string(), aDoc); !saved)
-        return ErrorResult(WriteFailure(aOptions, *file));
+        return ErrorResult(WriteFailure(aOptions, *file, saved.Message));
     return StructuredResult({{"path", RelativeName(aOptions, *file)}, {"bytes", fs::file_size(*file)}});
 }
 
