@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/layout/fishbone_layout.h"
@@ -22,6 +24,7 @@
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/diagrams/sequence_import.h"
 #include "orvex/document/document.h"
+#include "orvex/items/container_frame.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/line_items.h"
 #include "orvex/items/link_items.h"
@@ -310,22 +313,39 @@ double AddTitle(TORXBaseLabel& doc, const std::string& title, double width) {
 }
 
 // A container's frame, behind its members, with its title in the top left corner.
+// A container of the document at the cluster's place: its caption is the title in the frame's band, and
+// moving or deleting it in the editor or through MCP takes its members along.
 TORXBaseFlow* AddFrame(TORXBaseLabel& doc, const TQVLDiagGroup& group, const TLayoutBox& box) {
-    TORXBaseFlow* frame = AddFlow(doc, box, TQVLFlowType::ftProcess, "");
+    TORXBaseFlow* frame = AddFlow(doc, box, TQVLFlowType::ftProcess, group.Text);
     if (frame == nullptr) return nullptr;
+    frame->SetContainerFrame(TQVLContainerFrame::cfPlain);
+    frame->SetVertAlign(TQVLVertAlign::vaTop);
+    frame->SetBold(true);
     frame->SetBackColor(kFrameFill);
     frame->SetFilled(true);
     frame->SetColor(kFrameStroke);
     ApplyStyle(*frame, group.Style);
-    if (!group.Text.empty()) {
-        auto* title = Create<TORXBaseText>(doc, TQVLItemType::itText);
-        if (title != nullptr) {
-            title->SetText(group.Text);
-            title->SetBase(1, Base(box.X + kFrameTitleInset), Base(box.Y + kFrameTitleInset));
-            if (group.Style.TextColor) title->SetFontColor(*group.Style.TextColor);
-        }
-    }
     return frame;
+}
+
+// Membership follows the model: each frame joins its parent's, each element its innermost frame's.
+void JoinContainers(const TORXDiagramModel& model, const std::vector<TORXBaseFlow*>& frames,
+                    const std::vector<TORXBaseFlow*>& flows) {
+    std::unordered_map<std::string_view, std::size_t> index;
+    for (std::size_t g = 0; g < model.Groups().size(); ++g) index.emplace(model.Groups()[g].ID, g);
+    auto frameOf = [&](const std::string& id) -> TORXBaseFlow* {
+        const auto found = index.find(id);
+        return found == index.end() ? nullptr : frames[found->second];
+    };
+    for (std::size_t g = 0; g < frames.size(); ++g) {
+        TORXBaseFlow* parent = frameOf(model.Groups()[g].Parent);
+        if (frames[g] != nullptr && parent != nullptr && parent != frames[g])
+            frames[g]->SetContainerID(parent->InID());
+    }
+    for (std::size_t i = 0; i < flows.size(); ++i) {
+        TORXBaseFlow* frame = frameOf(model.Nodes()[i].Group);
+        if (flows[i] != nullptr && frame != nullptr) flows[i]->SetContainerID(frame->InID());
+    }
 }
 
 void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& route,
@@ -389,6 +409,7 @@ bool PlaceGraph(TORXBaseLabel& doc, TORXDiagramModel& model, TGraphLayout layout
         model.SetNodeInId(nodes[i].ID, flow->InID());
         placement.Nodes.push_back({nodes[i].ID, flow->InID()});
     }
+    JoinContainers(model, frames, flows);
     // An end is a node's element, or a container's frame when the link names the container.
     auto end = [&](int node, int group) -> std::pair<TORXBaseFlow*, const TLayoutBox*> {
         if (group >= 0)

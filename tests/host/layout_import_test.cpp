@@ -41,18 +41,11 @@ bool Encloses(const TQVLRect& outer, const TQVLRect& inner) {
            outer.Bottom >= inner.Bottom;
 }
 
-// The frame of a container: the untitled rectangle whose title text stands in its top left corner.
+// The frame of a container: the document container captioned with the title.
 TORXBaseFlow* FrameTitled(const TORXBaseLabel& doc, std::string_view title) {
-    const TORXBaseText* text = TextItem(doc, title);
-    if (text == nullptr) return nullptr;
-    const auto t = text->GetPoint(1);
-    TORXBaseFlow* best = nullptr;
-    for (auto* flow : ItemsOf<TORXBaseFlow>(doc)) {
-        const TQVLRect f = flow->Box();
-        if (!flow->Text().empty() || flow->FlowType() != TQVLFlowType::ftProcess) continue;
-        if (f.Left <= t.X && f.Top <= t.Y && t.X - f.Left < 3000 && t.Y - f.Top < 3000) best = flow;
-    }
-    return best;
+    for (auto* flow : ItemsOf<TORXBaseFlow>(doc))
+        if (flow->IsContainerFrame() && flow->Text() == title) return flow;
+    return nullptr;
 }
 
 std::int32_t IndexOf(const TORXBaseLabel& doc, const TORXBaseItem* item) {
@@ -90,6 +83,16 @@ TEST(LayoutImport, FramesEncloseTheirMembersBehindThemAndTakeLinks) {
     EXPECT_FALSE(Encloses(inner->Box(), c->Box()));
     EXPECT_LT(IndexOf(doc, outer), IndexOf(doc, inner));
     EXPECT_LT(IndexOf(doc, inner), IndexOf(doc, a));
+    // The frames are containers of the document: moving the outer one takes everything inside along.
+    EXPECT_EQ(doc.ContainerOf(a->InID()), inner->InID());
+    EXPECT_EQ(doc.ContainerOf(inner->InID()), outer->InID());
+    EXPECT_EQ(doc.ContainerOf(c->InID()), outer->InID());
+    EXPECT_EQ(doc.ContainerOf(d->InID()), 0);
+    const auto aBefore = a->Box();
+    const auto dBefore = d->Box();
+    doc.MoveItems({outer->InID()}, 5000, 0);
+    EXPECT_EQ(a->Box().Left, aBefore.Left + 5000);
+    EXPECT_EQ(d->Box().Left, dBefore.Left);
     // The classDef's look.
     EXPECT_TRUE(a->Filled());
     EXPECT_EQ(a->BackColor(), 0xFFFF9966u);
