@@ -215,6 +215,29 @@ TJSON DuplicateItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     return StructuredResult({{"items", std::move(list)}, {"copies", std::move(map)}});
 }
 
+// [SECTION] group_items, ungroup_items
+
+// A group is a container of the document, as an imported subgraph is: a titled frame behind its members
+// that takes them along when it moves or is deleted.
+TJSON GroupItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const auto items = ItemsByIds(aDoc, aArgs, true);
+    std::vector<std::int32_t> ids;
+    for (const TORXBaseItem* item : items) ids.push_back(item->InID());
+    TORXBaseItem* frame = aDoc.GroupItems(ids, aArgs.value("title", std::string()));
+    if (frame == nullptr) throw EToolArgument("ids: none of them names an item that can be grouped");
+    GrowPageToContent(aDoc);
+    TJSON members = TJSON::array();
+    for (const std::int32_t id : aDoc.MembersOf(frame->InID())) members.push_back(id);
+    return StructuredResult({{"group", ItemSummary(aDoc, *frame)}, {"members", std::move(members)}});
+}
+
+TJSON UngroupItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const auto id = static_cast<std::int32_t>(aArgs["id"].get<std::int64_t>());
+    const std::vector<std::int32_t> members = aDoc.MembersOf(id);
+    if (!aDoc.UngroupItems(id)) throw EToolArgument(fmt::format("id: {} is not a group", id));
+    return StructuredResult({{"members", members}});
+}
+
 TJSON IdsProp(std::string_view aDescription, std::int64_t aMinItems) {
     return {{"type", "array"},
             {"description", aDescription},
@@ -274,6 +297,16 @@ void RegisterBatchTools(TToolRegistry& aRegistry) {
                       {"dy", NumberProp("Offset down. Default 10 mm.")}},
                      {"ids"}),
         DuplicateItems, WithOutputProperties(summaries, {{"copies", "object"}}));
+    aRegistry.Add(
+        "group_items",
+        "Put items into a new group: a titled frame behind them that moves, copies and deletes with "
+        "them (an imported subgraph is one too). Listing a group nests it. One undo step.",
+        ObjectSchema({{"ids", IdsProp("Item ids.", 1)}, {"title", StringProp("The frame's title.")}},
+                     {"ids"}),
+        GroupItems, OutputSchema({{"group", "object"}, {"members", ArrayOf("integer")}}));
+    aRegistry.Add("ungroup_items", "Remove a group's frame; its members stay where they are. One undo step.",
+                  ObjectSchema({{"id", IntegerProp("The group's id.", 1, INT32_MAX)}}, {"id"}), UngroupItems,
+                  OutputSchema({{"members", ArrayOf("integer")}}));
 }
 
 }  // namespace Orvex::Host

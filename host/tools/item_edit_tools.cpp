@@ -220,7 +220,15 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     bool grown = false;
     {
         const std::size_t undoStart = aDoc.UndoCount();
+        const TQVLRect before = item.BoundsRect();
         if (!keys.empty()) ChangeItemKeys(item, keys);
+        // A group's members go where their frame goes, unless the frame was only resized.
+        const bool moved =
+            aArgs.contains("x") || aArgs.contains("y") || aArgs.contains("dx") || aArgs.contains("dy");
+        if (moved && !aArgs.contains("width") && !aArgs.contains("height") && aDoc.IsContainer(item.InID())) {
+            const TQVLRect after = item.BoundsRect();
+            aDoc.MoveItems(aDoc.MembersOf(item.InID()), after.Left - before.Left, after.Top - before.Top);
+        }
         const bool captionChanged = aArgs.contains("text") || aArgs.contains("font") ||
                                     aArgs.contains("font_height") || aArgs.contains("bold") ||
                                     aArgs.contains("shape");

@@ -177,6 +177,30 @@ TEST_F(AgentLoopTest, AlignDistributeAndDuplicate) {
                   " is a link, which follows the elements it joins");
 }
 
+TEST_F(AgentLoopTest, AGroupMovesItsMembersAndUngroupingLeavesThem) {
+    std::vector<std::int64_t> ids;
+    for (const int x : {0, 40})
+        ids.push_back(Ok("add_flow", {{"x", x}, {"y", 20}, {"width", 20}, {"height", 10}})["id"]);
+    const TJSON grouped = Ok("group_items", {{"ids", ids}, {"title", "Pair"}});
+    const auto group = grouped["group"]["id"].get<std::int32_t>();
+    EXPECT_EQ(grouped["members"], TJSON(ids));
+    EXPECT_TRUE(fDoc.IsContainer(group));
+    const auto left = [&](std::int64_t aId) {
+        for (std::int32_t i = 0; i < fDoc.GetItemsCount(); ++i)
+            if (fDoc.GetItem(i)->InID() == aId) return fDoc.GetItem(i)->BoundsRect().Left;
+        return std::int64_t{-1};
+    };
+    Ok("modify_item", {{"id", group}, {"dx", 10}});
+    EXPECT_EQ(left(ids[1]), 50'000);
+    Ok("undo");
+    EXPECT_EQ(left(ids[1]), 40'000);
+    EXPECT_EQ(Ok("ungroup_items", {{"id", group}})["members"], TJSON(ids));
+    EXPECT_FALSE(fDoc.IsContainer(group));
+    EXPECT_EQ(fDoc.ContainerOf(static_cast<std::int32_t>(ids[0])), 0);
+    EXPECT_EQ(Refused("ungroup_items", {{"id", ids[0]}}),
+              "id: " + std::to_string(ids[0]) + " is not a group");
+}
+
 TEST_F(AgentLoopTest, ALongerCaptionGrowsItsElement) {
     const TJSON flow = Ok("add_flow", {{"x", 10}, {"y", 10}, {"width", 20}, {"height", 10}, {"text", "Ok"}});
     Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
