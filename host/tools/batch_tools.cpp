@@ -228,7 +228,9 @@ TJSON GroupItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     GrowPageToContent(aDoc);
     TJSON members = TJSON::array();
     for (const std::int32_t id : aDoc.MembersOf(frame->InID())) members.push_back(id);
-    return StructuredResult({{"group", ItemSummary(aDoc, *frame)}, {"members", std::move(members)}});
+    TJSON summary = ItemSummary(aDoc, *frame);
+    summary["members"] = std::move(members);
+    return StructuredResult(std::move(summary));
 }
 
 TJSON UngroupItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -303,7 +305,7 @@ void RegisterBatchTools(TToolRegistry& aRegistry) {
         "them (an imported subgraph is one too). Listing a group nests it. One undo step.",
         ObjectSchema({{"ids", IdsProp("Item ids.", 1)}, {"title", StringProp("The frame's title.")}},
                      {"ids"}),
-        GroupItems, OutputSchema({{"group", "object"}, {"members", ArrayOf("integer")}}));
+        GroupItems, WithOutputProperties(ItemSummarySchema(), {{"members", ArrayOf("integer")}}));
     aRegistry.Add("ungroup_items", "Remove a group's frame; its members stay where they are. One undo step.",
                   ObjectSchema({{"id", IntegerProp("The group's id.", 1, INT32_MAX)}}, {"id"}), UngroupItems,
                   OutputSchema({{"members", ArrayOf("integer")}}));

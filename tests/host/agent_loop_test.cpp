@@ -182,7 +182,7 @@ TEST_F(AgentLoopTest, AGroupMovesItsMembersAndUngroupingLeavesThem) {
     for (const int x : {0, 40})
         ids.push_back(Ok("add_flow", {{"x", x}, {"y", 20}, {"width", 20}, {"height", 10}})["id"]);
     const TJSON grouped = Ok("group_items", {{"ids", ids}, {"title", "Pair"}});
-    const auto group = grouped["group"]["id"].get<std::int32_t>();
+    const auto group = grouped["id"].get<std::int32_t>();
     EXPECT_EQ(grouped["members"], TJSON(ids));
     EXPECT_TRUE(fDoc.IsContainer(group));
     const auto left = [&](std::int64_t aId) {
