@@ -236,8 +236,16 @@ TGraphLayout LayoutGraph(const TORXDiagramModel& aModel, const std::vector<TLayo
     const auto& nodes = aModel.Nodes();
     result.Boxes.resize(nodes.size());
     if (nodes.empty()) return result;
-    const TGraphvizSettings settings = ChooseGraphviz(MeasureGraph(aModel), aOptions);
+    TGraphvizSettings settings = ChooseGraphviz(MeasureGraph(aModel), aOptions);
     if (settings.Engine == TGraphEngine::geLayered) return LayoutLayered(aModel, aSizes, aOptions);
+    // The Graphviz of Debian 12 corrupts its heap on some graphs with clusters (its flat-edge pass
+    // reallocates a list that gvFreeLayout then frees again; a composite state with a choice looping back
+    // into it is enough). With clusters dot runs in a child process: a crash there costs only the dot
+    // layout, and nobody frees the child's heap.
+    if (!aModel.Groups().empty() && aOptions.TimeBudget > 0 && IsolationAvailable()) {
+        settings.Isolated = true;
+        settings.BudgetSeconds = aOptions.TimeBudget;
+    }
 
     std::unique_ptr<Agraph_t, TGraphDeleter> graph(agopen(Mutable("diagram"), Agdirected, nullptr));
     Agraph_t* g = graph.get();

@@ -219,5 +219,31 @@ TEST(LayoutImport, ActorsNotesAndAliasesOfStructureDiagrams) {
     EXPECT_TRUE(joined);
 }
 
+// Graphviz frees twice what it laid out for this one (clusters, a choice looping back into a composite):
+// the load must neither crash nor lose the containers.
+TEST(LayoutImport, ClustersThatUpsetGraphvizStillLoad) {
+    TORXHeadlessLabel doc;
+    ASSERT_TRUE(LoadDiagramWithLayout(doc,
+                                      "stateDiagram-v2\n"
+                                      "    [*] --> Idle\n"
+                                      "    Idle --> Printing : job arrives\n"
+                                      "    state Printing {\n"
+                                      "        [*] --> Warming\n"
+                                      "        Warming --> Feeding\n"
+                                      "        Feeding --> [*]\n"
+                                      "        --\n"
+                                      "        [*] --> Spooling\n"
+                                      "        Spooling --> [*]\n"
+                                      "    }\n"
+                                      "    Printing --> check\n"
+                                      "    state check <<choice>>\n"
+                                      "    check --> Idle : queue empty\n"
+                                      "    check --> Printing : more jobs\n",
+                                      TQVLDiagramFormat::dgMermaid));
+    int containers = 0;
+    for (auto* flow : ItemsOf<TORXBaseFlow>(doc)) containers += flow->IsContainerFrame() ? 1 : 0;
+    EXPECT_GE(containers, 3);  // the composite and its two regions
+}
+
 }  // namespace
 }  // namespace Orvex
