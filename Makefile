@@ -15,7 +15,7 @@ CCACHE        := $(shell command -v ccache 2>/dev/null)
 LAUNCHER      := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE)) -DORVEX_WERROR=ON
 GENERATOR     := $(if $(shell command -v ninja 2>/dev/null),-G Ninja)
 
-.PHONY: all deps configure build test demo sanitize tsan fuzz bench peers format clean
+.PHONY: all deps configure build test demo sanitize tsan fuzz bench peers format format-check clean
 
 all: build
 
@@ -70,6 +70,10 @@ peers: build
 
 format:
 	@git ls-files -co --exclude-standard '*.h' '*.cpp' | xargs -r clang-format -i
+
+# Fails, naming the files, when any source is not as `make format` leaves it.
+format-check:
+	@git ls-files '*.h' '*.cpp' | xargs -r clang-format --dry-run --Werror
 
 clean:
 	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR) $(FUZZ_DIR)

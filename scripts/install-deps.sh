@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake ninja-build pkg-config ccache
+  build-essential cmake ninja-build pkg-config ccache clang-format
   nlohmann-json3-dev libpcre2-dev libfmt-dev libcli11-dev libcpp-httplib-dev
   libcurl4-openssl-dev
   googletest libgtest-dev libgmock-dev libbenchmark-dev

@@ -268,14 +268,13 @@ void RegisterInfoTools(TToolRegistry& aRegistry) {
                       {"total", "integer"},
                       {"offset", "integer"},
                       {"next_offset", TJSON::array({"integer", "null"})}}));
-    aRegistry.Add(
-        "get_item",
-        "Return one item (by exactly one of index, name or id) with its properties as the add_ and "
-        "modify_item tools name them; raw gives the drawing-file form.",
-        WithOneOf(
-            WithProperties(ItemSelector(), {{"raw", BoolProp("The drawing-file form. Default false.")}}),
-            {"index", "name", "id"}),
-        GetItem, WithOutputProperties(ItemSummarySchema(), {{"properties", "object"}}));
+    aRegistry.Add("get_item",
+                  "Return one item (by exactly one of index, name or id) with its properties as the add_ and "
+                  "modify_item tools name them; raw gives the drawing-file form.",
+                  WithOneOf(WithProperties(ItemSelector(),
+                                           {{"raw", BoolProp("The drawing-file form. Default false.")}}),
+                            {"index", "name", "id"}),
+                  GetItem, WithOutputProperties(ItemSummarySchema(), {{"properties", "object"}}));
     aRegistry.Add("list_layers",
                   "List the layers: index, name, item count, flags, colour and which is active (new items go "
                   "there).",

@@ -162,7 +162,6 @@ void TORXBaseItem::SetPointY(std::int32_t index, std::int64_t y) {
     PointsChanged();
 }
 
-
 void TORXBaseItem::SetBase(std::int32_t index, std::int64_t x, std::int64_t y) {
     SetPoint(index, TQVLPto{x, y});
 }

@@ -151,7 +151,6 @@ void TORXBaseLabel::LinkEndsChanged(TORXBaseItem* link) {
     if (fFlowLinks && fFlowLinks->Valid() && !link->FromPreview()) fFlowLinks->EndsChanged(link);
 }
 
-
 std::size_t TORXBaseLabel::FlowLinkIndexBuilds() const {
     return fFlowLinks ? fFlowLinks->Builds() : 0;
 }

@@ -368,7 +368,7 @@ class TORXBaseLabel {
     std::vector<std::unique_ptr<TORXBaseItem>> fItems;
     mutable std::unique_ptr<TPickIndex> fPickIndex;  // built by ItemAt
     mutable bool fPickIndexDirty = true;
-    mutable std::unique_ptr<TItemIdIndex> fIdIndex;  // built by FindItemByInID
+    mutable std::unique_ptr<TItemIdIndex> fIdIndex;      // built by FindItemByInID
     mutable std::unique_ptr<TFlowLinkIndex> fFlowLinks;  // valid or rebuilt on its next lookup
     std::vector<std::unique_ptr<TORXBaseItem>> fPreviewItems;
     std::vector<std::unique_ptr<TORXBaseLibSymbol>> fSymbols;

@@ -40,7 +40,8 @@ void TORXBaseLabel::SortItemsZLayer() {
 // [SECTION] Arrangement
 
 void TORXBaseLabel::FollowLinks() {
-    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(fSelection))) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(fSelection)))
+        ChangeState(TOrvexState::lsCalc, link);
 }
 
 namespace {

@@ -247,7 +247,8 @@ void TORXBaseLabel::MoveItems(const std::vector<std::int32_t>& aInIDs, std::int6
     if (items.empty() || (dx == 0 && dy == 0)) return;
     const TBatch batch(*this);
     for (TORXBaseItem* item : items) MoveItemBy(item, dx, dy);
-    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(items))) ChangeState(TOrvexState::lsCalc, link);
+    for (TORXBaseItem* link : Orvex::LinksOf(*this, WithMembers(items)))
+        ChangeState(TOrvexState::lsCalc, link);
 }
 
 void TORXBaseLabel::MoveItemBy(TORXBaseItem* item, std::int64_t dx, std::int64_t dy) {
