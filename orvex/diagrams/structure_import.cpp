@@ -130,9 +130,9 @@ bool ArchimateLayerColor(std::string_view name, TAlphaColor& color) {
 
 // An element's inline colours: "#pink", "#pink;line:red;line.dashed;text:blue", "#back:x", "##[bold]red".
 // Returns the parts it could not read.
-std::vector<std::string> ApplyInlineColors(std::string_view spec, TQVLDiagStyle& style) {
+std::vector<std::string> ApplyInlineColors(std::string_view colours, TQVLDiagStyle& style) {
     std::vector<std::string> unread;
-    std::string_view s = Trim(spec);
+    std::string_view s = Trim(colours);
     if (s.starts_with("##")) {
         s.remove_prefix(2);
         if (s.starts_with('[')) {
