@@ -25,7 +25,8 @@ TJSON WithoutNulls(const TJSON& aArguments) {
 void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody,
                         TJSON aOutputSchema) {
     TJSON schema = aSchema;
-    if (aName.starts_with("add_")) (*fCreators)[aName.substr(4)] = {aSchema, aBody};
+    // add_items creates through the others and holds their table: kept in it, it would hold itself.
+    if (aName.starts_with("add_") && aName != "add_items") (*fCreators)[aName.substr(4)] = {aSchema, aBody};
     fServer.RegisterTool(
         std::move(aName), std::move(aDescription), std::move(aSchema),
         [schema = std::move(schema), body = std::move(aBody)](TORXBaseLabel& aDoc, const TJSON& aArgs) {
