@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/layout/chart_layout.h"
 #include "host/layout/fishbone_layout.h"
 #include "host/layout/graph_layout.h"
 #include "host/layout/sequence_items.h"
@@ -491,6 +492,9 @@ bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQV
         case TQVLDiagramKind::dkIshikawa:
             placed = PlaceGraph(aDocument, *model, LayoutFishbone(*model, FlowSizes(*model, captionMeasure)),
                                 captionMeasure, aPlacement);
+            break;
+        case TQVLDiagramKind::dkChart:
+            placed = PlaceChart(aDocument, *model, &aPlacement);
             break;
         case TQVLDiagramKind::dkFlowChart:
             placed = PlaceGraph(aDocument, *model, LayoutGraph(*model, FlowSizes(*model, captionMeasure)),

@@ -4,6 +4,7 @@
 
 #include "orvex/core/regex.h"
 #include "orvex/core/text.h"
+#include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
@@ -108,6 +109,8 @@ std::unique_ptr<TORXDiagramModel> QVLImportDiagram(std::string_view aText, TQVLD
     }
 
     auto model = std::make_unique<TORXDiagramModel>();
+    if (QVLImportChart(aText, aFormat, *model)) return model;
+    model->Clear();
     if (QVLImportSequence(aText, aFormat, *model)) return model;
     model->Clear();
     if (QVLImportFlowchart(aText, aFormat, *model)) return model;
@@ -121,6 +124,7 @@ std::unique_ptr<TORXDiagramModel> QVLImportDiagram(std::string_view aText, TQVLD
         (NothingRecognized(aText, *model) || (model->Nodes().empty() && model->Participants().empty())))
         return Refuse("no line reads as PlantUML, and it has no @startuml.");
     AddFrameExtras(aText, aFormat, *model);
+    QVLNoteUndrawnChart(aText, aFormat, *model);
     return model;
 }
 

@@ -22,8 +22,8 @@ std::string_view QVLDiagramFormatName(TQVLDiagramFormat aValue) {
 }
 
 std::string_view QVLDiagramKindName(TQVLDiagramKind aValue) {
-    static constexpr std::array<std::string_view, 4> kNames{"dkFlowChart", "dkSequence", "dkMindMap",
-                                                            "dkIshikawa"};
+    static constexpr std::array<std::string_view, 5> kNames{"dkFlowChart", "dkSequence", "dkMindMap",
+                                                            "dkIshikawa", "dkChart"};
     return NameOf(kNames, aValue);
 }
 
@@ -192,6 +192,14 @@ TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramForma
         groups.push_back(std::move(group));
     }
     out["groups"] = std::move(groups);
+    if (const TQVLChart* chart = aModel.Chart()) {
+        TJSON data = TJSON::object();
+        data["type"] = chart->Type();
+        chart->WriteJson(data);
+        out["chart"] = std::move(data);
+    } else {
+        out["chart"] = nullptr;
+    }
     return out;
 }
 

@@ -25,7 +25,8 @@ TJSON QVLDiagramModelToJson(const TORXDiagramModel& aModel, TQVLDiagramFormat aF
 // The same with what the full importer adds: the core keys first, in their order, then on each node
 // "group", "role", "style", "compartments"; on each edge "id", "fromText", "toText", "thick", "style"; on
 // each participant "role", "group", "style"; on each event "fragment", "variant", "number", "fromArrow",
-// "fromCircle", "toCircle", "style"; and at the end "groups".
+// "fromCircle", "toCircle", "style"; and at the end "groups", then "chart": null, or the chart data as an
+// object whose first key "type" names the chart.
 TJSON QVLDiagramModelToJsonFull(const TORXDiagramModel& aModel, TQVLDiagramFormat aFormat);
 // Only the keys the text set: "fill", "stroke", "textColor" ("#RRGGBBAA"), "strokeWidth", "dash", "bold",
 // "italic".

@@ -15,6 +15,7 @@ void TORXDiagramModel::Clear() {
     fSeqEvents.clear();
     fDiagnostics.clear();
     fGroups.clear();
+    fChart.reset();
 }
 
 TQVLDiagGroup& TORXDiagramModel::AddGroup(TQVLDiagGroup aGroup) {

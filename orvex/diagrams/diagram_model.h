@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -12,13 +13,15 @@
 #include <vector>
 
 #include "orvex/core/color.h"
+#include "orvex/diagrams/chart_model.h"
 #include "orvex/items/flow_types.h"
 
 namespace Orvex {
 using Qvl::Types::TAlphaColor;
 
 enum class TQVLDiagramFormat : std::uint8_t { dgAuto, dgMermaid, dgPlantUML };
-enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa };
+// dkChart is the full importer's: the model then holds chart data (Chart()) instead of nodes and edges.
+enum class TQVLDiagramKind : std::uint8_t { dkFlowChart, dkSequence, dkMindMap, dkIshikawa, dkChart };
 enum class TQVLFlowDirection : std::uint8_t { fdTopDown, fdLeftRight };
 // Only the full importer writes the values after eaFillRhombus: UML heads (hollow triangle, open arrow,
 // lollipop) and the crow's-foot ends of entity relations.
@@ -201,6 +204,9 @@ class TORXDiagramModel {
     std::vector<TQVLDiagEdge>& MutableEdges() { return fEdges; }
     std::vector<TQVLSeqParticipant>& MutableParticipants() { return fParticipants; }
     std::vector<TQVLSeqEvent>& MutableSeqEvents() { return fSeqEvents; }
+    // The chart data of a chart-like text; null for every other kind. Shared so that models stay copyable.
+    const TQVLChart* Chart() const { return fChart.get(); }
+    void SetChart(std::shared_ptr<const TQVLChart> aChart) { fChart = std::move(aChart); }
 
     // Set directly by the parsers.
     TQVLDiagramKind fKind = TQVLDiagramKind::dkFlowChart;
@@ -219,6 +225,7 @@ class TORXDiagramModel {
     std::vector<TQVLSeqEvent> fSeqEvents;
     std::vector<TQVLDiagramDiagnostic> fDiagnostics;
     std::vector<TQVLDiagGroup> fGroups;
+    std::shared_ptr<const TQVLChart> fChart;
 };
 
 }  // namespace Orvex

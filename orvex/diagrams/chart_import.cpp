@@ -1,0 +1,81 @@
+#include "orvex/diagrams/chart_import.h"
+
+#include <array>
+
+#include "orvex/core/regex.h"
+#include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_import.h"
+
+namespace Orvex {
+namespace {
+
+// Tried in order; the first that takes the text wins.
+constexpr std::array<TQVLChartReader, 1> kReaders{
+    &QVLReadPieChart,
+};
+
+// The Mermaid header words of chart types.
+constexpr std::array<std::string_view, 19> kMermaidChartHeaders{
+    "gantt",    "pie",        "quadrantchart", "xychart-beta", "xychart",   "gitgraph",
+    "timeline", "journey",    "kanban",        "packet-beta",  "packet",    "sankey-beta",
+    "sankey",   "radar-beta", "treemap-beta",  "treemap",      "venn-beta", "requirementdiagram",
+    "zenuml"};
+
+// The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
+constexpr std::array<std::string_view, 14> kPlantUMLChartStarts{
+    "gantt", "json",  "yaml", "salt",  "wire", "nwdiag", "chronology",
+    "files", "ditaa", "ebnf", "regex", "math", "latex",  "board"};
+
+std::string PlantUMLStartWord(std::string_view text) {
+    static const Qvl::Types::TRegex kStart(
+        R"(^\s*@start(\w+))", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
+    Qvl::Types::TRegexMatch match;
+    if (!kStart.Match(text, match)) return {};
+    return Qvl::Utils::ToLowerAscii(match.Group(1));
+}
+
+// A chart type that @startuml opens with its first statement: timing lanes, a salt wireframe, a network.
+std::string PlantUMLChartInUml(std::string_view text) {
+    static const Qvl::Types::TRegex kTiming(
+        R"(^\s*(?:robust|concise|clock|binary|analog)\s+["\w])",
+        {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
+    static const Qvl::Types::TRegex kSalt(
+        R"(^\s*salt\s*$)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
+    static const Qvl::Types::TRegex kNetwork(
+        R"(^\s*nwdiag\s*\{)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
+    if (kTiming.Match(text)) return "timing";
+    if (kSalt.Match(text)) return "salt";
+    if (kNetwork.Match(text)) return "nwdiag";
+    return {};
+}
+
+}  // namespace
+
+bool QVLImportChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel) {
+    for (const TQVLChartReader read : kReaders)
+        if (read(aText, aFormat, aModel)) {
+            aModel.fKind = TQVLDiagramKind::dkChart;
+            return true;
+        }
+    return false;
+}
+
+void QVLNoteUndrawnChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel) {
+    std::string type;
+    if (aFormat == TQVLDiagramFormat::dgMermaid) {
+        const std::string header = QVLMermaidHeaderWord(aText);
+        for (const std::string_view h : kMermaidChartHeaders)
+            if (header == h) type = header;
+    } else if (aFormat == TQVLDiagramFormat::dgPlantUML) {
+        const std::string start = PlantUMLStartWord(aText);
+        for (const std::string_view s : kPlantUMLChartStarts)
+            if (start == s) type = start;
+        if (type.empty() && (start == "uml" || start.empty())) type = PlantUMLChartInUml(aText);
+    }
+    if (type.empty()) return;
+    aModel.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, 0, "CHART_NOT_DRAWN",
+                         "A " + type + " chart is not drawn as a chart yet; it is shown as boxes and links.",
+                         "");
+}
+
+}  // namespace Orvex

@@ -1,0 +1,24 @@
+// The chart readers of the full importer. Each takes one chart type in one or both languages and fills
+// the model with its chart data; the model's kind is then dkChart.
+#pragma once
+
+#include <string_view>
+
+#include "orvex/diagrams/diagram_model.h"
+
+namespace Orvex {
+
+// True when one of the chart readers took the text; the model is then complete, diagnostics included.
+bool QVLImportChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+
+// For a text of a chart type that no reader draws as its chart yet, and that therefore went to the core
+// model: adds the warning CHART_NOT_DRAWN, so the user knows the boxes are a stand-in.
+void QVLNoteUndrawnChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+
+// One reader: false, leaving the model untouched, when the text is not its chart type.
+using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+
+// The readers, one per chart type (each in its own file).
+bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+
+}  // namespace Orvex
