@@ -39,7 +39,8 @@ TQVLFileResult LoadDrawingFile(const std::string& fileName, TORXBaseLabel& docum
 }
 
 TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel& document, int indent) {
-    const std::string text = document.GetJsonString(indent) + "\n";
+    std::string text = document.GetJsonString(indent);
+    text += '\n';
     if (const auto written = WriteFileAtomic(fileName, text); !written)
         return {TQVLFileError::feWrite, written.Message, {}};
     return {};

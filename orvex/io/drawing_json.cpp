@@ -228,22 +228,20 @@ std::string TORXBaseLabel::GetJsonString(int indent) const {
     out.resize(out.size() - tail.size());
     const std::string itemIndent =
         indent < 0 ? "" : "\n" + std::string(2 * static_cast<std::size_t>(indent), ' ');
-    bool first = true;
+    // The library's serializer writes each item straight into the text, at the depth it has in the whole.
+    nlohmann::detail::serializer<TJSON> writer(nlohmann::detail::output_adapter<char>(out), ' ',
+                                               nlohmann::detail::error_handler_t::strict);
+    const bool pretty = indent >= 0;
+    const auto step = static_cast<unsigned>(std::max(indent, 0));
+    constexpr std::size_t kSampleItems = 64;  // enough items to reserve the whole text from their average
+    const std::size_t envelopeSize = out.size();
+    std::size_t written = 0;
     for (const auto& item : fItems) {
-        out += first ? "" : ",";
-        first = false;
-        const std::string text = item->WriteJson().dump(indent);
-        if (indent < 0) {
-            out += text;
-            continue;
-        }
+        if (written > 0) out += ',';
         out += itemIndent;
-        for (const char c : text) {
-            if (c == '\n')
-                out += itemIndent;
-            else
-                out += c;
-        }
+        writer.dump(item->WriteJson(), pretty, false, step, 2 * step);
+        if (++written == kSampleItems && fItems.size() > 2 * kSampleItems)
+            out.reserve(envelopeSize + (out.size() - envelopeSize) / written * fItems.size() * 9 / 8);
     }
     if (indent >= 0) out += "\n" + std::string(static_cast<std::size_t>(indent), ' ');
     out += tail;
