@@ -21,13 +21,14 @@ namespace {
 constexpr std::int32_t kCmdItemKeys = 64;  // above the document's own command kinds
 
 // Reads a drawing-file form into the item without recording: the caller records the step.
-void ReadSilently(TORXBaseItem& aItem, const TJSON& aObj) {
+void ReadSilently(TORXBaseItem& aItem, const TJSON& aObj, const TQVLPtoA* aPoints = nullptr) {
     TORXBaseLabel& doc = *aItem.QVLab();
     TOrvexOptions options = doc.Options();
     const bool recording = options.Contains(TOrvexOption::loUndoRedo);
     options.Exclude(TOrvexOption::loUndoRedo);
     doc.SetOptions(options);
     aItem.ReadJson(kDrawingVersion, aObj);
+    if (aPoints != nullptr) aItem.SetPointsProp(*aPoints, kPropPoints);
     if (recording) {
         options.Include(TOrvexOption::loUndoRedo);
         doc.SetOptions(options);
@@ -154,6 +155,23 @@ TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const 
     TJSON obj = item->WriteJson();
     MergeKeys(obj, aKeys);
     ReadSilently(*item, obj);
+    return item;
+}
+
+TORXBaseItem* CreatePointListItem(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys,
+                                  const std::vector<TQVLPto64>& aPoints) {
+    if (!IsPointListKind(aType))
+        throw std::logic_error("CreatePointListItem takes polylines, polygons and curves");
+    TORXBaseItem* item = aDoc.CreateItem(aType);
+    if (item == nullptr)
+        throw std::runtime_error(
+            fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
+    TJSON obj = item->WriteJson();
+    MergeKeys(obj, aKeys);
+    TQVLPtoA points;
+    points.reserve(aPoints.size());
+    for (const TQVLPto64& p : aPoints) points.push_back({p.X, p.Y});
+    ReadSilently(*item, obj, &points);
     return item;
 }
 

@@ -31,6 +31,11 @@ std::vector<TQVLPto64> PointsArg(const TORXBaseLabel& aDoc, const TJSON& aArgs, 
 // A new item of the kind with the keys merged over its defaults; records one creation step. Throws
 // std::runtime_error when the document's item family cannot make the kind.
 TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys);
+// The same for a kind with a free number of points (polyline, polygon, Bézier), whose points (base units)
+// are set directly: a long polyline's points never pass through their drawing-file form, which would be a
+// JSON tree of as many objects.
+TORXBaseItem* CreatePointListItem(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys,
+                                  const std::vector<TQVLPto64>& aPoints);
 
 // Merges the keys over the item's current form and reads it back, recorded as one undo step.
 void ChangeItemKeys(TORXBaseItem& aItem, const TJSON& aKeys);

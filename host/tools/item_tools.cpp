@@ -213,7 +213,7 @@ TJSON AddPointList(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) 
                         points.size()));
     if (aType == TQVLItemType::itPolygon) FillKeys(aArgs, keys);
     if (aType != TQVLItemType::itPolygon) TerminatorKeys(aArgs, keys);
-    return Create(aDoc, aType, std::move(keys), points);
+    return AddedResult(aDoc, *CreatePointListItem(aDoc, aType, keys, points));
 }
 
 // [SECTION] Shapes

@@ -12,8 +12,14 @@ namespace Orvex::Host {
 namespace {
 
 // Some model APIs fill every optional parameter, with null for the ones left out: those count as absent.
+bool HasNullArgument(const TJSON& aArguments) {
+    if (!aArguments.is_object()) return false;
+    for (const auto& [key, value] : aArguments.items())
+        if (value.is_null()) return true;
+    return false;
+}
+
 TJSON WithoutNulls(const TJSON& aArguments) {
-    if (!aArguments.is_object()) return aArguments;
     TJSON arguments = TJSON::object();
     for (const auto& [key, value] : aArguments.items())
         if (!value.is_null()) arguments[key] = value;
@@ -33,9 +39,14 @@ void TToolRegistry::Add(std::string aName, std::string aDescription, TJSON aSche
             // Everything is checked before the body changes anything, so a refused call leaves
             // the drawing as it was.
             try {
-                const TJSON arguments = WithoutNulls(aArgs);
-                ValidateArguments(schema, arguments);
-                return body(aDoc, arguments);
+                // Copied only when a null must go: a call may carry a long list of points.
+                if (HasNullArgument(aArgs)) {
+                    const TJSON arguments = WithoutNulls(aArgs);
+                    ValidateArguments(schema, arguments);
+                    return body(aDoc, arguments);
+                }
+                ValidateArguments(schema, aArgs);
+                return body(aDoc, aArgs);
             } catch (const EToolArgument& e) {
                 return ErrorResult(e.what());
             }

@@ -219,8 +219,10 @@ TJSON TORXMCPServer::HandleToolsCall(const TJSON& aId, const TJSON* aParams) {
     const std::string name = StringMember(*aParams, "name");
     if (name.empty()) return MakeError(aId, MCPErrorCode::kInvalidParams, "Missing tool name");
     const auto argumentsIt = aParams->find("arguments");
-    const TJSON arguments =
-        argumentsIt != aParams->end() && argumentsIt->is_object() ? *argumentsIt : TJSON::object();
+    // Referred to, not copied: the call runs before this function returns, and arguments can be large.
+    static const TJSON kNoArguments = TJSON::object();
+    const TJSON& arguments =
+        argumentsIt != aParams->end() && argumentsIt->is_object() ? *argumentsIt : kNoArguments;
     if (DrawLabel() == nullptr) {
         return MakeResult(aId, MakeTextContent("Error: No DrawLabel assigned to MCP server", true));
     }
