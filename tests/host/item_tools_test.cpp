@@ -92,6 +92,27 @@ TEST_F(ItemToolsTest, NullArgumentsCountAsAbsent) {
               "missing required argument \"y2\"");
 }
 
+TEST_F(ItemToolsTest, PointListsKeepEveryPointExactlyAndUndoInOneStep) {
+    // Polylines, polygons and curves take their points directly rather than through the file form.
+    TJSON points = TJSON::array();
+    for (int i = 0; i < 1000; ++i) points.push_back({{"x", i * 0.5}, {"y", (i % 7) * 1.25}});
+    const TJSON result = Call("add_polyline", {{"points", points}, {"name", "Trace"}, {"end", "arrow"}});
+    ASSERT_FALSE(result.value("isError", false)) << result.dump();
+    const TORXBaseItem* line = fDoc.GetItem(0);
+    ASSERT_EQ(line->Points().size(), 1000U);
+    EXPECT_EQ(line->Points()[999].X, 499500);
+    EXPECT_EQ(line->Points()[6].Y, 7500);
+    EXPECT_EQ(line->ID(), "Trace");
+    const TJSON& added = result["structuredContent"];
+    EXPECT_DOUBLE_EQ(added["width"].get<double>(), 499.5);
+    EXPECT_DOUBLE_EQ(added["height"].get<double>(), 7.5);
+    Call("undo");
+    EXPECT_EQ(fDoc.GetItemsCount(), 0);
+    Call("redo");
+    ASSERT_EQ(fDoc.GetItemsCount(), 1);
+    EXPECT_EQ(fDoc.GetItem(0)->Points().size(), 1000U);
+}
+
 TEST_F(ItemToolsTest, AddToolsStoreTheirPropertiesInTheDrawing) {
     Ok("add_rectangle", {{"x", 0},
                          {"y", 0},
