@@ -42,7 +42,8 @@ bool Shown(const TQVLDiagNode& node, const std::vector<std::string>& rows) {
 
 bool HasCompartmentBox(const TQVLDiagNode& aNode) {
     if (aNode.Role == "class" || aNode.Role == "abstract" || aNode.Role == "interface" ||
-        aNode.Role == "enum" || aNode.Role == "object" || aNode.Role == "entity")
+        aNode.Role == "enum" || aNode.Role == "object" || aNode.Role == "entity" ||
+        aNode.Role == "requirement" || aNode.Role == "element")
         return true;
     return aNode.Role == "state" && !aNode.Compartments.empty();
 }

@@ -15,11 +15,10 @@ constexpr std::array<TQVLChartReader, 1> kReaders{
 };
 
 // The Mermaid header words of chart types.
-constexpr std::array<std::string_view, 19> kMermaidChartHeaders{
-    "gantt",    "pie",        "quadrantchart", "xychart-beta", "xychart",   "gitgraph",
-    "timeline", "journey",    "kanban",        "packet-beta",  "packet",    "sankey-beta",
-    "sankey",   "radar-beta", "treemap-beta",  "treemap",      "venn-beta", "requirementdiagram",
-    "zenuml"};
+constexpr std::array<std::string_view, 17> kMermaidChartHeaders{
+    "gantt",    "pie",        "quadrantchart", "xychart-beta", "xychart",  "gitgraph",
+    "timeline", "journey",    "kanban",        "packet-beta",  "packet",   "sankey-beta",
+    "sankey",   "radar-beta", "treemap-beta",  "treemap",      "venn-beta"};
 
 // The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
 constexpr std::array<std::string_view, 14> kPlantUMLChartStarts{

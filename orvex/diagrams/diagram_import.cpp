@@ -118,6 +118,8 @@ std::unique_ptr<TORXDiagramModel> QVLImportDiagram(std::string_view aText, TQVLD
     if (QVLImportStructure(aText, aFormat, *model)) return model;
     model->Clear();
     if (QVLImportUml(aText, aFormat, *model)) return model;
+    model->Clear();
+    if (QVLImportRequirementDiagram(aText, aFormat, *model)) return model;
 
     model = QVLParseDiagram(aText, aFormat);
     if (aFormat == TQVLDiagramFormat::dgPlantUML && !HasPlantUMLMarker(aText) &&

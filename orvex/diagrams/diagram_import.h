@@ -24,6 +24,9 @@ bool QVLImportFlowchart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
 // PlantUML component, deployment, use-case, C4 and ArchiMate diagrams, and Mermaid's C4 diagrams.
 bool QVLImportStructure(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
+// Mermaid requirement diagrams: requirements and elements with their fields, and their relations.
+bool QVLImportRequirementDiagram(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+
 // The first word of a Mermaid text after front matter, comments and directives, lower-cased ("" when the
 // text has none), and the line it stands on (1-based). Readers use it to tell their kinds.
 std::string QVLMermaidHeaderWord(std::string_view aText, std::size_t* aLineNo = nullptr);
