@@ -231,6 +231,8 @@ TQVLDiagEdgeArrow MarkOf(std::string_view mark) {
     if (mark == "o") return TQVLDiagEdgeArrow::eaRhombus;
     if (mark == "x") return TQVLDiagEdgeArrow::eaCross;
     if (mark == "+" || mark == "0" || mark == "(0" || mark == "0)") return TQVLDiagEdgeArrow::eaCircle;
+    // A socket: the element at this end requires an interface.
+    if (mark == "(" || mark == ")") return TQVLDiagEdgeArrow::eaLollipop;
     return TQVLDiagEdgeArrow::eaNone;
 }
 
@@ -287,9 +289,35 @@ void ApplyLinkBracket(std::string_view inside, TRelation& r) {
     }
 }
 
+// "[A] -(0- [B]": a ball and socket halfway along the link. The ball ("0") stands on the side of the
+// element that provides the interface, the socket ("(" or ")") on the side of the one that requires it; the
+// link is drawn with the interface's lollipop at the provider.
+bool ParseLollipopRelation(std::string_view line, TRelation& r) {
+    static const TRegex kLollipop(
+        R"re(^("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*([-.=]+)(\(0|0\)|0)([-.=]+)\s*("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*(?::\s*(.*))?$)re");
+    TRegexMatch m;
+    if (!kLollipop.Match(line, m)) return false;
+    r = {};
+    r.From = BareName(m.Group(1));
+    r.FromKind = NameKind(m.Group(1));
+    r.To = BareName(m.Group(5));
+    r.ToKind = NameKind(m.Group(5));
+    r.Label = QVLPlainCaption(m.Group(6), true);
+    const std::string body = std::string(m.Group(2)) + std::string(m.Group(4));
+    r.Dotted = body.find('.') != std::string::npos;
+    r.Thick = body.find('=') != std::string::npos;
+    // A ball alone ("-0-") is drawn at the source, where the picture shows it.
+    if (m.Group(3) == "(0")
+        r.HeadMark = TQVLDiagEdgeArrow::eaLollipop;
+    else
+        r.TailMark = TQVLDiagEdgeArrow::eaLollipop;
+    return !r.From.empty() && !r.To.empty();
+}
+
 bool ParseRelation(std::string_view line, TRelation& r) {
+    if (ParseLollipopRelation(line, r)) return true;
     static const TRegex kRelation(
-        R"re(^("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*(?:"([^"]*)"\s*)?(<\||<<|\(0|[<*o#x+^}0])?([-.=]+)(?:\[([^\]]*)\])?(?:(left|right|up|down|le|ri|do|l|r|u|d)(?=[-.=\[]))?([-.=]*)(?:\[([^\]]*)\])?([-.=]*)(\|>|>>|0\)|[>*#+^{0]|[ox](?=[\s"\[(:]))?\s*(?:"([^"]*)"\s*)?("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*(?::\s*(.*))?$)re",
+        R"re(^("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*(?:"([^"]*)"\s*)?(<\||<<|\(0|[<*o#x+^}0)])?([-.=]+)(?:\[([^\]]*)\])?(?:(left|right|up|down|le|ri|do|l|r|u|d)(?=[-.=\[]))?([-.=]*)(?:\[([^\]]*)\])?([-.=]*)(\|>|>>|0\)|[>*#+^{0]|[ox](?=[\s"\[(:])|\((?=\s))?\s*(?:"([^"]*)"\s*)?("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+)\s*(?::\s*(.*))?$)re",
         {kCaseless});
     TRegexMatch m;
     if (!kRelation.Match(line, m)) return false;
@@ -825,6 +853,8 @@ class TStructureReader {
             return true;
         }
         std::string text(line.Text);
+        // "() "Port" as P": the short form of an interface.
+        if (text.starts_with("()")) text = "interface " + std::string(Trim(std::string_view(text).substr(2)));
         if (kColourFirst.Match(text, m) && FindElementWord(m.Group(1)) != nullptr)
             text = std::string(m.Group(1)) + " " + std::string(m.Group(3)) + " " + std::string(m.Group(2));
         if (!kDeclaration.Match(text, m)) return false;

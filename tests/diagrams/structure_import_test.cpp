@@ -212,5 +212,31 @@ TEST(StructureImport, LeavesClassDiagramsAndReportsWhatItCannotRead) {
     EXPECT_TRUE(HasCode(*odd, "UNMATCHED_BRACE"));
 }
 
+TEST(StructureImport, BallsAndSocketsMarkTheProvidingAndRequiringEnds) {
+    const auto model = Puml(
+        "[Web] -(0- [Api]\n"
+        "[Api] -0)- [Store]\n"
+        "[Cache] )-- [Store]\n"
+        "[Store] --( [Disk]\n"
+        "() \"Public port\" as Port\n"
+        "Port - [Api]\n");
+    EXPECT_TRUE(model->Diagnostics().empty());
+    using A = TQVLDiagEdgeArrow;
+    const std::vector<std::pair<A, A>> marks{{A::eaNone, A::eaLollipop},
+                                             {A::eaLollipop, A::eaNone},
+                                             {A::eaLollipop, A::eaNone},
+                                             {A::eaNone, A::eaLollipop},
+                                             {A::eaNone, A::eaNone}};
+    ASSERT_EQ(model->Edges().size(), marks.size());
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(model->Edges()[i].FromArrow, marks[i].first);
+        EXPECT_EQ(model->Edges()[i].Arrow, marks[i].second);
+    }
+    const auto& port = NodeOf(*model, "Port");
+    EXPECT_EQ(port.Text, "Public port");
+    EXPECT_EQ(port.Role, "interface");
+}
+
 }  // namespace
 }  // namespace Orvex
