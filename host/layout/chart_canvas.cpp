@@ -33,6 +33,13 @@ void ApplyFill(TORX2DItem& item, const TChartPaint& paint) {
     item.SetFilled(true);
 }
 
+TQVLPtoA BasePoints(const std::vector<TLayoutPoint>& points) {
+    TQVLPtoA out;
+    out.reserve(points.size());
+    for (const TLayoutPoint& p : points) out.push_back({Base(p.X), Base(p.Y)});
+    return out;
+}
+
 template <class T>
 void Span(T& item, const TLayoutBox& box) {
     item.SetBase(1, Base(box.X), Base(box.Y));
@@ -142,10 +149,7 @@ TORXBasePolyLine* TChartCanvas::Polyline(const std::vector<TLayoutPoint>& aPoint
                                          const TChartPaint& aPaint) {
     auto* item = Make<TORXBasePolyLine>(static_cast<int>(TQVLItemType::itPolyLine));
     if (item == nullptr) return nullptr;
-    TQVLPtoA points;
-    points.reserve(aPoints.size());
-    for (const TLayoutPoint& p : aPoints) points.push_back({Base(p.X), Base(p.Y)});
-    item->SetPointsProp(points, kPropNone);
+    item->SetPointsProp(BasePoints(aPoints), kPropNone);
     ApplyOutline(*item, aPaint);
     if (aPaint.Dashed) item->SetLineType(kDashed);
     return item;
@@ -154,10 +158,7 @@ TORXBasePolyLine* TChartCanvas::Polyline(const std::vector<TLayoutPoint>& aPoint
 TORXBasePolygon* TChartCanvas::Polygon(const std::vector<TLayoutPoint>& aPoints, const TChartPaint& aPaint) {
     auto* item = Make<TORXBasePolygon>(static_cast<int>(TQVLItemType::itPolygon));
     if (item == nullptr) return nullptr;
-    TQVLPtoA points;
-    points.reserve(aPoints.size());
-    for (const TLayoutPoint& p : aPoints) points.push_back({Base(p.X), Base(p.Y)});
-    item->SetPointsProp(points, kPropNone);
+    item->SetPointsProp(BasePoints(aPoints), kPropNone);
     ApplyOutline(*item, aPaint);
     if (aPaint.Dashed) item->SetLineType(kDashed);
     return item;

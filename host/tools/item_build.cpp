@@ -147,11 +147,18 @@ std::vector<TQVLPto64> PointsArg(const TORXBaseLabel& aDoc, const TJSON& aArgs, 
     return points;
 }
 
-TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys) {
+namespace {
+TORXBaseItem* NewItem(TORXBaseLabel& aDoc, TQVLItemType aType) {
     TORXBaseItem* item = aDoc.CreateItem(aType);
     if (item == nullptr)
         throw std::runtime_error(
             fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
+    return item;
+}
+}  // namespace
+
+TORXBaseItem* CreateItemFromKeys(TORXBaseLabel& aDoc, TQVLItemType aType, const TJSON& aKeys) {
+    TORXBaseItem* item = NewItem(aDoc, aType);
     TJSON obj = item->WriteJson();
     MergeKeys(obj, aKeys);
     ReadSilently(*item, obj);
@@ -162,10 +169,7 @@ TORXBaseItem* CreatePointListItem(TORXBaseLabel& aDoc, TQVLItemType aType, const
                                   const std::vector<TQVLPto64>& aPoints) {
     if (!IsPointListKind(aType))
         throw std::logic_error("CreatePointListItem takes polylines, polygons and curves");
-    TORXBaseItem* item = aDoc.CreateItem(aType);
-    if (item == nullptr)
-        throw std::runtime_error(
-            fmt::format("this server cannot create {} items", KindNames()[static_cast<std::size_t>(aType)]));
+    TORXBaseItem* item = NewItem(aDoc, aType);
     TJSON obj = item->WriteJson();
     MergeKeys(obj, aKeys);
     TQVLPtoA points;
