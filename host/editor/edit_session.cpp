@@ -120,6 +120,7 @@ TJSON TEditSession::Handle(const TJSON& aRequest) {
     if (!aRequest.is_object()) throw std::invalid_argument("a request is a JSON object");
     const std::string op = Text(aRequest, "op");
     fMessage.clear();
+    const std::int32_t firstNewStep = fDoc.NextUndoGroup();
     TJSON answer;
     if (op == "pointer")
         answer = Pointer(aRequest);
@@ -152,6 +153,7 @@ TJSON TEditSession::Handle(const TJSON& aRequest) {
         answer = State();
     else
         throw std::invalid_argument(fmt::format("unknown request \"{}\"", op));
+    for (const std::int32_t step : fDoc.UndoGroups(firstNewStep)) fPersonSteps.insert(step);
     answer["ok"] = true;
     return answer;
 }
@@ -282,13 +284,27 @@ TJSON TEditSession::Tool(const TJSON& aRequest) {
     return TJSON::object();
 }
 
+void TEditSession::UndoPersonStep() {
+    const std::vector<std::int32_t> steps = fDoc.UndoGroups();
+    const auto own = std::find_if(steps.rbegin(), steps.rend(),
+                                  [&](std::int32_t step) { return fPersonSteps.contains(step); });
+    if (own == steps.rend()) {
+        fMessage = "Nothing of yours to undo.";
+        return;
+    }
+    if (!fDoc.UndoStep(*own))
+        fMessage =
+            "Your last step changed items that the agent has changed since; undo the agent's steps "
+            "first.";
+}
+
 TJSON TEditSession::Command(const std::string& aName) {
     // A text being typed or a gesture in progress ends before the command acts on the drawing; Undo drops
     // it, as it is not a step yet.
     if (aName == "undo" || aName == "redo") {
         Settle();
         if (aName == "undo")
-            fDoc.Undo();
+            UndoPersonStep();
         else
             fDoc.Redo();
     } else if (aName == "copy") {

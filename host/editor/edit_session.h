@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/editor/edit_frame_store.h"
@@ -62,6 +63,7 @@ class TEditSession {
     void BeginTextEditAt(float aX, float aY);
     void AfterEvent();
     void Settle();  // ends an edit or gesture in progress before an action that replaces the content
+    void UndoPersonStep();
     TJSON CallTool(const std::string& aTool, const TJSON& aArgs);
     TJSON State() const;
 
@@ -74,6 +76,9 @@ class TEditSession {
     bool fSnapOn = true;
     std::optional<TQVLEdAction> fReturnTool;  // the tool to go back to once a text edit ends
     std::string fMessage;                     // the last action's outcome, for the status line
+    // The undo steps this page's person made (group ids), so that their undo takes back their own last
+    // step even when an agent has worked since.
+    std::set<std::int32_t> fPersonSteps;
 };
 
 }  // namespace Orvex::Host

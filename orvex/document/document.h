@@ -293,6 +293,16 @@ class TORXBaseLabel {
     // [SECTION] Undo and redo
     void Undo();
     void Redo();
+    // Takes back one step that is not the latest, when no later step touches an item it touched (a person's
+    // last step while an agent has worked on other items since). False, with nothing changed, when the
+    // step is not on the undo stack or a later step touched one of its items.
+    bool UndoStep(std::int32_t aGroup);
+    // The group id the next step recorded outside a batch will get: every step recorded from now on has
+    // an id at least this.
+    std::int32_t NextUndoGroup() const { return fGroupCounter; }
+    // The group ids of the steps on the undo stack, oldest first; with aSince, only the steps at the top
+    // whose ids are at least aSince (those recorded since NextUndoGroup() returned it).
+    std::vector<std::int32_t> UndoGroups(std::int32_t aSince = INT32_MIN) const;
     bool IsUndoEmpty() const { return fUndoStack.empty(); }
     bool IsRedoEmpty() const { return fRedoStack.empty(); }
     std::int32_t UnReID();

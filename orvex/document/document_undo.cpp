@@ -1,4 +1,7 @@
 // The document's side of undo and redo: the two stacks, group ids, and walking a whole group back or forth.
+#include <algorithm>
+#include <unordered_set>
+
 #include "orvex/document/document.h"
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
@@ -104,6 +107,36 @@ void TORXBaseLabel::Undo() {
     ChangeValue(TQVChange::chPaint);
     fUndoNotify = false;
     if (OnUndoRedo) OnUndoRedo(*this, IsUndoEmpty(), IsRedoEmpty());
+}
+
+bool TORXBaseLabel::UndoStep(std::int32_t aGroup) {
+    // A step's commands lie together on the stack: steps are recorded one after another.
+    const auto last = std::find_if(fUndoStack.rbegin(), fUndoStack.rend(),
+                                   [&](const auto& cmd) { return cmd->Group() == aGroup; });
+    if (last == fUndoStack.rend()) return false;
+    const auto end = last.base();
+    auto begin = end - 1;
+    while (begin != fUndoStack.begin() && (*(begin - 1))->Group() == aGroup) --begin;
+    // Restoring an item that a later step changed again would throw that change away unseen.
+    std::unordered_set<std::int32_t> items;
+    for (auto it = begin; it != end; ++it) items.insert((*it)->ItemID());
+    for (auto it = end; it != fUndoStack.end(); ++it)
+        if (items.contains((*it)->ItemID())) return false;
+    // The later steps touch other items, so the step can be taken back as if it were the latest. It stays
+    // on the stack while it is undone: an item it re-creates re-binds the step's other commands there.
+    std::rotate(begin, end, fUndoStack.end());
+    Undo();
+    return true;
+}
+
+std::vector<std::int32_t> TORXBaseLabel::UndoGroups(std::int32_t aSince) const {
+    // Steps recorded later lie higher, so the walk from the top stops at the first older one.
+    auto first = fUndoStack.end();
+    while (first != fUndoStack.begin() && (*(first - 1))->Group() >= aSince) --first;
+    std::vector<std::int32_t> groups;
+    for (auto it = first; it != fUndoStack.end(); ++it)
+        if (groups.empty() || groups.back() != (*it)->Group()) groups.push_back((*it)->Group());
+    return groups;
 }
 
 void TORXBaseLabel::Redo() {

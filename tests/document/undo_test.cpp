@@ -97,6 +97,43 @@ TEST(UndoTest, UndoneCreationComesBackWithLaterCommandsRebound) {
     EXPECT_EQ(Json(doc), end);
 }
 
+TEST(UndoTest, AnOlderStepComesBackOnlyWhenNoLaterStepTouchedItsItems) {
+    TORXHeadlessLabel doc;
+    TORXBaseItem* mine = doc.CreateItem(TQVLItemType::itRectangle);
+    const std::int32_t myStep = doc.UndoGroups().back();
+    const auto original = mine->Color();
+    mine->SetColor(0xFF00FF00);  // a later step on the same item
+    TORXBaseItem* theirs = doc.CreateItem(TQVLItemType::itLine);
+    theirs->SetColor(0xFF0000FF);
+    const std::string before = Json(doc);
+    EXPECT_FALSE(doc.UndoStep(myStep));  // the colour step would be lost with it
+    EXPECT_EQ(Json(doc), before);
+    EXPECT_FALSE(doc.UndoStep(12345));  // no such step
+
+    const std::int32_t colourStep = doc.UndoGroups()[1];
+    EXPECT_TRUE(doc.UndoStep(colourStep));  // only the line's steps came after it
+    EXPECT_EQ(mine->Color(), original);
+    EXPECT_EQ(theirs->Color(), 0xFF0000FFu);
+    EXPECT_EQ(doc.UndoGroups().size(), 3U);
+    doc.Redo();  // the taken-back step is the one redo brings
+    EXPECT_EQ(mine->Color(), 0xFF00FF00u);
+    EXPECT_EQ(doc.GetItemsCount(), 2);
+}
+
+TEST(UndoTest, RecentStepsAreTheOnesSinceTheCounterWasRead) {
+    TORXHeadlessLabel doc;
+    doc.CreateItem(TQVLItemType::itLine);
+    const std::int32_t since = doc.NextUndoGroup();
+    EXPECT_TRUE(doc.UndoGroups(since).empty());
+    doc.CreateItem(TQVLItemType::itLine);
+    doc.BeginUpdate();
+    doc.CreateItem(TQVLItemType::itLine);
+    doc.CreateItem(TQVLItemType::itLine);
+    doc.EndUpdate();
+    EXPECT_EQ(doc.UndoGroups(since).size(), 2U);
+    EXPECT_EQ(doc.UndoGroups().size(), 3U);
+}
+
 TEST(UndoTest, DeletedItemReturnsToItsPlace) {
     TORXHeadlessLabel doc;
     for (int i = 0; i < 3; ++i) doc.CreateItem(TQVLItemType::itLine)->SetBase(1, i, i);

@@ -194,6 +194,37 @@ TEST_F(EditSessionTest, PropertyPanelEditsGoThroughUndo) {
                  std::invalid_argument);  // read-only
 }
 
+TEST_F(EditSessionTest, ThePersonsUndoTakesBackTheirOwnLastStepNotTheAgents) {
+    Do({{"op", "tool"}, {"name", "rectangle"}});
+    Drag(10, 10, 40, 30);
+    ASSERT_EQ(fDoc.GetItemsCount(), 1);
+    // The agent works on the same document through MCP, after the person.
+    fServer.SetLabel(&fDoc);
+    const TJSON call{{"name", "add_text"}, {"arguments", {{"x", 60}, {"y", 60}, {"text", "agent"}}}};
+    ASSERT_FALSE(fServer.HandleToolsCall(1, &call)["result"].value("isError", false));
+    ASSERT_EQ(fDoc.GetItemsCount(), 2);
+
+    Do({{"op", "command"}, {"name", "undo"}});
+    ASSERT_EQ(fDoc.GetItemsCount(), 1);
+    EXPECT_EQ(fDoc.GetItem(0)->ItemType(), TQVLItemType::itText);  // the agent's text stays
+    Do({{"op", "command"}, {"name", "undo"}});
+    EXPECT_EQ(fDoc.GetItemsCount(), 1);
+    EXPECT_EQ(State()["message"], "Nothing of yours to undo.");
+    Do({{"op", "command"}, {"name", "redo"}});
+    EXPECT_EQ(fDoc.GetItemsCount(), 2);
+}
+
+TEST_F(EditSessionTest, ThePersonsUndoStopsWhereTheAgentChangedTheSameItem) {
+    Do({{"op", "tool"}, {"name", "rectangle"}});
+    Drag(10, 10, 40, 30);
+    fServer.SetLabel(&fDoc);
+    const TJSON call{{"name", "modify_item"}, {"arguments", {{"index", 0}, {"color", "#FF0000"}}}};
+    ASSERT_FALSE(fServer.HandleToolsCall(1, &call)["result"].value("isError", false));
+    Do({{"op", "command"}, {"name", "undo"}});
+    EXPECT_EQ(fDoc.GetItemsCount(), 1);  // the agent's colour would be lost with the rectangle
+    EXPECT_NE(State()["message"].get<std::string>().find("agent"), std::string::npos);
+}
+
 TEST_F(EditSessionTest, ClipboardDeleteAndZOrder) {
     Do({{"op", "tool"}, {"name", "rectangle"}});
     Drag(10, 10, 40, 30);
