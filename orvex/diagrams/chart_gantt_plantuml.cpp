@@ -126,6 +126,9 @@ TPumlTask& TPlantUMLGantt::Task(std::string_view name, std::int32_t lineNo, std:
 void TPlantUMLGantt::Read(const std::vector<std::string_view>& aLines, std::size_t aFirst, std::size_t aEnd) {
     fChart.Today = QVLGanttToday();
     fChart.ShowToday = false;
+    fChart.FromPlantUML = true;
+    fChart.TopAxis = true;
+    fChart.Scale = TQVLGanttChart::TScale::gsDaily;
     bool inNote = false;
     bool inComment = false;
     bool inSkipped = false;  // a style, legend or similar block that changes no date
