@@ -222,6 +222,7 @@ void TMermaidGantt::ReadTask(std::string_view text, std::string_view data, std::
     for (std::string& p : parts) p = std::string(Trim(p));
     if (parts.size() > 3) {
         // A tag after the id or dates: understood, but said, since Mermaid itself refuses the line.
+        const std::size_t before = task.Tags.size();
         for (auto it = parts.begin(); it != parts.end();)
             if (IsTag(*it)) {
                 task.Tags.push_back(*it);
@@ -229,8 +230,9 @@ void TMermaidGantt::ReadTask(std::string_view text, std::string_view data, std::
             } else {
                 ++it;
             }
-        Warn(lineNo, "GANTT_TAG_ORDER", "Tags (done, active, crit, milestone) come first in a task's data.",
-             source);
+        if (task.Tags.size() > before)
+            Warn(lineNo, "GANTT_TAG_ORDER",
+                 "Tags (done, active, crit, milestone) come first in a task's data.", source);
     }
     if (parts.empty() || parts.size() > 3 || parts.back().empty()) {
         fModel.AddDiagnostic(
@@ -316,7 +318,13 @@ std::optional<TGanttTime> TMermaidGantt::StartOf(TRawTask& task) {
         return GanttStartOfDay(fToday);
     }
     if (auto date = GanttParseDate(text, format, fToday)) return date;
-    if (auto date = GanttParseLooseDate(text)) return date;
+    if (auto date = GanttParseLooseDate(text)) {
+        if (!format.empty())
+            Report(task, TSeverity::dsWarning, "GANTT_DATE_FORMAT",
+                   "The start is not written in the dateFormat (\"" + std::string(format) +
+                       "\"); it is read as the browser reads a date.");
+        return date;
+    }
     Report(task, TSeverity::dsError, "GANTT_BAD_DATE",
            "The start is neither a date in the dateFormat (\"" + std::string(format) +
                "\") nor \"after\" a task.");
