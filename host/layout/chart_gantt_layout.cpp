@@ -23,6 +23,8 @@ constexpr double kMinChartWidthMM = 180.0;
 constexpr double kMaxChartWidthMM = 250.0;
 constexpr double kWidthPerDayMM = 9.0;
 constexpr double kTextGapMM = 1.5;
+// How far a caption beside a bar may run past the axis before it goes to the bar's left instead.
+constexpr double kOverhangMM = 15.0;
 constexpr float kTaskTextMM = 3.0f;
 constexpr float kAxisTextMM = 2.5f;
 // Years of excluded days to shade at most: past that, the shading is a grey wall and costs thousands of
@@ -97,8 +99,10 @@ bool IsVert(const TTask& task) {
     return HasTag(task, "vert");
 }
 
-double NoteHeight(const TChartCanvas& canvas, const std::string& text) {
-    return canvas.Measure(text, {.Height = kTaskTextMM}).Height + 3.0;
+// A note's box: its text with room around it, and below it for the folded foot of the shape.
+TLayoutSize NoteSize(const TChartCanvas& canvas, const std::string& text) {
+    const TLayoutSize textSize = canvas.Measure(text, {.Height = kTaskTextMM});
+    return {textSize.Width * 1.15 + 6.0, textSize.Height * 1.4 + 4.0};
 }
 
 void TGanttDrawer::Measure() {
@@ -135,7 +139,7 @@ void TGanttDrawer::Measure() {
             for (const auto& note : fChart.Notes)
                 if (fChart.FindTask(note.TaskId) == &t) {
                     if (!fNoteTops.contains(&t)) fNoteTops[&t] = y;
-                    y += NoteHeight(fCanvas, note.Text) + 1.0;
+                    y += NoteSize(fCanvas, note.Text).Height + 1.0;
                 }
         }
         if (y > top) fBands.push_back({si, {top, y}});
@@ -222,7 +226,7 @@ void TGanttDrawer::DrawMonths() {
 void TGanttDrawer::DrawOutsideText(const std::string& text, double left, double right, double middleY) {
     const double width = fCanvas.Measure(text, {.Height = kTaskTextMM}).Width;
     // Beside the bar on the right, unless that runs far past the axis; then on the left.
-    if (right + kTextGapMM + width <= fChartLeft + fChartWidth + 40.0 ||
+    if (right + kTextGapMM + width <= fChartLeft + fChartWidth + kOverhangMM ||
         left - kTextGapMM - width < fChartLeft) {
         fCanvas.Text({right + kTextGapMM, middleY}, text,
                      {.Height = kTaskTextMM, .Vertical = TChartAlign::caCenter});
@@ -247,7 +251,8 @@ void TGanttDrawer::DrawTasks() {
         }
     for (const auto& [task, rowTop] : fRows) {
         const TTask& t = *task;
-        const TTaskLook look = LookOf(t, fChart.FromPlantUML);
+        TTaskLook look = LookOf(t, fChart.FromPlantUML);
+        if (t.Milestone && fChart.FromPlantUML && !t.Fill) look.Fill = kOpaqueBlack;
         const double barTop = rowTop + (kRowPitchMM - kBarHeightMM) / 2;
         const double middleY = barTop + kBarHeightMM / 2;
         const TChartPaint paint{.Fill = look.Fill, .Stroke = look.Stroke, .PenMM = 0.3f};
@@ -264,7 +269,8 @@ void TGanttDrawer::DrawTasks() {
         }
         const double left = X(t.Start);
         const double right = std::max(X(t.DrawEnd), left + 0.5);
-        const bool fits = fCanvas.Measure(caption, {.Height = kTaskTextMM}).Width + 2.0 <= right - left;
+        const bool fits = fCanvas.Measure(caption, {.Height = kTaskTextMM}).Width <=
+                          FlowTextArea(TQVLFlowType::ftProcess, {right - left, kBarHeightMM}).Width;
         TORXBaseFlow* box = fCanvas.Box({left, barTop, right - left, kBarHeightMM, true},
                                         TQVLFlowType::ftProcess, fits ? caption : "", paint, t.Id);
         if (box != nullptr) {
@@ -283,12 +289,13 @@ void TGanttDrawer::DrawTasks() {
             double noteTop = fNoteTops[&t];
             for (const auto& note : fChart.Notes)
                 if (fChart.FindTask(note.TaskId) == &t) {
-                    const TLayoutSize size = fCanvas.Measure(note.Text, {.Height = kTaskTextMM});
-                    fCanvas.Box({left, noteTop, size.Width + 4.0, NoteHeight(fCanvas, note.Text), true},
-                                TQVLFlowType::ftDocument, note.Text,
-                                {.Fill = 0xFFFBFB77u, .Stroke = 0xFFA80036u});
-                    fRight = std::max(fRight, left + size.Width + 4.0);
-                    noteTop += NoteHeight(fCanvas, note.Text) + 1.0;
+                    const TLayoutSize size = NoteSize(fCanvas, note.Text);
+                    TORXBaseFlow* noteBox =
+                        fCanvas.Box({left, noteTop, size.Width, size.Height, true}, TQVLFlowType::ftDocument,
+                                    note.Text, {.Fill = 0xFFFBFB77u, .Stroke = 0xFFA80036u});
+                    if (noteBox != nullptr) noteBox->SetFontHeight(kTaskTextMM);
+                    fRight = std::max(fRight, left + size.Width);
+                    noteTop += size.Height + 1.0;
                 }
         }
     }

@@ -133,7 +133,7 @@ TEST(ParseCommand, CoreOutputIsTheCoreParsersAndTheFullOneAddsItsKeys) {
             std::string keys;
             for (const auto& [key, value] : full.items()) keys += key + ",";
             EXPECT_EQ(keys,
-                      "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,");
+                      "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,chart,");
         }
     }
     const std::string path =
