@@ -533,13 +533,14 @@ void TPlantUMLGantt::Build() {
     fChart.Calendar.DateFormat = "YYYY-MM-DD";
 }
 
-// The lines of the text's project: inside @startgantt (or @startuml) ... @end, or the whole text.
+// The lines of the text's project: inside @startgantt (or @startuml) ... @end, or the whole text. An
+// @startuml text is a project when it has a project statement; "[A] -> [B]" alone is a component link.
 bool ProjectLines(const std::vector<std::string_view>& lines, std::size_t& first, std::size_t& end) {
     static const TRegex kStartGantt(R"(^@startgantt\b)", kCaseless);
     static const TRegex kStartUml(R"(^@startuml\b)", kCaseless);
     static const TRegex kEnd(R"(^@end\w*)", kCaseless);
     static const TRegex kProjectStatement(
-        R"(^(?:project\s+starts\b|\[[^\]]+\](?:\s+as\s+\[[^\]]+\])?(?:\s+on\s+\{[^}]*\})*\s+(?:lasts|requires|starts|ends|happens)\b|\[[^\]]+\]\s*->\s*\[|then\s+\[))",
+        R"(^(?:project\s+starts\b|\[[^\]]+\](?:\s+as\s+\[[^\]]+\])?(?:\s+on\s+\{[^}]*\})*\s+(?:lasts|requires|starts|ends|happens)\b|then\s+\[))",
         kCaseless);
     bool gantt = false;
     bool statements = false;
