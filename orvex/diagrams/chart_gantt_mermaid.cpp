@@ -135,11 +135,9 @@ void TMermaidGantt::Read(std::string_view aText, std::size_t aHeaderLine) {
         }
         ReadLine(line, static_cast<std::int32_t>(i + 1));
     }
-    // The header line may carry nothing else.
-    const std::string_view header = Trim(lines[aHeaderLine - 1]);
-    if (Trim(header.substr(5)).size() > 0 && !Trim(header.substr(5)).starts_with("%%"))
-        Warn(static_cast<std::int32_t>(aHeaderLine), "GANTT_HEADER",
-             "Nothing may follow \"gantt\" on its line.", header);
+    // A statement may follow the header word on its line ("gantt title Plan").
+    const std::string_view rest = Trim(Trim(lines[aHeaderLine - 1]).substr(5));
+    if (!rest.empty() && !rest.starts_with("%%")) ReadLine(rest, static_cast<std::int32_t>(aHeaderLine));
     fChart.Calendar.DateFormat = std::string(Trim(fChart.DateFormat));
     Compile();
     Build();

@@ -195,22 +195,27 @@ bool ReadNumber(std::string_view text, std::size_t& at, std::size_t least, std::
     return true;
 }
 
+bool Store(std::optional<int>& field, int value) {
+    field = value;
+    return true;
+}
+
 bool ReadToken(std::string_view token, std::string_view text, std::size_t& at, TReadFields& f) {
     int v = 0;
-    if (token == "YYYY") return ReadNumber(text, at, 4, 4, v) && (f.Year = v, true);
-    if (token == "YY") return ReadNumber(text, at, 2, 2, v) && (f.Year = v + (v > 68 ? 1900 : 2000), true);
-    if (token == "MM") return ReadNumber(text, at, 2, 2, v) && (f.Month = v, true);
-    if (token == "M") return ReadNumber(text, at, 1, 2, v) && (f.Month = v, true);
-    if (token == "DD") return ReadNumber(text, at, 2, 2, v) && (f.Day = v, true);
-    if (token == "D") return ReadNumber(text, at, 1, 2, v) && (f.Day = v, true);
+    if (token == "YYYY") return ReadNumber(text, at, 4, 4, v) && Store(f.Year, v);
+    if (token == "YY") return ReadNumber(text, at, 2, 2, v) && Store(f.Year, v + (v > 68 ? 1900 : 2000));
+    if (token == "MM") return ReadNumber(text, at, 2, 2, v) && Store(f.Month, v);
+    if (token == "M") return ReadNumber(text, at, 1, 2, v) && Store(f.Month, v);
+    if (token == "DD") return ReadNumber(text, at, 2, 2, v) && Store(f.Day, v);
+    if (token == "D") return ReadNumber(text, at, 1, 2, v) && Store(f.Day, v);
     if (token == "HH" || token == "H" || token == "hh" || token == "h")
-        return ReadNumber(text, at, 1, 2, v) && (f.Hour = v, true);
-    if (token == "mm" || token == "m") return ReadNumber(text, at, 1, 2, v) && (f.Minute = v, true);
-    if (token == "ss" || token == "s") return ReadNumber(text, at, 1, 2, v) && (f.Second = v, true);
-    if (token == "SSS") return ReadNumber(text, at, 3, 3, v) && (f.Milli = v, true);
-    if (token == "SS") return ReadNumber(text, at, 2, 2, v) && (f.Milli = v * 10, true);
-    if (token == "S") return ReadNumber(text, at, 1, 1, v) && (f.Milli = v * 100, true);
-    if (token == "Q") return ReadNumber(text, at, 1, 1, v) && (f.Month = (v - 1) * 3 + 1, true);
+        return ReadNumber(text, at, 1, 2, v) && Store(f.Hour, v);
+    if (token == "mm" || token == "m") return ReadNumber(text, at, 1, 2, v) && Store(f.Minute, v);
+    if (token == "ss" || token == "s") return ReadNumber(text, at, 1, 2, v) && Store(f.Second, v);
+    if (token == "SSS") return ReadNumber(text, at, 3, 3, v) && Store(f.Milli, v);
+    if (token == "SS") return ReadNumber(text, at, 2, 2, v) && Store(f.Milli, v * 10);
+    if (token == "S") return ReadNumber(text, at, 1, 1, v) && Store(f.Milli, v * 100);
+    if (token == "Q") return ReadNumber(text, at, 1, 1, v) && Store(f.Month, (v - 1) * 3 + 1);
     if (token == "Do") {
         if (!ReadNumber(text, at, 1, 2, v)) return false;
         f.Day = v;

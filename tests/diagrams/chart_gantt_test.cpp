@@ -285,7 +285,8 @@ TEST_F(GanttTest, PlantUMLInUmlAndItsErrors) {
     EXPECT_TRUE(chart.Undated);
     EXPECT_EQ(Codes(), "GANTT_UNRECOGNIZED_LINE@5 GANTT_UNKNOWN_TASK@3! ");
     // A sequence or component diagram is no project.
-    for (const char* text : {"@startuml\nAlice -> Bob : hi\n@enduml\n", "@startuml\n[Web] -> [Database]\n@enduml\n"})
+    for (const char* text :
+         {"@startuml\nAlice -> Bob : hi\n@enduml\n", "@startuml\n[Web] -> [Database]\n@enduml\n"})
         EXPECT_EQ(QVLImportDiagram(text, TQVLDiagramFormat::dgPlantUML)->Chart(), nullptr) << text;
 }
 
