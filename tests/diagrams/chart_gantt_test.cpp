@@ -166,7 +166,7 @@ TEST_F(GanttTest, ExcludedDaysLengthenDurations) {
 
 TEST_F(GanttTest, InclusiveEndsTimesAndTimestamps) {
     const auto& inclusive =
-        Read("gantt\ndateFormat YYYY-MM-DD\ninclusiveEndDates\nOne :a, 2024-03-01, 2024-03-01\n");
+        Read("gantt inclusiveEndDates\ndateFormat YYYY-MM-DD\nOne :a, 2024-03-01, 2024-03-01\n");
     EXPECT_EQ(Task(inclusive, "a").End, Day(2024, 3, 2));
 
     const auto& hours = Read("gantt\ndateFormat HH:mm\nStandup :s, 09:00, 15m\nCode :c, after s, 2.5h\n");
