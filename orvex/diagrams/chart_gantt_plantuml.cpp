@@ -105,7 +105,7 @@ class TPlantUMLGantt {
     std::size_t fSection = 0;
     std::optional<TGanttTime> fProjectStart;
     std::string fLastTask;
-    bool fTodayAsked = false;
+    std::optional<int> fTodayAfterStart;  // "today is 30 days after start"
 };
 
 TPumlTask& TPlantUMLGantt::Task(std::string_view name, std::int32_t lineNo, std::string_view source) {
@@ -189,6 +189,7 @@ void TPlantUMLGantt::Read(const std::vector<std::string_view>& aLines, std::size
         fChart.Undated = true;
         fProjectStart = GanttStartOfDay(fChart.Today);
     }
+    if (fTodayAfterStart) fChart.Today = *fProjectStart + *fTodayAfterStart * kGanttMsPerDay;
     for (TPumlTask& t : fTasks) Compute(t);
     Build();
 }
@@ -240,6 +241,14 @@ bool TPlantUMLGantt::ReadStatement(std::string_view line, std::int32_t lineNo) {
         return true;
     }
     if (kToday.MatchAt(line, 0, m)) {
+        static const TRegex kAfterStart(R"(^(\d+)\s+days?\s+after\s+start$)", kCaseless);
+        TRegexMatch days;
+        if (kAfterStart.MatchAt(m.Group(1), 0, days)) {
+            // Counted from the project's start, which may be written further down.
+            fTodayAfterStart = std::stoi(std::string(days.Group(1)));
+            fChart.ShowToday = true;
+            return true;
+        }
         if (auto date = ReadDate(m.Group(1))) {
             fChart.Today = *date;
             fChart.ShowToday = true;

@@ -283,7 +283,13 @@ TEST_F(GanttTest, PlantUMLInUmlAndItsErrors) {
         Read("@startuml\n[A] lasts 2 days\n[B] starts at [C]'s end\n[B] lasts 1 day\nwobble\n@enduml\n",
              TQVLDiagramFormat::dgPlantUML);
     EXPECT_TRUE(chart.Undated);
+    EXPECT_FALSE(chart.ShowToday);
     EXPECT_EQ(Codes(), "GANTT_UNRECOGNIZED_LINE@5 GANTT_UNKNOWN_TASK@3! ");
+    const auto& today = Read(
+        "@startgantt\ntoday is 3 days after start\nProject starts 2024-01-01\n[A] lasts 5 days\n@endgantt\n",
+        TQVLDiagramFormat::dgPlantUML);
+    EXPECT_TRUE(today.ShowToday);
+    EXPECT_EQ(today.Today, Day(2024, 1, 4));
     // A sequence or component diagram is no project.
     for (const char* text :
          {"@startuml\nAlice -> Bob : hi\n@enduml\n", "@startuml\n[Web] -> [Database]\n@enduml\n"})
