@@ -78,6 +78,7 @@ class TGanttDrawer {
     void DrawAxis();
     void DrawMonths();
     void DrawTasks();
+    double DrawMarkers();  // the height used below the axis
     void DrawOutsideText(const std::string& text, double left, double right, double middleY);
 
     TChartCanvas& fCanvas;
@@ -240,15 +241,6 @@ void TGanttDrawer::DrawOutsideText(const std::string& text, double left, double 
 
 void TGanttDrawer::DrawTasks() {
     std::map<std::string, TORXBaseFlow*> boxes;
-    const double top = fRowsTop;
-    for (const auto& s : fChart.Sections)
-        for (const TTask& t : s.Tasks) {
-            if (!IsVert(t)) continue;
-            const double x = X(t.Start);
-            fCanvas.Line({x, top}, {x, fRowsBottom}, {.Fill = std::nullopt, .Stroke = kVert, .PenMM = 0.5f});
-            fCanvas.Text({x + 0.8, fRowsBottom - 0.8}, t.Text,
-                         {.Height = kAxisTextMM, .Color = kVert, .Vertical = TChartAlign::caEnd});
-        }
     for (const auto& [task, rowTop] : fRows) {
         const TTask& t = *task;
         TTaskLook look = LookOf(t, fChart.FromPlantUML);
@@ -308,18 +300,36 @@ void TGanttDrawer::DrawTasks() {
     }
 }
 
+// Vertical markers over the bars, named under the axis.
+double TGanttDrawer::DrawMarkers() {
+    double below = 0;
+    for (const auto& s : fChart.Sections)
+        for (const TTask& t : s.Tasks) {
+            if (!IsVert(t)) continue;
+            const double x = X(t.Start);
+            fCanvas.Line({x, fRowsTop}, {x, fRowsBottom + kAxisHeightMM},
+                         {.Fill = std::nullopt, .Stroke = kVert, .PenMM = 0.5f});
+            const TChartTextStyle style{
+                .Height = kTaskTextMM, .Color = kVert, .Horizontal = TChartAlign::caCenter};
+            fCanvas.Text({x, fRowsBottom + kAxisHeightMM + 0.5}, t.Text, style);
+            below = std::max(below, fCanvas.Measure(t.Text, style).Height + 1.0);
+        }
+    return below;
+}
+
 TLayoutSize TGanttDrawer::Draw() {
     Measure();
     DrawBands();
     DrawExcludedDays();
     DrawAxis();
     DrawTasks();
+    const double markers = DrawMarkers();
     if (fChart.ShowToday && fChart.Today >= fFrom && fChart.Today <= fTo) {
         const double x = X(fChart.Today);
         fCanvas.Line({x, fRowsTop - (fChart.TopAxis ? kAxisHeightMM : 0.0)}, {x, fRowsBottom + kAxisHeightMM},
                      {.Fill = std::nullopt, .Stroke = kToday, .PenMM = 0.5f});
     }
-    return {fRight - fOrigin.X, fRowsBottom + kAxisHeightMM - fOrigin.Y};
+    return {fRight - fOrigin.X, fRowsBottom + kAxisHeightMM + markers - fOrigin.Y};
 }
 
 }  // namespace

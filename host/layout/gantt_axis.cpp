@@ -85,7 +85,7 @@ std::int64_t Field(TGanttTime t, TStepUnit unit) {
         case TStepUnit::suDay:
             return c.Day - 1;
         case TStepUnit::suWeek:
-            return t / (7 * kDay);
+            return (t >= 0 ? t : t - 7 * kDay + 1) / (7 * kDay);  // whole weeks, rounded down
         case TStepUnit::suMonth:
             return c.Month - 1;
         case TStepUnit::suYear:
@@ -167,7 +167,7 @@ std::vector<TGanttTick> GanttTicks(const TQVLGanttChart& aChart, TGanttTime aFro
     const bool plantUml = aChart.Scale != S::gsAuto || aChart.Undated;
     const TGanttTime span = std::max<TGanttTime>(aTo - aFrom, 1);
     TStep step = AutomaticStep(span);
-    int weekStart = 7;  // Sunday
+    int weekStart = aChart.WeekStart;
     if (auto written = WrittenStep(aChart.TickInterval); written && span / ApproxLength(*written) < 1000)
         step = *written;
     switch (aChart.Scale) {

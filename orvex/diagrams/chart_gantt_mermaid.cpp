@@ -192,7 +192,11 @@ void TMermaidGantt::ReadLine(std::string_view line, std::int32_t lineNo) {
             fChart.TopAxis = true;
         return;
     }
-    if (kWeekday.MatchAt(line, 0, m) || kAcc.MatchAt(line, 0, m) || kClick.MatchAt(line, 0, m)) return;
+    if (kWeekday.MatchAt(line, 0, m)) {
+        fChart.WeekStart = GanttWeekdayNumber(m.Group(1));
+        return;
+    }
+    if (kAcc.MatchAt(line, 0, m) || kClick.MatchAt(line, 0, m)) return;
     if (kWeekend.MatchAt(line, 0, m)) {
         fChart.Calendar.WeekendStart = Qvl::Utils::ToLowerAscii(m.Group(1)) == "friday" ? 5 : 6;
         return;

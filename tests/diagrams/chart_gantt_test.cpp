@@ -160,6 +160,7 @@ TEST_F(GanttTest, ExcludedDaysLengthenDurations) {
     includes 2024-01-06
     Thursday :t, 2024-01-04, 2d
 )");
+    EXPECT_EQ(friday.WeekStart, 7);
     // Friday is off, Saturday the 6th is worked.
     EXPECT_EQ(Task(friday, "t").End, Day(2024, 1, 7));
 }

@@ -47,6 +47,8 @@ TEST(GanttAxis, WrittenIntervalsFallOnRoundValues) {
               (std::vector<std::string>{"03 Wed", "05 Fri", "07 Sun"}));
     chart.TickInterval = "1week";  // Sundays
     EXPECT_EQ(Labels(chart, At(2024, 1, 2), At(2024, 1, 20)), (std::vector<std::string>{"07 Sun", "14 Sun"}));
+    chart.WeekStart = 1;  // "weekday monday"
+    EXPECT_EQ(Labels(chart, At(2024, 1, 2), At(2024, 1, 20)), (std::vector<std::string>{"08 Mon", "15 Mon"}));
     chart.TickInterval = "1fortnight";  // not an interval: automatic ticks instead, daily over a week
     EXPECT_EQ(Labels(chart, At(2024, 1, 1, 6), At(2024, 1, 9)).size(), 8u);
 }
