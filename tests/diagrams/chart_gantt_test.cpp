@@ -157,10 +157,11 @@ TEST_F(GanttTest, ExcludedDaysLengthenDurations) {
     dateFormat YYYY-MM-DD
     excludes weekends
     weekend friday
+    weekday monday
     includes 2024-01-06
     Thursday :t, 2024-01-04, 2d
 )");
-    EXPECT_EQ(friday.WeekStart, 7);
+    EXPECT_EQ(friday.WeekStart, 1);  // weekly ticks on Mondays
     // Friday is off, Saturday the 6th is worked.
     EXPECT_EQ(Task(friday, "t").End, Day(2024, 1, 7));
 }
