@@ -43,7 +43,9 @@ struct TPumlTask {
     bool Described = false;  // the subject of a statement, not only named in one
     std::size_t Section = 0;
     std::optional<TGanttTime> StartDate;
-    std::optional<TGanttTime> EndDay;  // the last day, as written
+    std::optional<TGanttTime> EndDay;   // the last day, as written
+    std::optional<int> StartDayOffset;  // "starts D+3": days after the project's start
+    std::optional<int> EndDayOffset;
     std::optional<TTaskRef> StartRef;
     std::optional<TTaskRef> EndRef;
     std::optional<int> OpenDays;
@@ -189,6 +191,10 @@ void TPlantUMLGantt::Read(const std::vector<std::string_view>& aLines, std::size
         fChart.Undated = true;
         fProjectStart = GanttStartOfDay(fChart.Today);
     }
+    for (TPumlTask& t : fTasks) {
+        if (t.StartDayOffset) t.StartDate = *fProjectStart + *t.StartDayOffset * kGanttMsPerDay;
+        if (t.EndDayOffset) t.EndDay = *fProjectStart + *t.EndDayOffset * kGanttMsPerDay;
+    }
     if (fTodayAfterStart) fChart.Today = *fProjectStart + *fTodayAfterStart * kGanttMsPerDay;
     for (TPumlTask& t : fTasks) Compute(t);
     Build();
@@ -196,7 +202,7 @@ void TPlantUMLGantt::Read(const std::vector<std::string_view>& aLines, std::size
 
 bool TPlantUMLGantt::ReadStatement(std::string_view line, std::int32_t lineNo) {
     static const TRegex kIgnored(
-        R"(^(?:@start\w*|@end\w*|hide\s|show\s|skinparam\s|scale\s|language\s|header\s|footer\s|caption\s|legend\s.*end\s*legend$|!\w))",
+        R"(^(?:@start\w*|@end\w*|hide\s|show\s|skinparam\s|scale\s|language\s|header\s|footer\s|caption\s|legend\s.*end\s*legend$|!\w|separator\s+just\s|label\s+on\s))",
         kCaseless);
     static const TRegex kTitle(R"(^title\s+(.+)$)", kCaseless);
     static const TRegex kProject(R"(^project\s+starts\s+(?:on\s+|at\s+)?(.+)$)", kCaseless);
@@ -369,6 +375,13 @@ bool TPlantUMLGantt::ReadClause(TPumlTask& task, std::string_view clause, std::i
     }
     if (kDated.MatchAt(clause, 0, m)) {
         const std::string verb = ToLowerAscii(m.Group(1));
+        static const TRegex kProjectDay(R"(^D\+(\d{1,5})$)");
+        TRegexMatch day;
+        if (kProjectDay.MatchAt(Trim(m.Group(2)), 0, day)) {
+            (verb == "ends" ? task.EndDayOffset : task.StartDayOffset) = std::stoi(std::string(day.Group(1)));
+            task.Milestone = task.Milestone || verb == "happens";
+            return true;
+        }
         const std::optional<TGanttTime> date = ReadDate(m.Group(2));
         if (!date) {
             Error(lineNo, "GANTT_BAD_DATE", "A date is written 2024-01-31 or \"the 31st of january 2024\".",
@@ -401,8 +414,8 @@ bool TPlantUMLGantt::ReadCalendar(std::string_view line) {
         R"(^(monday|tuesday|wednesday|thursday|friday|saturday|sunday)\s+(?:is|are)\s+(closed|open)$)",
         kCaseless);
     static const TRegex kDates(R"(^(.+?)(?:\s+to\s+(.+?))?\s+(?:is|are)\s+(closed|open)$)", kCaseless);
-    static const TRegex kDateColored(R"(^(.+?)(?:\s+to\s+(.+?))?\s+(?:is|are)\s+colou?red\s+in\s+\S+$)",
-                                     kCaseless);
+    static const TRegex kDateColored(
+        R"(^(.+?)(?:\s+to\s+(.+?))?\s+(?:is|are)\s+(?:colou?red\s+in\s+\S+|named\s+\[.*\])$)", kCaseless);
     TRegexMatch m;
     auto toggle = [&](const std::string& word, bool closed) {
         auto& add = closed ? fChart.Calendar.Excludes : fChart.Calendar.Includes;

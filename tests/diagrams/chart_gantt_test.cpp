@@ -250,6 +250,9 @@ then [Build] requires 4 days
 note bottom
   Mind the weekend
 end note
+[Patch] starts D+14 and ends D+15
+2024-01-15 to 2024-01-16 are named [Patch days]
+Separator just at [Fix]'s end
 @endgantt
 )",
                              TQVLDiagramFormat::dgPlantUML);
@@ -270,6 +273,8 @@ end note
     // A task starting on a closed Saturday starts on Monday; its end date is its last day.
     EXPECT_EQ(Task(chart, "Fix").Start, Day(2024, 1, 8));
     EXPECT_EQ(Task(chart, "Fix").End, Day(2024, 1, 9));
+    EXPECT_EQ(Task(chart, "Patch").Start, Day(2024, 1, 15));  // days counted from the project's start
+    EXPECT_EQ(Task(chart, "Patch").End, Day(2024, 1, 17));
     ASSERT_EQ(chart.Sections.size(), 2u);
     EXPECT_EQ(chart.Sections[1].Name, "Later");
     ASSERT_EQ(chart.Notes.size(), 1u);
