@@ -327,7 +327,7 @@ TLayoutSize TGanttDrawer::Draw() {
     if (fChart.ShowToday && fChart.Today >= fFrom && fChart.Today <= fTo) {
         const double x = X(fChart.Today);
         fCanvas.Line({x, fRowsTop - (fChart.TopAxis ? kAxisHeightMM : 0.0)}, {x, fRowsBottom + kAxisHeightMM},
-                     {.Fill = std::nullopt, .Stroke = kToday, .PenMM = 0.5f});
+                     {.Fill = std::nullopt, .Stroke = fChart.TodayColor.value_or(kToday), .PenMM = 0.5f});
     }
     return {fRight - fOrigin.X, fRowsBottom + kAxisHeightMM + markers - fOrigin.Y};
 }

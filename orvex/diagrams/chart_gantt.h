@@ -61,6 +61,7 @@ struct TQVLGanttChart final : TQVLChart {
     bool TimeOfDay = false;     // some date has a time of day, so dates are written with it
     bool Undated = false;       // a PlantUML project without a start date: the axis counts days
     bool ShowToday = true;
+    std::optional<Qvl::Types::TAlphaColor> TodayColor;  // the today line's stroke, when the text styles it
     TGanttTime Today = 0;
     TQVLGanttCalendar Calendar;
     std::vector<TSection> Sections;

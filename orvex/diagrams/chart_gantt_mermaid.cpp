@@ -177,6 +177,12 @@ void TMermaidGantt::ReadLine(std::string_view line, std::int32_t lineNo) {
             MergeTokens(fChart.Calendar.Excludes, value);
         } else if (word == "todaymarker") {
             fChart.ShowToday = Qvl::Utils::ToLowerAscii(value) != "off";
+            // A style for the line ("stroke-width:5px,stroke:#0f0"): its colour is kept, the rest is looks.
+            TQVLDiagStyle style;
+            if (fChart.ShowToday) {
+                QVLApplyStyleProperties(value, style);
+                fChart.TodayColor = style.Stroke;
+            }
         } else if (word == "title") {
             fModel.fTitle = value;
         } else {

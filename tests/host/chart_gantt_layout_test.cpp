@@ -98,6 +98,15 @@ TEST_F(GanttLayoutTest, ExcludedDaysAreShadedAndBarsCrossThem) {
     EXPECT_NEAR(MM(shaded[0]->BoundsRect().Left), AxisX("2024-01-06"), 0.05);
     EXPECT_NEAR(MM(shaded[0]->BoundsRect().Right), AxisX("2024-01-08"), 0.05);
     EXPECT_TRUE(LinesOf(0xFFFF0000u).empty());  // todayMarker off
+
+    TORXHeadlessLabel styled;
+    ASSERT_TRUE(LoadDiagramWithLayout(
+        styled,
+        std::string(kDaily) + "    todayMarker stroke-width:5px,stroke:#00ff00\n    W :w, 2024-01-04, 5d\n",
+        TQVLDiagramFormat::dgMermaid));
+    std::size_t green = 0;
+    for (TORXBaseLine* l : ItemsOf<TORXBaseLine>(styled)) green += l->Color() == 0xFF00FF00u ? 1 : 0;
+    EXPECT_EQ(green, 1u);
 }
 
 TEST_F(GanttLayoutTest, StylesFollowTheTags) {
