@@ -29,6 +29,7 @@ using TSeverity = TQVLDiagramDiagnosticSeverity;
 constexpr std::array<std::string_view, 5> kTags{"active", "done", "crit", "milestone", "vert"};
 // A chart whose tasks still wait for one another after this many passes has a cycle.
 constexpr int kMaxPasses = 11;
+constexpr TGanttTime kLongestExcludedWalk = 36'525 * kGanttMsPerDay;
 
 struct TRawTask {
     std::int32_t Line = 0;
@@ -312,7 +313,7 @@ std::vector<const TRawTask*> TMermaidGantt::Referenced(TRawTask& task, std::stri
 
 std::optional<TGanttTime> TMermaidGantt::StartOf(TRawTask& task) {
     static const TRegex kAfter(R"(^after\s+([A-Za-z0-9_\- ]+))");
-    static const TRegex kDigits(R"(^\d+$)");
+    static const TRegex kDigits(R"(^\d{1,15}$)");
     const std::string_view text = Trim(task.StartData);
     const std::string_view format = Trim(fChart.DateFormat);
     TRegexMatch m;
@@ -366,7 +367,8 @@ std::optional<TGanttTime> TMermaidGantt::EndOf(TRawTask& task, TGanttTime start)
 // day further. The bar stops before excluded days the task merely runs into at its end.
 void TMermaidGantt::FixForExcludedDays(TRawTask& task) const {
     task.DrawEnd.reset();
-    if (fChart.Calendar.Empty()) return;
+    // Past a century the walk day by day costs more than any plan is worth; such a task keeps its end.
+    if (fChart.Calendar.Empty() || *task.End - *task.Start > kLongestExcludedWalk) return;
     TGanttTime day = GanttAdd(*task.Start, 1, TGanttUnit::guDay);
     TGanttTime end = *task.End;
     const TGanttTime limit = GanttAdd(end, 10000, TGanttUnit::guDay);

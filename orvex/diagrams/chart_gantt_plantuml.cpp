@@ -247,7 +247,7 @@ bool TPlantUMLGantt::ReadStatement(std::string_view line, std::int32_t lineNo) {
         return true;
     }
     if (kToday.MatchAt(line, 0, m)) {
-        static const TRegex kAfterStart(R"(^(\d+)\s+days?\s+after\s+start$)", kCaseless);
+        static const TRegex kAfterStart(R"(^(\d{1,5})\s+days?\s+after\s+start$)", kCaseless);
         TRegexMatch days;
         if (kAfterStart.MatchAt(m.Group(1), 0, days)) {
             // Counted from the project's start, which may be written further down.
@@ -336,12 +336,12 @@ bool TPlantUMLGantt::ReadTaskStatement(std::string_view line, std::int32_t lineN
 
 bool TPlantUMLGantt::ReadClause(TPumlTask& task, std::string_view clause, std::int32_t lineNo,
                                 std::string_view line) {
-    static const TRegex kDuration(R"(^(?:(?:lasts|requires)\s+)?(\d+)\s*(days?|weeks?)$)", kCaseless);
+    static const TRegex kDuration(R"(^(?:(?:lasts|requires)\s+)?(\d{1,5})\s*(days?|weeks?)$)", kCaseless);
     static const TRegex kRelative(
-        R"(^(starts|ends|happens)\s+(?:(\d+)\s+days?\s+(after|before)\s+)?(?:at\s+|after\s+)?\[([^\]]+)\]'s\s+(start|end)$)",
+        R"(^(starts|ends|happens)\s+(?:(\d{1,5})\s+days?\s+(after|before)\s+)?(?:at\s+|after\s+)?\[([^\]]+)\]'s\s+(start|end)$)",
         kCaseless);
     static const TRegex kDated(R"(^(starts|ends|happens)\s+(?:on\s+|at\s+)?(.+)$)", kCaseless);
-    static const TRegex kCompleted(R"(^is\s+(\d+)\s*%\s*(?:completed?)?$)", kCaseless);
+    static const TRegex kCompleted(R"(^is\s+(\d{1,3})\s*%\s*(?:completed?)?$)", kCaseless);
     static const TRegex kColored(R"(^is\s+colou?red\s+in\s+([^/\s]+)(?:/(\S+))?$)", kCaseless);
     static const TRegex kAccepted(
         R"(^(?:is\s+deleted|displays\s+on\s+same\s+row\s+as\s+\[.*\]|links\s+to\s+.*|pauses\s+on\s+.*)$)",

@@ -520,6 +520,15 @@ std::string GanttStrftime(TGanttTime aTime, std::string_view aFormat) {
 // [SECTION] Durations and weekdays
 
 TGanttTime GanttAdd(TGanttTime aTime, double aAmount, TGanttUnit aUnit) {
+    // A browser's dates end 100 million days either side of 1970; an amount that leaves them changes
+    // nothing, as a date library leaves a date it cannot move.
+    static constexpr double kLimitDays = 1e8;
+    static constexpr std::array<double, 8> kDaysPerUnit{
+        1.0 / 86'400'000, 1.0 / 86'400, 1.0 / 1440, 1.0 / 24, 1, 7, 31, 366};
+    const double span = aAmount * kDaysPerUnit[static_cast<std::size_t>(aUnit)];
+    if (!std::isfinite(span) ||
+        std::abs(span + static_cast<double>(aTime) / static_cast<double>(kGanttMsPerDay)) > kLimitDays)
+        return aTime;
     auto addDays = [&](double days) {
         TGanttCivil c = GanttToCivil(aTime);
         c.Day += static_cast<int>(std::floor(days + 0.5));

@@ -102,6 +102,8 @@ TEST_F(GanttTest, DurationsAddCalendarTime) {
     EXPECT_EQ(add("2.5h"), "2024-01-31T11:30:00");
     EXPECT_EQ(add("250ms"), Iso(jan31));  // below a second the ISO form does not show it
     EXPECT_EQ(add("3 days"), "refused");
+    EXPECT_EQ(add("999999999999d"), Iso(jan31));  // beyond any calendar: the date stays
+    EXPECT_EQ(add("99999999y"), Iso(jan31));
     EXPECT_EQ(add("d"), "refused");
 }
 
@@ -224,6 +226,13 @@ TEST_F(GanttTest, BadInputIsNamed) {
 
     Read("gantt\ndateFormat YYYY-MM-DD\nA :a, after b, 2d\nB :b, after a, 1d\n");
     EXPECT_EQ(Codes(), "GANTT_CYCLE@3! GANTT_CYCLE@4! ");
+
+    // Numbers too large for any calendar are refused or leave the date, never overflow.
+    Read("gantt\ndateFormat x\nA :a, 99999999999999999999, 1d\nB :b, 2024-01-01, 99999999999w\n");
+    EXPECT_EQ(Codes(), "GANTT_BAD_DATE@3! GANTT_DATE_FORMAT@4 ");
+    Read("@startgantt\n[A] lasts 999999999999 days\n[A] is 99999% completed\n@endgantt\n",
+         TQVLDiagramFormat::dgPlantUML);
+    EXPECT_EQ(Codes(), "GANTT_UNRECOGNIZED_LINE@2 GANTT_UNRECOGNIZED_LINE@3 ");
 
     Read("gantt\nFirst :2d\nToo many :a, b, c, d\n");
     EXPECT_EQ(Codes(), "GANTT_NO_START@2! GANTT_TASK_DATA@3! ");
