@@ -561,6 +561,7 @@ bool ProjectLines(const std::vector<std::string_view>& lines, std::size_t& first
     static const TRegex kStartGantt(R"(^@startgantt\b)", kCaseless);
     static const TRegex kStartUml(R"(^@startuml\b)", kCaseless);
     static const TRegex kEnd(R"(^@end\w*)", kCaseless);
+    static const TRegex kOtherStart(R"(^@start\w+)", kCaseless);
     static const TRegex kProjectStatement(
         R"(^(?:project\s+starts\b|\[[^\]]+\](?:\s+as\s+\[[^\]]+\])?(?:\s+on\s+\{[^}]*\})*\s+(?:lasts|requires|starts|ends|happens)\b|then\s+\[))",
         kCaseless);
@@ -575,6 +576,8 @@ bool ProjectLines(const std::vector<std::string_view>& lines, std::size_t& first
             first = i + 1;
         } else if (kStartUml.Match(line)) {
             first = i + 1;
+        } else if (kOtherStart.Match(line)) {
+            return false;  // a chronology, mind map, ...: another kind, whatever its lines look like
         } else if (kEnd.Match(line)) {
             end = i;
             break;

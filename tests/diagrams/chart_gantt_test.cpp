@@ -306,9 +306,10 @@ TEST_F(GanttTest, PlantUMLInUmlAndItsErrors) {
         TQVLDiagramFormat::dgPlantUML);
     EXPECT_TRUE(today.ShowToday);
     EXPECT_EQ(today.Today, Day(2024, 1, 4));
-    // A sequence or component diagram is no project.
+    // A sequence, component or chronology diagram is no project.
     for (const char* text :
-         {"@startuml\nAlice -> Bob : hi\n@enduml\n", "@startuml\n[Web] -> [Database]\n@enduml\n"})
+         {"@startuml\nAlice -> Bob : hi\n@enduml\n", "@startuml\n[Web] -> [Database]\n@enduml\n",
+          "@startchronology\n[Design] happens on 2024-01-10\n@endchronology\n"})
         EXPECT_EQ(QVLImportDiagram(text, TQVLDiagramFormat::dgPlantUML)->Chart(), nullptr) << text;
 }
 
