@@ -73,6 +73,7 @@ class TGanttDrawer {
         return fChartLeft + static_cast<double>(t - fFrom) / static_cast<double>(fTo - fFrom) * fChartWidth;
     }
     void Measure();
+    int CompactRows(const std::vector<TTask>& tasks, double top);
     void DrawBands();
     void DrawExcludedDays();
     void DrawAxis();
@@ -133,6 +134,11 @@ void TGanttDrawer::Measure() {
     double y = fRowsTop;
     for (std::size_t si = 0; si < fChart.Sections.size(); ++si) {
         const double top = y;
+        if (fChart.Compact) {
+            y += CompactRows(fChart.Sections[si].Tasks, y) * kRowPitchMM;
+            if (y > top) fBands.push_back({si, {top, y}});
+            continue;
+        }
         for (const TTask& t : fChart.Sections[si].Tasks) {
             if (IsVert(t)) continue;
             fRows.push_back({&t, y});
@@ -147,6 +153,25 @@ void TGanttDrawer::Measure() {
     }
     fRowsBottom = std::max(y, fRowsTop + kRowPitchMM);
     fRight = fChartLeft + fChartWidth;
+}
+
+// Compact charts share rows within a section: each task, earliest first, takes the first row that is
+// free by its start. Returns the number of rows used.
+int TGanttDrawer::CompactRows(const std::vector<TTask>& tasks, double top) {
+    std::vector<const TTask*> order;
+    for (const TTask& t : tasks)
+        if (!IsVert(t)) order.push_back(&t);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const TTask* a, const TTask* b) { return a->Start < b->Start; });
+    std::vector<TGanttTime> rowEnds;
+    for (const TTask* t : order) {
+        std::size_t row = 0;
+        while (row < rowEnds.size() && t->Start < rowEnds[row]) ++row;
+        if (row == rowEnds.size()) rowEnds.push_back(t->End);
+        rowEnds[row] = t->End;
+        fRows.push_back({t, top + static_cast<double>(row) * kRowPitchMM});
+    }
+    return static_cast<int>(rowEnds.size());
 }
 
 void TGanttDrawer::DrawBands() {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "orvex/core/regex.h"
+#include "orvex/core/text.h"
 
 namespace Orvex {
 namespace {
@@ -206,7 +207,7 @@ std::vector<TGanttTick> GanttTicks(const TQVLGanttChart& aChart, TGanttTime aFro
                 label =
                     "Q" + std::to_string((GanttToCivil(t).Month - 1) / 3 + 1) + " " + GanttStrftime(t, "%Y");
             else
-                label = GanttStrftime(t, format);
+                label = std::string(Qvl::Utils::Trim(GanttStrftime(t, format)));  // "%e" pads with a blank
             ticks.push_back({t, std::move(label)});
         }
         t = Next(t, step.Unit);

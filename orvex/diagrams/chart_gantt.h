@@ -56,7 +56,8 @@ struct TQVLGanttChart final : TQVLChart {
     std::string TickInterval;  // "1week", "2day", ...; empty for automatic ticks
     TScale Scale = TScale::gsAuto;
     bool TopAxis = false;
-    int WeekStart = 7;          // ISO weekday weekly ticks fall on (Sunday unless the text names another)
+    bool Compact = false;  // displayMode compact: tasks of a section share rows where they do not overlap
+    int WeekStart = 7;     // ISO weekday weekly ticks fall on (Sunday unless the text names another)
     bool FromPlantUML = false;  // drawn as a project plan: a day grid on top, plain bars, closed days shaded
     bool TimeOfDay = false;     // some date has a time of day, so dates are written with it
     bool Undated = false;       // a PlantUML project without a start date: the axis counts days

@@ -468,6 +468,11 @@ bool QVLReadMermaidGantt(std::string_view aText, TQVLDiagramFormat aFormat, TORX
     if (QVLMermaidHeaderWord(aText, &headerLine) != "gantt") return false;
     auto chart = std::make_shared<TQVLGanttChart>();
     aModel.fTitle = QVLFrontMatterValue(aText, "title");
+    // Set in the front matter's configuration or an init directive, at any depth.
+    static const TRegex kCompact(R"(displayMode["']?\s*:\s*["']?compact\b)", {TRegexFlag::rfCaseless});
+    const auto lines = QVLSplitDiagramLines(aText);
+    const auto headerAt = static_cast<std::size_t>(lines[headerLine - 1].data() - aText.data());
+    chart->Compact = kCompact.Match(aText.substr(0, headerAt));
     TMermaidGantt(aModel, *chart).Read(aText, headerLine);
     aModel.SetChart(std::move(chart));
     return true;

@@ -109,6 +109,15 @@ TEST_F(GanttLayoutTest, ExcludedDaysAreShadedAndBarsCrossThem) {
     EXPECT_EQ(green, 1u);
 }
 
+TEST_F(GanttLayoutTest, CompactChartsShareRowsWhereTasksDoNotOverlap) {
+    Load("---\nconfig:\n  gantt:\n    displayMode: compact\n---\n" + std::string(kDaily) +
+         "    section S\n    One :a, 2024-01-01, 2d\n    Two :b, 2024-01-02, 2d\n    Three :c, after a, 2d\n"
+         "    section T\n    Four :d, 2024-01-01, 1d\n");
+    EXPECT_EQ(Flow("One").Box().Top, Flow("Three").Box().Top);  // Three starts where One ends
+    EXPECT_LT(Flow("One").Box().Top, Flow("Two").Box().Top);
+    EXPECT_LT(Flow("Two").Box().Top, Flow("Four").Box().Top);  // a section keeps its own rows
+}
+
 TEST_F(GanttLayoutTest, StylesFollowTheTags) {
     Load(std::string(kDaily) +
          "    Plain :p, 2024-01-01, 3d\n    Finished :done, d, 2024-01-01, 3d\n    Urgent :crit, c, "
