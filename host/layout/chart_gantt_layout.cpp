@@ -129,8 +129,8 @@ void TGanttDrawer::Measure() {
     const double days = static_cast<double>(fTo - fFrom) / static_cast<double>(kGanttMsPerDay);
     fChartWidth = std::clamp(days * kWidthPerDayMM, kMinChartWidthMM, kMaxChartWidthMM);
     // A project plan names the months above its day numbers.
-    fRowsTop =
-        fOrigin.Y + (fChart.TopAxis ? kAxisHeightMM : 0.0) + (fChart.FromPlantUML ? kAxisHeightMM : 0.0);
+    fRowsTop = fOrigin.Y + (fChart.TopAxis ? kAxisHeightMM : 0.0) +
+               (fChart.FromPlantUML && !fChart.Undated ? kAxisHeightMM : 0.0);
     double y = fRowsTop;
     for (std::size_t si = 0; si < fChart.Sections.size(); ++si) {
         const double top = y;
