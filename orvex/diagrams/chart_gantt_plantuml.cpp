@@ -56,7 +56,8 @@ struct TPumlTask {
     std::string Resources;
     std::optional<TGanttTime> Start;
     std::optional<TGanttTime> End;
-    int State = 0;  // 0 not computed, 1 being computed, 2 done
+    enum class TState : std::uint8_t { tsWaiting, tsComputing, tsDone, tsInCycle };
+    TState State = TState::tsWaiting;
 };
 
 // Where a date written in the text falls: ISO or slashed, or "the 5th of march 2024".
@@ -465,20 +466,22 @@ TGanttTime TPlantUMLGantt::RefDate(const TTaskRef& ref, TPumlTask& from) {
     const auto it = fByName.find(ref.Task);
     TPumlTask& other = fTasks[it->second];
     Compute(other);
-    if (other.State != 2 || from.State == 3) return *fProjectStart;
+    // A task in a cycle has no dates to lean on: the project's start stands in.
+    if (other.State != TPumlTask::TState::tsDone || from.State == TPumlTask::TState::tsInCycle)
+        return *fProjectStart;
     const TGanttTime base = ref.AtEnd ? *other.End : *other.Start;
     return ref.Days == 0 ? base : WalkOpenDays(base, ref.Days);
 }
 
 void TPlantUMLGantt::Compute(TPumlTask& task) {
-    if (task.State == 2) return;
-    if (task.State == 1) {
+    using TState = TPumlTask::TState;
+    if (task.State == TState::tsDone || task.State == TState::tsInCycle) return;
+    if (task.State == TState::tsComputing) {
         Error(task.Line, "GANTT_CYCLE", "The task's dates depend on a task that depends on it.", task.Source);
-        task.State = 3;  // reported; its dates fall back to the project start
+        task.State = TState::tsInCycle;
         return;
     }
-    if (task.State == 3) return;
-    task.State = 1;
+    task.State = TState::tsComputing;
     const int openDays = task.OpenDays.value_or(0);
     const int calendarDays = task.CalendarDays.value_or(0);
     const bool hasDuration = task.OpenDays || task.CalendarDays;
@@ -492,7 +495,7 @@ void TPlantUMLGantt::Compute(TPumlTask& task) {
         start = RefDate(*task.StartRef, task);
     else if (end && hasDuration)
         start = WalkOpenDays(end.value() - calendarDays * kGanttMsPerDay, -openDays);
-    if (task.State == 3) {
+    if (task.State == TState::tsInCycle) {
         task.Start = task.End = *fProjectStart;
         return;
     }
@@ -501,7 +504,7 @@ void TPlantUMLGantt::Compute(TPumlTask& task) {
         if (task.StartRef && task.StartRef->AtEnd && task.StartRef->Days == 0) start -= kGanttMsPerDay;
         task.Start = start;
         task.End = start + kGanttMsPerDay;
-        task.State = 2;
+        task.State = TState::tsDone;
         return;
     }
     start = NextOpen(start);
@@ -513,7 +516,7 @@ void TPlantUMLGantt::Compute(TPumlTask& task) {
     }
     task.Start = start;
     task.End = std::max(start, *end);
-    task.State = 2;
+    task.State = TState::tsDone;
 }
 
 void TPlantUMLGantt::Build() {

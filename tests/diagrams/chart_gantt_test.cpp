@@ -301,6 +301,11 @@ TEST_F(GanttTest, PlantUMLInUmlAndItsErrors) {
     EXPECT_TRUE(chart.Undated);
     EXPECT_FALSE(chart.ShowToday);
     EXPECT_EQ(Codes(), "GANTT_UNRECOGNIZED_LINE@5 GANTT_UNKNOWN_TASK@3! ");
+    Read(
+        "@startgantt\n[A] starts at [B]'s end\n[B] starts at [A]'s end\n[A] lasts 1 day\n[B] lasts 1 "
+        "day\n@endgantt\n",
+        TQVLDiagramFormat::dgPlantUML);
+    EXPECT_EQ(Codes(), "GANTT_CYCLE@2! ");
     const auto& today = Read(
         "@startgantt\ntoday is 3 days after start\nProject starts 2024-01-01\n[A] lasts 5 days\n@endgantt\n",
         TQVLDiagramFormat::dgPlantUML);
