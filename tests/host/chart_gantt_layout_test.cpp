@@ -143,6 +143,36 @@ TEST_F(GanttLayoutTest, PlantUMLDependenciesAreLinksBetweenTheBars) {
     EXPECT_EQ(Flow("Build").Box().Left, Flow("Design").Box().Right);
 }
 
+TEST_F(GanttLayoutTest, PlantUMLNotesResourcesProgressAndMarkers) {
+    Load(
+        "@startgantt\nProject starts 2024-01-01\n[Write] on {Alice} lasts 10 days\n[Write] is 40% completed\n"
+        "note bottom\nCheck the figures\nend note\n[Print] lasts 2 days\n@endgantt\n",
+        TQVLDiagramFormat::dgPlantUML);
+    const TQVLRect bar = Flow("Write {Alice}").Box();  // resources follow the caption
+    const TQVLRect note = Flow("Check the figures").Box();
+    EXPECT_EQ(Flow("Check the figures").FlowType(), TQVLFlowType::ftDocument);
+    EXPECT_GE(note.Top, bar.Bottom);  // under its task, above the next row
+    EXPECT_LE(note.Bottom, Flow("Print").Box().Top);
+    // Progress: a strip along the bar's foot, 40% of its length.
+    std::size_t strips = 0;
+    for (TORXBaseRectangle* r : ItemsOf<TORXBaseRectangle>(fDoc)) {
+        const TQVLRect b = r->BoundsRect();
+        if (b.Left != bar.Left || b.Bottom != bar.Bottom) continue;
+        ++strips;
+        EXPECT_NEAR(MM(b.Right - b.Left), 0.4 * MM(bar.Right - bar.Left), 0.05);
+    }
+    EXPECT_EQ(strips, 1u);
+
+    TORXHeadlessLabel marked;
+    ASSERT_TRUE(LoadDiagramWithLayout(
+        marked, std::string(kDaily) + "    A :a, 2024-01-01, 4d\n    Freeze :vert, f, 2024-01-03, 0d\n",
+        TQVLDiagramFormat::dgMermaid));
+    std::size_t lines = 0;
+    for (TORXBaseLine* l : ItemsOf<TORXBaseLine>(marked)) lines += l->Color() == 0xFF00008Bu ? 1 : 0;
+    EXPECT_EQ(lines, 1u);  // a marker is a line, not a row
+    EXPECT_EQ(ItemsOf<TORXBaseFlow>(marked).size(), 1u);
+}
+
 TEST_F(GanttLayoutTest, ChartsWithErrorsAreNotDrawn) {
     EXPECT_FALSE(LoadDiagramWithLayout(fDoc, "gantt\ndateFormat YYYY-MM-DD\nA :a, after ghost, 2d\n",
                                        TQVLDiagramFormat::dgMermaid));
