@@ -12,8 +12,9 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 1> kDrawers{{
+constexpr std::array<std::pair<std::string_view, TChartDrawer>, 2> kDrawers{{
     {"pie", &DrawPieChart},
+    {"gantt", &DrawGanttChart},
 }};
 
 TChartDrawer DrawerOf(std::string_view type) {

@@ -20,5 +20,6 @@ using TChartDrawer = TLayoutSize (*)(TChartCanvas& aCanvas, const TQVLChart& aCh
 
 // The drawers, one per chart type (each in its own file).
 TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawGanttChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

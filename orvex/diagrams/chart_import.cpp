@@ -10,8 +10,10 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 1> kReaders{
+constexpr std::array<TQVLChartReader, 3> kReaders{
     &QVLReadPieChart,
+    &QVLReadMermaidGantt,
+    &QVLReadPlantUMLGantt,
 };
 
 // The Mermaid header words of chart types.

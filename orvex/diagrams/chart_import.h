@@ -20,5 +20,7 @@ using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aForm
 
 // The readers, one per chart type (each in its own file).
 bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadMermaidGantt(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadPlantUMLGantt(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex

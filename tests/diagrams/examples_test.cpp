@@ -222,12 +222,10 @@ TEST(Examples, MermaidKinds) {
          {{"treeview_2", "treeview_4", A::eaNone}, {"treeview_1", "treeview_7", A::eaNone}}},
         {"mermaid/gantt.mmd",
          K::dkFlowChart,
-         6,
-         7,
-         {{"des1", F::ftProcess}, {"gantt_section_2", F::ftPredefined}},
-         {{"des1", "des2", A::eaArrow},
-          {"impl", "gantt_task_4", A::eaArrow},
-          {"gantt_section_1", "des1", A::eaNone}}},
+         15,
+         21,
+         {{"int", F::ftProcess}, {"gantt_section_2", F::ftPredefined}},
+         {{"int", "wire", A::eaArrow}, {"gantt_section_1", "int", A::eaNone}}},
     };
     for (const auto& e : examples) CheckExample(e);
 }
@@ -330,12 +328,12 @@ TEST(Examples, PlantUmlKinds) {
          {{"Rented_to", "Movie", A::eaNone}}},
         {"plantuml/gantt.puml",
          K::dkFlowChart,
-         7,
-         7,
+         14,
+         14,
          {{"puml_gantt_project", F::ftTerminator},
           {"puml_gantt_section_1", F::ftPredefined},
           {"puml_gantt_task_1", F::ftProcess}},
-         {{"puml_gantt_task_3", "puml_gantt_task_4", A::eaArrow},
+         {{"puml_gantt_task_4", "puml_gantt_task_3", A::eaArrow},
           {"puml_gantt_section_2", "puml_gantt_task_3", A::eaNone}}},
     };
     for (const auto& e : examples) CheckExample(e);
