@@ -10,8 +10,8 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 1> kReaders{
-    &QVLReadPieChart,
+constexpr std::array<TQVLChartReader, 5> kReaders{
+    &QVLReadPieChart, &QVLReadGitGraph, &QVLReadTimeline, &QVLReadJourney, &QVLReadKanban,
 };
 
 // The Mermaid header words of chart types.

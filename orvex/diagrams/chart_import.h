@@ -20,5 +20,9 @@ using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aForm
 
 // The readers, one per chart type (each in its own file).
 bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadKanban(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
