@@ -12,8 +12,12 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 1> kDrawers{{
+constexpr std::array<std::pair<std::string_view, TChartDrawer>, 5> kDrawers{{
     {"pie", &DrawPieChart},
+    {"gitgraph", &DrawGitGraph},
+    {"timeline", &DrawTimeline},
+    {"journey", &DrawJourney},
+    {"kanban", &DrawKanban},
 }};
 
 TChartDrawer DrawerOf(std::string_view type) {

@@ -41,9 +41,12 @@ std::optional<std::string> QVLChartConfigValue(std::string_view aText, std::stri
                          R"re(['"]?\s*:\s*(?:"([^"]*)"|'([^']*)'|([^,}\s][^,}\n]*)))re");
     std::optional<std::string> value;
     for (const TRegexMatch& m : pattern.MatchAll(settings)) {
-        if (m.Matched(1)) value = std::string(m.Group(1));
-        else if (m.Matched(2)) value = std::string(m.Group(2));
-        else value = std::string(Trim(m.Group(3)));
+        if (m.Matched(1))
+            value = std::string(m.Group(1));
+        else if (m.Matched(2))
+            value = std::string(m.Group(2));
+        else
+            value = std::string(Trim(m.Group(3)));
     }
     return value;
 }

@@ -32,7 +32,7 @@ struct TQVLGitGraph final : TQVLChart {
     TDirection Direction = TDirection::gdLeftRight;
     bool ShowBranches = true;
     bool ShowCommitLabels = true;
-    bool ParallelCommits = false;  // commits placed by their depth rather than one column each
+    bool ParallelCommits = false;   // commits placed by their depth rather than one column each
     std::vector<TBranch> Branches;  // creation order, the main branch first
     std::vector<TCommit> Commits;
 

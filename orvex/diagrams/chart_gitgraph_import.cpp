@@ -44,9 +44,12 @@ bool ReadOptions(std::string_view text, std::vector<TOption>& options) {
     while (at < text.size() && !Trim(text.substr(at)).empty()) {
         if (!kOption.MatchAt(text, at, m)) return false;
         TOption option{std::string(m.Group(1)), {}};
-        if (m.Matched(2)) option.Value = std::string(m.Group(2));
-        else if (m.Matched(3)) option.Value = std::string(m.Group(3));
-        else option.Value = std::string(m.Group(4));
+        if (m.Matched(2))
+            option.Value = std::string(m.Group(2));
+        else if (m.Matched(3))
+            option.Value = std::string(m.Group(3));
+        else
+            option.Value = std::string(m.Group(4));
         options.push_back(std::move(option));
         at += m.Group(0).size();
     }
@@ -96,11 +99,16 @@ class TGitGraphReader {
             Report(TSeverity::dsError, "GITGRAPH_UNRECOGNIZED_LINE", "A quoted value is not closed.");
             return;
         }
-        if (word == "commit") Commit(options);
-        else if (word == "branch") Branch(options);
-        else if (word == "checkout" || word == "switch") Checkout(options);
-        else if (word == "merge") Merge(options);
-        else if (word == "cherry-pick") CherryPick(options);
+        if (word == "commit")
+            Commit(options);
+        else if (word == "branch")
+            Branch(options);
+        else if (word == "checkout" || word == "switch")
+            Checkout(options);
+        else if (word == "merge")
+            Merge(options);
+        else if (word == "cherry-pick")
+            CherryPick(options);
         else
             Report(TSeverity::dsWarning, "GITGRAPH_UNRECOGNIZED_LINE",
                    "A git graph line is commit, branch, checkout, switch, merge or cherry-pick.");
@@ -152,11 +160,16 @@ class TGitGraphReader {
         TQVLGitGraph::TCommit commit;
         std::string id;
         for (const TOption& o : options) {
-            if (o.Key == "id") id = o.Value;
-            else if (o.Key == "msg" || o.Key.empty()) commit.Message = o.Value;
-            else if (o.Key == "tag") commit.Tags.push_back(o.Value);
-            else if (o.Key == "type") commit.Type = commit.DrawnType = TypeOption(o);
-            else Unexpected(o, "commit");
+            if (o.Key == "id")
+                id = o.Value;
+            else if (o.Key == "msg" || o.Key.empty())
+                commit.Message = o.Value;
+            else if (o.Key == "tag")
+                commit.Tags.push_back(o.Value);
+            else if (o.Key == "type")
+                commit.Type = commit.DrawnType = TypeOption(o);
+            else
+                Unexpected(o, "commit");
         }
         if (!id.empty() && IdTaken(id))
             Report(TSeverity::dsWarning, "GITGRAPH_DUPLICATE_ID",
@@ -175,7 +188,8 @@ class TGitGraphReader {
             double value = 0;
             if (options[i].Key == "order" && ReadNumber(options[i].Value, value))
                 order = value;
-            else Unexpected(options[i], "branch");
+            else
+                Unexpected(options[i], "branch");
         }
         if (fHeads.contains(name)) {
             Report(TSeverity::dsError, "GITGRAPH_BRANCH_EXISTS",
@@ -219,10 +233,14 @@ class TGitGraphReader {
         std::string id;
         for (std::size_t i = 1; i < options.size(); ++i) {
             const TOption& o = options[i];
-            if (o.Key == "id") id = o.Value;
-            else if (o.Key == "tag") merge.Tags.push_back(o.Value);
-            else if (o.Key == "type") merge.DrawnType = TypeOption(o);
-            else Unexpected(o, "merge");
+            if (o.Key == "id")
+                id = o.Value;
+            else if (o.Key == "tag")
+                merge.Tags.push_back(o.Value);
+            else if (o.Key == "type")
+                merge.DrawnType = TypeOption(o);
+            else
+                Unexpected(o, "merge");
         }
         const char* refusal = nullptr;
         std::string why;
@@ -259,12 +277,15 @@ class TGitGraphReader {
         std::string parent;
         std::optional<std::vector<std::string>> tags;
         for (const TOption& o : options) {
-            if (o.Key == "id") source = o.Value;
-            else if (o.Key == "parent") parent = o.Value;
+            if (o.Key == "id")
+                source = o.Value;
+            else if (o.Key == "parent")
+                parent = o.Value;
             else if (o.Key == "tag") {
                 if (!tags) tags.emplace();
                 if (!o.Value.empty()) tags->push_back(o.Value);  // `tag: ""` asks for no tag at all
-            } else Unexpected(o, "cherry-pick");
+            } else
+                Unexpected(o, "cherry-pick");
         }
         const TQVLGitGraph::TCommit* picked = Find(source);
         const char* refusal = nullptr;
@@ -273,8 +294,8 @@ class TGitGraphReader {
             refusal = "GITGRAPH_CHERRY_PICK_SOURCE";
             why = source.empty() ? std::string("\"cherry-pick\" needs the id of the commit to pick.")
                                  : "There is no commit \"" + source + "\" to pick.";
-        } else if (!parent.empty() &&
-                   std::find(picked->Parents.begin(), picked->Parents.end(), parent) == picked->Parents.end()) {
+        } else if (!parent.empty() && std::find(picked->Parents.begin(), picked->Parents.end(), parent) ==
+                                          picked->Parents.end()) {
             refusal = "GITGRAPH_CHERRY_PICK_PARENT";
             why = "\"" + parent + "\" is not an immediate parent of \"" + source + "\".";
         } else if (picked->Type == TCommitType::ctMerge && parent.empty()) {
@@ -386,8 +407,10 @@ bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
             continue;
         }
         if (UmlConsumedMermaid(line.Text, inAccBlock)) continue;
-        if (kTitle.MatchAt(line.Text, 0, m)) aModel.fTitle = std::string(Trim(m.Group(1)));
-        else reader.Statement(line);
+        if (kTitle.MatchAt(line.Text, 0, m))
+            aModel.fTitle = std::string(Trim(m.Group(1)));
+        else
+            reader.Statement(line);
     }
     aModel.SetChart(std::move(graph));
     return true;

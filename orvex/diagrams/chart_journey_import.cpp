@@ -84,7 +84,8 @@ bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
             task.Text = std::string(Trim(m.Group(1)));
             if (!ReadNumber(m.Group(2), task.Score)) {
                 aModel.AddDiagnostic(TSeverity::dsError, line.No, "JOURNEY_SCORE",
-                                     "A task's score is a number after its colon (1 to 5 as a rule).", source);
+                                     "A task's score is a number after its colon (1 to 5 as a rule).",
+                                     source);
                 task.Score = 0;
             }
             if (m.Matched(3)) {

@@ -73,8 +73,9 @@ class TKanbanReader {
         if (fColumnIndent == kNoColumn) fColumnIndent = indent;
         if (indent < fColumnIndent)
             fModel.AddDiagnostic(TSeverity::dsError, lineNo, "KANBAN_ITEM_OUTSIDE_COLUMN",
-                                 "\"" + n.Text + "\" is indented less than the first column; it is taken as "
-                                 "a column.",
+                                 "\"" + n.Text +
+                                     "\" is indented less than the first column; it is taken as "
+                                     "a column.",
                                  source);
         if (indent <= fColumnIndent) {
             if (!Trim(metadata).empty())
@@ -85,20 +86,24 @@ class TKanbanReader {
         }
         TQVLKanban::TCard card{n.Id, n.Text, {}, {}, {}};
         for (const auto& [key, value] : MetadataPairs(metadata)) {
-            if (key == "ticket") card.Ticket = value;
-            else if (key == "assigned") card.Assigned = value;
+            if (key == "ticket")
+                card.Ticket = value;
+            else if (key == "assigned")
+                card.Assigned = value;
             else if (key == "priority") {
                 card.Priority = value;
                 if (value != "Very High" && value != "High" && value != "Low" && value != "Very Low")
                     fModel.AddDiagnostic(TSeverity::dsWarning, lineNo, "KANBAN_PRIORITY",
-                                         "A priority is 'Very High', 'High', 'Low' or 'Very Low'; \"" + value +
-                                             "\" is kept but not coloured.",
+                                         "A priority is 'Very High', 'High', 'Low' or 'Very Low'; \"" +
+                                             value + "\" is kept but not coloured.",
                                          source);
-            } else if (key == "label") card.Text = value;
+            } else if (key == "label")
+                card.Text = value;
             else
                 fModel.AddDiagnostic(TSeverity::dsWarning, lineNo, "KANBAN_METADATA",
-                                     "Card metadata \"" + key + "\" is not drawn (ticket, assigned, priority "
-                                     "and label are).",
+                                     "Card metadata \"" + key +
+                                         "\" is not drawn (ticket, assigned, priority "
+                                         "and label are).",
                                      source);
         }
         fBoard.Columns.back().Cards.push_back(std::move(card));
