@@ -75,7 +75,12 @@ class TGitDrawer {
                      ? kMinCommitGapMM
                      : std::clamp(widestId + 2.0, kMinCommitGapMM, kMaxCommitGapMM);
         fLabelExtent = BranchLabelExtent();
-        const auto steps = Steps(fGit);
+        // With the lanes as columns the ids stand left of their dots, between the lanes.
+        const double idRoom = fVertical && fGit.ShowCommitLabels ? widestId + 3 : 0;
+        fAcrossStart = kDotMM + idRoom;
+        fLaneGap = std::max(kLaneGapMM, idRoom + kDotMM + 2);
+        fSteps = Steps(fGit);
+        const auto& steps = fSteps;
         std::size_t last = 0;
         for (const std::size_t s : steps) last = std::max(last, s);
         fLength =
@@ -83,21 +88,21 @@ class TGitDrawer {
 
         DrawLanes();
         std::vector<TORXBaseFlow*> dots;
-        std::map<std::string, std::size_t> indexOf;
         for (std::size_t i = 0; i < fGit.Commits.size(); ++i) {
             const auto& c = fGit.Commits[i];
             dots.push_back(DrawCommit(c, Center(c.Branch, steps[i])));
-            indexOf[c.Id] = i;
+            fIndexOf.emplace(c.Id, i);
         }
-        for (std::size_t i = 0; i < fGit.Commits.size(); ++i) DrawParentLines(i, dots, indexOf);
+        for (std::size_t i = 0; i < fGit.Commits.size(); ++i) DrawParentLines(i, dots);
         for (std::size_t i = 0; i < fGit.Commits.size(); ++i) {
             const auto& c = fGit.Commits[i];
             DrawId(c, Center(c.Branch, steps[i]));
             DrawTags(c, Center(c.Branch, steps[i]));
         }
 
-        const double across = static_cast<double>(fLanes == 0 ? 0 : fLanes - 1) * kLaneGapMM + 2 * kDotMM + 8;
-        return fVertical ? TLayoutSize{across + widestId + 4, fLength} : TLayoutSize{fLength, across + 4};
+        const double across =
+            fAcrossStart + static_cast<double>(fLanes == 0 ? 0 : fLanes - 1) * fLaneGap + kDotMM + 8;
+        return fVertical ? TLayoutSize{across, fLength} : TLayoutSize{fLength, across + 4};
     }
 
   private:
@@ -114,9 +119,13 @@ class TGitDrawer {
     // The centre of a commit on its branch's lane at a step along the lanes.
     TLayoutPoint Center(const std::string& branch, std::size_t step) const {
         const auto it = fLaneOf.find(branch);
-        const double across = static_cast<double>(it == fLaneOf.end() ? 0 : it->second) * kLaneGapMM + kDotMM;
-        double along = fLabelExtent + kLabelGapMM + (static_cast<double>(step) + 0.5) * fPitch;
-        if (fGit.Direction == TGit::TDirection::gdBottomTop) along = fLength - along + fLabelExtent;
+        const double across =
+            fAcrossStart + static_cast<double>(it == fLaneOf.end() ? 0 : it->second) * fLaneGap;
+        const double run = (static_cast<double>(step) + 0.5) * fPitch;
+        // Bottom to top, the branch names stand at the bottom and the first commit just above them.
+        const double along = fGit.Direction == TGit::TDirection::gdBottomTop
+                                 ? fLength - fLabelExtent - kLabelGapMM - run
+                                 : fLabelExtent + kLabelGapMM + run;
         return fVertical ? TLayoutPoint{fOrigin.X + across, fOrigin.Y + along}
                          : TLayoutPoint{fOrigin.X + along, fOrigin.Y + across};
     }
@@ -126,9 +135,9 @@ class TGitDrawer {
     void DrawLanes() {
         for (const auto& b : fGit.Branches) {
             const std::size_t lane = fLaneOf.at(b.Name);
-            const double across = static_cast<double>(lane) * kLaneGapMM + kDotMM;
+            const double across = fAcrossStart + static_cast<double>(lane) * fLaneGap;
             const bool bottomUp = fGit.Direction == TGit::TDirection::gdBottomTop;
-            const double labelStart = bottomUp ? fLength - fLabelExtent + kLabelGapMM : 0;
+            const double labelStart = bottomUp ? fLength - fLabelExtent + 1 : 0;
             const double lineFrom = bottomUp ? 0 : fLabelExtent;
             const double lineTo = bottomUp ? fLength - fLabelExtent : fLength;
             if (fVertical)
@@ -192,21 +201,22 @@ class TGitDrawer {
         return dot;
     }
 
-    // The id beneath the dot (beside it when the lanes are columns) on a pale ground, drawn after the lines
+    // The id beneath the dot (left of it when the lanes are columns) on a pale ground, drawn after the lines
     // so that a line passing under it does not cross the text.
     void DrawId(const TGit::TCommit& c, TLayoutPoint at) {
         if (!fGit.ShowCommitLabels) return;
         const TChartTextStyle style{.Height = kIdHeight};
         const TLayoutSize size = fCanvas.Measure(c.Id, style);
-        const TLayoutBox box = fVertical ? TLayoutBox{at.X + kDotMM / 2 + 1, at.Y - size.Height / 2 - 0.3,
-                                                      size.Width + 1, size.Height + 0.6, true}
-                                         : TLayoutBox{at.X - size.Width / 2 - 0.5, at.Y + kDotMM / 2 + 0.8,
-                                                      size.Width + 1, size.Height + 0.6, true};
+        const TLayoutBox box =
+            fVertical ? TLayoutBox{at.X - kDotMM / 2 - 2 - size.Width, at.Y - size.Height / 2 - 0.3,
+                                   size.Width + 1, size.Height + 0.6, true}
+                      : TLayoutBox{at.X - size.Width / 2 - 0.5, at.Y + kDotMM / 2 + 0.8, size.Width + 1,
+                                   size.Height + 0.6, true};
         fCanvas.Rect(box, {.Fill = kIdGround, .Stroke = kIdGround});
         fCanvas.Text({box.X + 0.5, box.Y + 0.3}, c.Id, style);
     }
 
-    // Tags stack above the dot (to its left when the lanes are columns) on pale labels.
+    // Tags stack above the dot (to its right when the lanes are columns) on pale labels.
     void DrawTags(const TGit::TCommit& c, TLayoutPoint at) {
         const TChartTextStyle style{
             .Height = kTagHeight, .Horizontal = TChartAlign::caCenter, .Vertical = TChartAlign::caCenter};
@@ -215,7 +225,7 @@ class TGitDrawer {
             const TLayoutSize size = fCanvas.Measure(tag, style);
             const double w = size.Width + 2;
             const double h = size.Height + 1;
-            const TLayoutBox box = fVertical ? TLayoutBox{at.X - offset - w, at.Y - h / 2, w, h, true}
+            const TLayoutBox box = fVertical ? TLayoutBox{at.X + offset, at.Y - h / 2, w, h, true}
                                              : TLayoutBox{at.X - w / 2, at.Y - offset - h, w, h, true};
             fCanvas.Rect(box, {.Fill = kTagFill, .Stroke = 0xFF8C7A00u}, 0.8);
             fCanvas.Text({box.X + w / 2, box.Y + h / 2}, tag, style);
@@ -226,12 +236,25 @@ class TGitDrawer {
     // A commit's line to each parent: in the commit's branch colour to its first parent (turning at the
     // parent when the commit opens a branch), in the merged branch's colour to a merged head (turning at
     // the merge), dashed to a cherry-picked commit.
-    void DrawParentLines(std::size_t i, const std::vector<TORXBaseFlow*>& dots,
-                         const std::map<std::string, std::size_t>& indexOf) {
+    // True when a line of the branch's own runs somewhere after step aFrom and before step aTo: a commit of
+    // the branch past aFrom whose first parent, on the same branch, comes before aTo.
+    bool LaneBusy(const std::string& branch, std::size_t from, std::size_t to) const {
+        for (std::size_t i = 0; i < fGit.Commits.size(); ++i) {
+            const auto& c = fGit.Commits[i];
+            if (c.Branch != branch || fSteps[i] <= from || c.Parents.empty()) continue;
+            const auto parent = fIndexOf.find(c.Parents.front());
+            if (parent != fIndexOf.end() && fGit.Commits[parent->second].Branch == branch &&
+                fSteps[parent->second] < to)
+                return true;
+        }
+        return false;
+    }
+
+    void DrawParentLines(std::size_t i, const std::vector<TORXBaseFlow*>& dots) {
         const auto& c = fGit.Commits[i];
         for (std::size_t k = 0; k < c.Parents.size(); ++k) {
-            const auto it = indexOf.find(c.Parents[k]);
-            if (it == indexOf.end() || dots[it->second] == nullptr || dots[i] == nullptr) continue;
+            const auto it = fIndexOf.find(c.Parents[k]);
+            if (it == fIndexOf.end() || dots[it->second] == nullptr || dots[i] == nullptr) continue;
             const auto& parent = fGit.Commits[it->second];
             const bool second = k > 0;
             const bool picked = second && c.Type == TGit::TCommitType::ctCherryPick;
@@ -244,9 +267,10 @@ class TGitDrawer {
                                                .Dashed = picked},
                                               false);
             if (link == nullptr || parent.Branch == c.Branch) continue;
-            // Opening a branch leaves the parent across the lanes first; a merge runs along the merged
-            // lane and turns at the merge.
-            const bool acrossFirst = !second;
+            // Opening a branch leaves the parent across the lanes first, along the new branch's still empty
+            // lane. A merged or picked commit runs along its own lane and turns at the commit it joins,
+            // unless its branch goes on there; then it crosses first and runs along the joining lane.
+            const bool acrossFirst = !second || LaneBusy(parent.Branch, fSteps[it->second], fSteps[i]);
             if (fVertical == acrossFirst)
                 link->SetLinkType(TQVLinkType::ltLeftRightTopBottom);
             else
@@ -261,6 +285,10 @@ class TGitDrawer {
     std::map<std::string, std::size_t> fLaneOf;
     std::size_t fLanes = 0;
     double fPitch = kMinCommitGapMM;
+    std::vector<std::size_t> fSteps;              // each commit's step along the lanes
+    std::map<std::string, std::size_t> fIndexOf;  // commit id -> its index (the first commit of an id)
+    double fAcrossStart = kDotMM;                 // from the chart's edge to the first lane
+    double fLaneGap = kLaneGapMM;
     double fLabelExtent = 0;
     double fLength = 0;
 };
