@@ -97,15 +97,18 @@ TEST(GitGraphChart, HeaderFormsAndSettings) {
     }
     EXPECT_EQ(Read("gitGraph TB:\n commit\n").Git->Direction, TQVLGitGraph::TDirection::gdTopBottom);
     EXPECT_EQ(Read("gitGraph BT:\n commit\n").Git->Direction, TQVLGitGraph::TDirection::gdBottomTop);
-    EXPECT_EQ(Codes(*Read("gitGraph sideways\n commit\n").Model), std::vector<std::string>{"GITGRAPH_HEADER@1"});
+    EXPECT_EQ(Codes(*Read("gitGraph sideways\n commit\n").Model),
+              std::vector<std::string>{"GITGRAPH_HEADER@1"});
 
-    const auto front = Read("---\nconfig:\n  gitGraph:\n    mainBranchName: 'trunk'\n    showBranches: false\n---\n"
-                            "gitGraph\n  commit\n  checkout trunk\n  commit\n");
+    const auto front = Read(
+        "---\nconfig:\n  gitGraph:\n    mainBranchName: 'trunk'\n    showBranches: false\n---\n"
+        "gitGraph\n  commit\n  checkout trunk\n  commit\n");
     EXPECT_TRUE(front.Model->Diagnostics().empty()) << ::testing::PrintToString(Codes(*front.Model));
     EXPECT_EQ(front.Git->Branches[0].Name, "trunk");
     EXPECT_FALSE(front.Git->ShowBranches);
     const auto init = Read(
-        "%%{init: { 'gitGraph': {'mainBranchName': 'master', 'mainBranchOrder': 2, 'parallelCommits': true}} }%%\n"
+        "%%{init: { 'gitGraph': {'mainBranchName': 'master', 'mainBranchOrder': 2, 'parallelCommits': true}} "
+        "}%%\n"
         "gitGraph\n  commit\n  branch a\n  branch b order: 1\n  branch c order: 3\n");
     EXPECT_EQ(init.Git->Branches[0].Name, "master");
     EXPECT_TRUE(init.Git->ParallelCommits);
@@ -144,10 +147,12 @@ TEST(GitGraphChart, StatementsGitWouldRefuseAreErrorsAndAreLeftOut) {
         {" branch a\n merge main\n", "GITGRAPH_MERGE_EMPTY_BRANCH@3", 0},
         {" commit\n merge ghost\n", "GITGRAPH_UNKNOWN_BRANCH@3", 1},
         {" commit\n branch a\n checkout main\n merge a\n", "GITGRAPH_MERGE_NOTHING_NEW@5", 1},
-        {" commit id: \"x\"\n branch a\n commit\n checkout main\n merge a id: \"x\"\n", "GITGRAPH_DUPLICATE_ID@6", 2},
+        {" commit id: \"x\"\n branch a\n commit\n checkout main\n merge a id: \"x\"\n",
+         "GITGRAPH_DUPLICATE_ID@6", 2},
         {" commit\n cherry-pick id: \"nope\"\n", "GITGRAPH_CHERRY_PICK_SOURCE@3", 1},
         {" commit id: \"x\"\n cherry-pick id: \"x\"\n", "GITGRAPH_CHERRY_PICK_SAME_BRANCH@3", 1},
-        {" commit id: \"x\"\n branch a\n commit id: \"y\"\n checkout main\n commit\n cherry-pick id: \"y\" parent: \"q\"\n",
+        {" commit id: \"x\"\n branch a\n commit id: \"y\"\n checkout main\n commit\n cherry-pick id: \"y\" "
+         "parent: \"q\"\n",
          "GITGRAPH_CHERRY_PICK_PARENT@7", 3},
         {" commit\n branch a\n commit\n checkout main\n commit\n merge a id: \"m\"\n checkout a\n commit\n"
          " cherry-pick id: \"m\"\n",

@@ -46,8 +46,9 @@ TEST(KanbanChart, ColumnsHoldTheCardsIndentedBeneathThem) {
 }
 
 TEST(KanbanChart, WhatCannotBeShownIsReported) {
-    EXPECT_EQ(Codes(*Read("kanban\n    a[A]\n      x[X]@{ priority: 'Urgent', icon: 'bug' }\n  b[B]\n")),
-              (std::vector<std::string>{"KANBAN_PRIORITY@3", "KANBAN_METADATA@3", "KANBAN_ITEM_OUTSIDE_COLUMN@4"}));
+    EXPECT_EQ(
+        Codes(*Read("kanban\n    a[A]\n      x[X]@{ priority: 'Urgent', icon: 'bug' }\n  b[B]\n")),
+        (std::vector<std::string>{"KANBAN_PRIORITY@3", "KANBAN_METADATA@3", "KANBAN_ITEM_OUTSIDE_COLUMN@4"}));
     EXPECT_EQ(Codes(*Read("kanban\n  a[A]\n    x[X]@{ assigned: 'me'\n")),
               std::vector<std::string>{"KANBAN_METADATA@3"});
     EXPECT_EQ(Codes(*Read("kanban\n  a[A\n")), std::vector<std::string>{"KANBAN_UNRECOGNIZED_LINE@2"});

@@ -22,16 +22,19 @@ struct TDrawn {
         TDiagramPlacement placement;
         EXPECT_TRUE(LoadDiagramWithLayout(Doc, text, TQVLDiagramFormat::dgMermaid, placement));
         for (const auto& node : placement.Nodes)
-            Commits[node.ID] = dynamic_cast<const TORXBaseFlow*>(Doc.FindItemByInID(TQVLItemType::itFlow, node.ItemID));
+            Commits[node.ID] =
+                dynamic_cast<const TORXBaseFlow*>(Doc.FindItemByInID(TQVLItemType::itFlow, node.ItemID));
     }
     TLayoutPoint Center(const std::string& id) const {
         const TQVLRect r = Commits.at(id)->Box();
-        return {static_cast<double>(r.Left + r.Right) / 2000.0, static_cast<double>(r.Top + r.Bottom) / 2000.0};
+        return {static_cast<double>(r.Left + r.Right) / 2000.0,
+                static_cast<double>(r.Top + r.Bottom) / 2000.0};
     }
     const TORXBaseLink* LinkBetween(const std::string& from, const std::string& to) const {
         for (std::int32_t i = 0; i < Doc.GetItemsCount(); ++i)
             if (const auto* link = dynamic_cast<const TORXBaseLink*>(Doc.GetItem(i)))
-                if (link->FromID() == Commits.at(from)->InID() && link->ToID() == Commits.at(to)->InID()) return link;
+                if (link->FromID() == Commits.at(from)->InID() && link->ToID() == Commits.at(to)->InID())
+                    return link;
         return nullptr;
     }
 };
@@ -70,7 +73,7 @@ TEST(GitGraphLayout, AMergeRunsAlongTheMergedLaneAndTurnsIntoTheTargetLane) {
     EXPECT_NEAR(Mm(merge->StartPoint()).Y, featureY, 0.5);  // leaves f2 along the feature lane
     EXPECT_NEAR(Mm(merge->EndPoint()).X, drawn.Center("m").X, 0.5);
     EXPECT_NEAR(Mm(merge->EndPoint()).Y, mainY, 3.0);  // enters the merge from below, on the main lane
-    ASSERT_NE(drawn.LinkBetween("b", "m"), nullptr);  // and its first parent joins it along main
+    ASSERT_NE(drawn.LinkBetween("b", "m"), nullptr);   // and its first parent joins it along main
     EXPECT_NEAR(Mm(drawn.LinkBetween("b", "m")->StartPoint()).Y, mainY, 0.5);
     // Opening the branch drops from its parent and runs along the new lane.
     const TORXBaseLink* branchOff = drawn.LinkBetween("a", "f1");
@@ -83,7 +86,7 @@ TEST(GitGraphLayout, CommitTypesHaveTheirShapes) {
     const TDrawn drawn(kMerge);
     EXPECT_EQ(drawn.Commits.at("a")->FlowType(), TQVLFlowType::ftEllipse);
     EXPECT_EQ(drawn.Commits.at("f2")->FlowType(), TQVLFlowType::ftProcess);  // highlighted: a square
-    EXPECT_EQ(drawn.Commits.at("m")->BackColor(), kOpaqueWhite);              // a merge is a ring
+    EXPECT_EQ(drawn.Commits.at("m")->BackColor(), kOpaqueWhite);             // a merge is a ring
 }
 
 TEST(GitGraphLayout, TopToBottomTurnsLanesIntoColumnsAndCherryPicksAreDashed) {
@@ -97,7 +100,8 @@ TEST(GitGraphLayout, TopToBottomTurnsLanesIntoColumnsAndCherryPicksAreDashed) {
     for (const auto& [id, flow] : drawn.Commits)
         if (id != "a" && id != "d") picked = flow;
     ASSERT_NE(picked, nullptr);
-    EXPECT_NEAR(static_cast<double>(picked->Box().Left + picked->Box().Right) / 2000.0, drawn.Center("a").X, 0.01);
+    EXPECT_NEAR(static_cast<double>(picked->Box().Left + picked->Box().Right) / 2000.0, drawn.Center("a").X,
+                0.01);
     bool dashed = false;
     for (std::int32_t i = 0; i < drawn.Doc.GetItemsCount(); ++i)
         if (const auto* link = dynamic_cast<const TORXBaseLink*>(drawn.Doc.GetItem(i)))
