@@ -27,10 +27,14 @@ struct TNode {
     std::string Metadata;  // between "@{" and "}"
 };
 
+// Without one pair of enclosing quotes and, inside them, the backticks of a markdown string.
 std::string Unquoted(std::string_view text) {
     text = Trim(text);
-    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front())
+    if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front()) {
         text = text.substr(1, text.size() - 2);
+        if (text.size() >= 2 && text.front() == '`' && text.back() == '`')
+            text = text.substr(1, text.size() - 2);
+    }
     return std::string(text);
 }
 
