@@ -3,8 +3,6 @@
 // name. A statement git would refuse (checking out a branch that does not exist, merging a branch into
 // itself, ...) is an error on its line, and the graph goes on without it.
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -15,9 +13,9 @@
 #include "orvex/diagrams/chart_config.h"
 #include "orvex/diagrams/chart_gitgraph.h"
 #include "orvex/diagrams/chart_import.h"
+#include "orvex/diagrams/chart_reading.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/import_text.h"
-#include "orvex/diagrams/uml_import_lines.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -54,11 +52,6 @@ bool ReadOptions(std::string_view text, std::vector<TOption>& options) {
         at += m.Group(0).size();
     }
     return true;
-}
-
-bool ReadNumber(std::string_view text, double& value) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() && std::isfinite(value);
 }
 
 std::optional<TCommitType> CommitTypeOf(std::string_view word) {
@@ -186,7 +179,7 @@ class TGitGraphReader {
         std::optional<double> order;
         for (std::size_t i = 1; i < options.size(); ++i) {
             double value = 0;
-            if (options[i].Key == "order" && ReadNumber(options[i].Value, value))
+            if (options[i].Key == "order" && QVLReadChartNumber(options[i].Value, value))
                 order = value;
             else
                 Unexpected(options[i], "branch");
@@ -201,7 +194,7 @@ class TGitGraphReader {
         // Branches without an order sit after the main branch in creation order, before those
         // ordered 1 and up; the fraction is the branch's creation index written after "0.".
         double unordered = 0;
-        ReadNumber("0." + std::to_string(fGraph.Branches.size()), unordered);
+        QVLReadChartNumber("0." + std::to_string(fGraph.Branches.size()), unordered);
         fGraph.Branches.push_back({name, order.value_or(unordered)});
         fHeads[name] = fHeads[fCurrent];
         fCurrent = name;
@@ -387,26 +380,21 @@ bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
     if (mainBranch.empty()) mainBranch = "main";
     double mainOrder = 0;
     if (const auto order = QVLChartConfigValue(aText, "mainBranchOrder"))
-        if (!ReadNumber(*order, mainOrder)) mainOrder = 0;
+        if (!QVLReadChartNumber(*order, mainOrder)) mainOrder = 0;
     TGitGraphReader reader(aModel, *graph, mainBranch, mainOrder);
 
-    bool inAccBlock = false;
-    for (const TUmlLine& line : UmlStatementLines(aText, aFormat)) {
-        if (static_cast<std::size_t>(line.No) < headerLine) continue;
-        TRegexMatch m;
-        if (static_cast<std::size_t>(line.No) == headerLine) {
-            if (!kHeader.MatchAt(line.Text, 0, m)) {
-                aModel.AddDiagnostic(TSeverity::dsWarning, line.No, "GITGRAPH_HEADER",
-                                     "A git graph starts with gitGraph, gitGraph:, or gitGraph LR:/TB:/BT:.",
-                                     std::string(line.Text));
-                continue;
-            }
-            const std::string dir = Qvl::Utils::ToLowerAscii(m.Group(1));
-            if (dir == "tb") graph->Direction = TQVLGitGraph::TDirection::gdTopBottom;
-            if (dir == "bt") graph->Direction = TQVLGitGraph::TDirection::gdBottomTop;
-            continue;
-        }
-        if (UmlConsumedMermaid(line.Text, inAccBlock)) continue;
+    const TQVLChartLines lines = QVLChartLines(aText, headerLine);
+    TRegexMatch m;
+    if (!kHeader.MatchAt(lines.Header.Text, 0, m)) {
+        aModel.AddDiagnostic(TSeverity::dsWarning, lines.Header.No, "GITGRAPH_HEADER",
+                             "A git graph starts with gitGraph, gitGraph:, or gitGraph LR:/TB:/BT:.",
+                             std::string(lines.Header.Text));
+    } else {
+        const std::string dir = Qvl::Utils::ToLowerAscii(m.Group(1));
+        if (dir == "tb") graph->Direction = TQVLGitGraph::TDirection::gdTopBottom;
+        if (dir == "bt") graph->Direction = TQVLGitGraph::TDirection::gdBottomTop;
+    }
+    for (const TUmlLine& line : lines.Body) {
         if (kTitle.MatchAt(line.Text, 0, m))
             aModel.fTitle = std::string(Trim(m.Group(1)));
         else

@@ -1,16 +1,14 @@
 // Mermaid user journeys: `journey`, `title T`, `section S`, then `Task: score: actor, actor` lines.
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <memory>
 
 #include "orvex/core/regex.h"
 #include "orvex/core/text.h"
 #include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/chart_journey.h"
+#include "orvex/diagrams/chart_reading.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/import_text.h"
-#include "orvex/diagrams/uml_import_lines.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -21,13 +19,6 @@ using Qvl::Types::TRegexFlag;
 using Qvl::Types::TRegexMatch;
 using Qvl::Utils::Trim;
 using TSeverity = TQVLDiagramDiagnosticSeverity;
-
-bool ReadNumber(std::string_view text, double& value) {
-    text = Trim(text);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() && std::isfinite(value);
-}
 
 }  // namespace
 
@@ -63,18 +54,13 @@ bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
     auto journey = std::make_shared<TQVLJourney>();
     aModel.fTitle = QVLFrontMatterValue(aText, "title");
 
-    bool inAccBlock = false;
-    for (const TUmlLine& line : UmlStatementLines(aText, aFormat)) {
-        if (static_cast<std::size_t>(line.No) < headerLine) continue;
+    const TQVLChartLines lines = QVLChartLines(aText, headerLine);
+    if (Qvl::Utils::ToLowerAscii(lines.Header.Text) != "journey")
+        aModel.AddDiagnostic(TSeverity::dsWarning, lines.Header.No, "JOURNEY_HEADER",
+                             "Nothing may follow \"journey\" on its line.", std::string(lines.Header.Text));
+    for (const TUmlLine& line : lines.Body) {
         const std::string source(line.Text);
         TRegexMatch m;
-        if (static_cast<std::size_t>(line.No) == headerLine) {
-            if (Qvl::Utils::ToLowerAscii(line.Text) != "journey")
-                aModel.AddDiagnostic(TSeverity::dsWarning, line.No, "JOURNEY_HEADER",
-                                     "Nothing may follow \"journey\" on its line.", source);
-            continue;
-        }
-        if (UmlConsumedMermaid(line.Text, inAccBlock)) continue;
         if (kTitle.MatchAt(line.Text, 0, m)) {
             aModel.fTitle = std::string(Trim(m.Group(1)));
         } else if (kSection.MatchAt(line.Text, 0, m)) {
@@ -82,7 +68,7 @@ bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
         } else if (kTask.MatchAt(line.Text, 0, m)) {
             TQVLJourney::TTask task;
             task.Text = std::string(Trim(m.Group(1)));
-            if (!ReadNumber(m.Group(2), task.Score)) {
+            if (!QVLReadChartNumber(m.Group(2), task.Score)) {
                 aModel.AddDiagnostic(TSeverity::dsError, line.No, "JOURNEY_SCORE",
                                      "A task's score is a number after its colon (1 to 5 as a rule).",
                                      source);

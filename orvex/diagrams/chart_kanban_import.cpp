@@ -7,10 +7,10 @@
 #include "orvex/core/text.h"
 #include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/chart_kanban.h"
+#include "orvex/diagrams/chart_reading.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
-#include "orvex/diagrams/uml_import_lines.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -147,19 +147,15 @@ bool QVLReadKanban(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagra
     TKanbanReader reader(aModel, *board);
     const auto raw = QVLSplitDiagramLines(aText);
 
-    bool inAccBlock = false;
-    const auto lines = UmlStatementLines(aText, aFormat);
+    const TQVLChartLines chartLines = QVLChartLines(aText, headerLine);
+    if (Qvl::Utils::ToLowerAscii(chartLines.Header.Text) != "kanban")
+        aModel.AddDiagnostic(TSeverity::dsWarning, chartLines.Header.No, "KANBAN_HEADER",
+                             "Nothing may follow \"kanban\" on its line.",
+                             std::string(chartLines.Header.Text));
+    const auto& lines = chartLines.Body;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const TUmlLine& line = lines[i];
-        if (static_cast<std::size_t>(line.No) < headerLine) continue;
         std::string source(line.Text);
-        if (static_cast<std::size_t>(line.No) == headerLine) {
-            if (Qvl::Utils::ToLowerAscii(line.Text) != "kanban")
-                aModel.AddDiagnostic(TSeverity::dsWarning, line.No, "KANBAN_HEADER",
-                                     "Nothing may follow \"kanban\" on its line.", source);
-            continue;
-        }
-        if (UmlConsumedMermaid(line.Text, inAccBlock)) continue;
         const std::string_view rawLine = raw[static_cast<std::size_t>(line.No) - 1];
         const std::size_t indent = rawLine.find_first_not_of(" \t");
         std::string_view node = line.Text;

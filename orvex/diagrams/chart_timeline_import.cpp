@@ -6,10 +6,10 @@
 #include "orvex/core/regex.h"
 #include "orvex/core/text.h"
 #include "orvex/diagrams/chart_import.h"
+#include "orvex/diagrams/chart_reading.h"
 #include "orvex/diagrams/chart_timeline.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/import_text.h"
-#include "orvex/diagrams/uml_import_lines.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {
@@ -58,18 +58,14 @@ bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
     auto timeline = std::make_shared<TQVLTimeline>();
     aModel.fTitle = QVLFrontMatterValue(aText, "title");
 
-    bool inAccBlock = false;
-    for (const TUmlLine& line : UmlStatementLines(aText, aFormat)) {
-        if (static_cast<std::size_t>(line.No) < headerLine) continue;
+    const TQVLChartLines lines = QVLChartLines(aText, headerLine);
+    TRegexMatch m;
+    if (!kHeader.MatchAt(lines.Header.Text, 0, m))
+        aModel.AddDiagnostic(TSeverity::dsWarning, lines.Header.No, "TIMELINE_HEADER",
+                             "Only a direction (LR or TD) may follow \"timeline\".",
+                             std::string(lines.Header.Text));
+    for (const TUmlLine& line : lines.Body) {
         const std::string source(line.Text);
-        TRegexMatch m;
-        if (static_cast<std::size_t>(line.No) == headerLine) {
-            if (!kHeader.MatchAt(line.Text, 0, m))
-                aModel.AddDiagnostic(TSeverity::dsWarning, line.No, "TIMELINE_HEADER",
-                                     "Only a direction (LR or TD) may follow \"timeline\".", source);
-            continue;
-        }
-        if (UmlConsumedMermaid(line.Text, inAccBlock)) continue;
         if (kTitle.MatchAt(line.Text, 0, m)) {
             aModel.fTitle = std::string(Trim(m.Group(1)));
         } else if (kSection.MatchAt(line.Text, 0, m)) {
