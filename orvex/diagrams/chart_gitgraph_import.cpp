@@ -127,16 +127,12 @@ class TGitGraphReader {
         return TCommitType::ctNormal;
     }
 
-    bool IdTaken(const std::string& id) const {
-        for (const auto& c : fGraph.Commits)
-            if (c.Id == id) return true;
-        return false;
-    }
+    bool IdTaken(const std::string& id) const { return fIndexOf.contains(id); }
 
+    // The first commit of that id.
     const TQVLGitGraph::TCommit* Find(const std::string& id) const {
-        for (const auto& c : fGraph.Commits)
-            if (c.Id == id) return &c;
-        return nullptr;
+        const auto it = fIndexOf.find(id);
+        return it == fIndexOf.end() ? nullptr : &fGraph.Commits[it->second];
     }
 
     // Appends a commit on the current branch, after its head, and makes it the head.
@@ -145,6 +141,7 @@ class TGitGraphReader {
         commit.Branch = fCurrent;
         if (const auto& head = fHeads[fCurrent]) commit.Parents.insert(commit.Parents.begin(), *head);
         fHeads[fCurrent] = commit.Id;
+        fIndexOf.emplace(commit.Id, fGraph.Commits.size());
         fGraph.Commits.push_back(std::move(commit));
         return fGraph.Commits.back();
     }
@@ -318,6 +315,7 @@ class TGitGraphReader {
     TQVLGitGraph& fGraph;
     std::string fCurrent;
     std::map<std::string, std::optional<std::string>> fHeads;  // branch -> its head commit, if any
+    std::map<std::string, std::size_t> fIndexOf;               // commit id -> the first commit of that id
     const TUmlLine* fLine = nullptr;
 };
 
