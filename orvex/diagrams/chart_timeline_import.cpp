@@ -52,7 +52,7 @@ bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
     std::size_t headerLine = 0;
     if (QVLMermaidHeaderWord(aText, &headerLine) != "timeline") return false;
 
-    static const TRegex kHeader(R"(^timeline(?:\s+(?:LR|TD))?\s*$)", {TRegexFlag::rfCaseless});
+    static const TRegex kHeader(R"(^timeline(?:\s+(LR|TD))?\s*$)", {TRegexFlag::rfCaseless});
     static const TRegex kTitle(R"(^title(?:\s+(.*))?$)");
     static const TRegex kSection(R"(^section\s+(.*)$)");
     auto timeline = std::make_shared<TQVLTimeline>();
@@ -63,6 +63,10 @@ bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
     if (!kHeader.MatchAt(lines.Header.Text, 0, m))
         aModel.AddDiagnostic(TSeverity::dsWarning, lines.Header.No, "TIMELINE_HEADER",
                              "Only a direction (LR or TD) may follow \"timeline\".",
+                             std::string(lines.Header.Text));
+    else if (Qvl::Utils::ToLowerAscii(m.Group(1)) == "td")
+        aModel.AddDiagnostic(TSeverity::dsInfo, lines.Header.No, "TIMELINE_DIRECTION",
+                             "Timelines are drawn left to right; TD is not drawn top to bottom.",
                              std::string(lines.Header.Text));
     for (const TUmlLine& line : lines.Body) {
         const std::string source(line.Text);

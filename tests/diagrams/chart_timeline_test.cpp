@@ -61,7 +61,10 @@ TEST(TimelineChart, LinesItCannotPlaceAreReported) {
     const auto header = Read("timeline sideways\n 2001 : ok\n");
     ASSERT_EQ(header->Diagnostics().size(), 1u);
     EXPECT_EQ(header->Diagnostics()[0].Code, "TIMELINE_HEADER");
-    EXPECT_TRUE(Read("timeline TD\n accTitle: t\n %% note\n 2001 : ok\n")->Diagnostics().empty());
+    EXPECT_TRUE(Read("timeline LR\n accTitle: t\n %% note\n 2001 : ok\n")->Diagnostics().empty());
+    const auto down = Read("timeline TD\n 2001 : ok\n");
+    ASSERT_EQ(down->Diagnostics().size(), 1u);
+    EXPECT_EQ(down->Diagnostics()[0].Code, "TIMELINE_DIRECTION");
 }
 
 }  // namespace
