@@ -12,10 +12,14 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 2> kDrawers{{
+constexpr auto kDrawers = std::to_array<std::pair<std::string_view, TChartDrawer>>({
     {"pie", &DrawPieChart},
     {"gantt", &DrawGanttChart},
-}};
+    {"gitgraph", &DrawGitGraph},
+    {"timeline", &DrawTimeline},
+    {"journey", &DrawJourney},
+    {"kanban", &DrawKanban},
+});
 
 TChartDrawer DrawerOf(std::string_view type) {
     for (const auto& [name, drawer] : kDrawers)

@@ -21,5 +21,9 @@ using TChartDrawer = TLayoutSize (*)(TChartCanvas& aCanvas, const TQVLChart& aCh
 // The drawers, one per chart type (each in its own file).
 TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawGanttChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawGitGraph(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawTimeline(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawJourney(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawKanban(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

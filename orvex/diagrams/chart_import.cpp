@@ -10,11 +10,15 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 3> kReaders{
+constexpr auto kReaders = std::to_array<TQVLChartReader>({
     &QVLReadPieChart,
     &QVLReadMermaidGantt,
     &QVLReadPlantUMLGantt,
-};
+    &QVLReadGitGraph,
+    &QVLReadTimeline,
+    &QVLReadJourney,
+    &QVLReadKanban,
+});
 
 // The Mermaid header words of chart types.
 constexpr std::array<std::string_view, 17> kMermaidChartHeaders{

@@ -22,5 +22,9 @@ using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aForm
 bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadMermaidGantt(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadPlantUMLGantt(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadKanban(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex

@@ -1,0 +1,23 @@
+// What the Mermaid chart readers share: the header line and the statement lines after it, and numbers as
+// a chart text writes them.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "orvex/diagrams/uml_import_lines.h"
+
+namespace Orvex {
+
+struct TQVLChartLines {
+    TUmlLine Header;             // the line holding the chart's type word
+    std::vector<TUmlLine> Body;  // the statements after it, without comments, directives, accTitle/accDescr
+};
+
+// The lines of a Mermaid text whose header stands on aHeaderLine (as QVLMermaidHeaderWord gives it).
+TQVLChartLines QVLChartLines(std::string_view aText, std::size_t aHeaderLine);
+
+// A finite decimal number, blanks and a leading "+" allowed around it; false for anything else.
+bool QVLReadChartNumber(std::string_view aText, double& aValue);
+
+}  // namespace Orvex
