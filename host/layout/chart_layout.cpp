@@ -12,8 +12,15 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 1> kDrawers{{
+constexpr std::array<std::pair<std::string_view, TChartDrawer>, 8> kDrawers{{
     {"pie", &DrawPieChart},
+    {"xychart", &DrawXYChart},
+    {"quadrant", &DrawQuadrantChart},
+    {"packet", &DrawPacketChart},
+    {"sankey", &DrawSankeyChart},
+    {"radar", &DrawRadarChart},
+    {"treemap", &DrawTreemapChart},
+    {"venn", &DrawVennChart},
 }};
 
 TChartDrawer DrawerOf(std::string_view type) {

@@ -20,5 +20,12 @@ using TChartDrawer = TLayoutSize (*)(TChartCanvas& aCanvas, const TQVLChart& aCh
 
 // The drawers, one per chart type (each in its own file).
 TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawQuadrantChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawPacketChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawSankeyChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawRadarChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawTreemapChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawVennChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

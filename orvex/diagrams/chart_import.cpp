@@ -10,8 +10,9 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 1> kReaders{
-    &QVLReadPieChart,
+constexpr std::array<TQVLChartReader, 8> kReaders{
+    &QVLReadPieChart,    &QVLReadXYChart,    &QVLReadQuadrantChart, &QVLReadPacketChart,
+    &QVLReadSankeyChart, &QVLReadRadarChart, &QVLReadTreemapChart,  &QVLReadVennChart,
 };
 
 // The Mermaid header words of chart types.

@@ -20,5 +20,12 @@ using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aForm
 
 // The readers, one per chart type (each in its own file).
 bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadXYChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadQuadrantChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadPacketChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadSankeyChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadTreemapChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadVennChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
