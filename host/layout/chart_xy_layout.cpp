@@ -50,7 +50,7 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
     for (const auto& s : xy.Series) count = std::max(count, s.Values.size());
     const std::vector<std::string> categories = CategoryLabels(xy, count);
     const TChartScale scale = ValueScale(xy);
-    const std::vector<double> ticks = ChartTicks(scale);
+    const std::vector<double> ticks = ChartTicks(scale, 8);
     const TChartTextStyle label{.Height = kLabelHeight};
 
     // Room for the labels beside the left axis and below the bottom one.
