@@ -20,7 +20,10 @@ std::vector<double> ChartTicks(const TChartScale& aScale, int aCount) {
     const double power = std::pow(10.0, std::floor(std::log10(rough)));
     // The multiplier nearest (geometrically) to the rough step: 1, 2, 5 or 10.
     const double error = rough / power;
-    const double step = power * (error >= std::sqrt(50.0) ? 10 : error >= std::sqrt(10.0) ? 5 : error >= std::sqrt(2.0) ? 2 : 1);
+    const double step = power * (error >= std::sqrt(50.0)   ? 10
+                                 : error >= std::sqrt(10.0) ? 5
+                                 : error >= std::sqrt(2.0)  ? 2
+                                                            : 1);
     std::vector<double> ticks;
     const double first = std::ceil(aScale.Low / step - 1e-9) * step;
     for (int i = 0;; ++i) {

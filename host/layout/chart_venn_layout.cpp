@@ -154,11 +154,13 @@ TLayoutSize DrawVennChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayou
         // Out of the circles the area does not include, as long as it stays inside those it does: the
         // label then names the region that belongs to exactly these sets.
         for (std::size_t i = 0; i < n; ++i) {
-            if (std::find(area.Sets.begin(), area.Sets.end(), sets[i]->Sets.front()) != area.Sets.end()) continue;
+            if (std::find(area.Sets.begin(), area.Sets.end(), sets[i]->Sets.front()) != area.Sets.end())
+                continue;
             const double d = Distance(at, centre[i]);
             if (d >= radius[i] || d < 1e-6) continue;
             const double push = radius[i] - d + 2;
-            const TLayoutPoint moved{at.X + (at.X - centre[i].X) / d * push, at.Y + (at.Y - centre[i].Y) / d * push};
+            const TLayoutPoint moved{at.X + (at.X - centre[i].X) / d * push,
+                                     at.Y + (at.Y - centre[i].Y) / d * push};
             bool inside = true;
             for (std::size_t j = 0; j < n; ++j)
                 if (std::find(area.Sets.begin(), area.Sets.end(), sets[j]->Sets.front()) != area.Sets.end())

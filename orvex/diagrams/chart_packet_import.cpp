@@ -77,15 +77,14 @@ bool QVLReadPacketChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
             continue;
         }
         if (field.Start < next) {
-            QVLChartNote(aModel, line, kError, "PACKET_OVERLAP",
-                         "The field overlaps the one before; it should start at bit " + std::to_string(next) +
-                             ". It is left out.");
+            QVLChartNote(
+                aModel, line, kError, "PACKET_OVERLAP",
+                "The field overlaps the one before: it should start at bit " + std::to_string(next) + ".");
             continue;
         }
         if (field.Start > next)
             QVLChartNote(aModel, line, kError, "PACKET_GAP",
-                         "The field leaves a gap; it should start at bit " + std::to_string(next) +
-                             ". The gap is drawn empty.");
+                         "The field leaves a gap: it should start at bit " + std::to_string(next) + ".");
         field.Text = QVLPlainCaption(m.Group(4));
         next = field.End + 1;
         chart->Fields.push_back(std::move(field));

@@ -146,7 +146,10 @@ bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDi
         double number = 0;
         const std::string value = ToLowerAscii(rest);
         if ((keyword == "max" || keyword == "min") && QVLChartNumber(rest, number)) {
-            (keyword == "max" ? chart->Max : chart->Min) = number;
+            if (keyword == "max")
+                chart->Max = number;
+            else
+                chart->Min = number;
         } else if (keyword == "ticks" && QVLChartNumber(rest, number) && number >= 1 &&
                    number == static_cast<int>(number)) {
             chart->Ticks = std::min(static_cast<int>(number), kMostTicks);

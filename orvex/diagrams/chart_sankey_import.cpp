@@ -111,7 +111,8 @@ bool QVLReadSankeyChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
         }
         if (Reaches(next, fields[1], fields[0])) {
             QVLChartNote(aModel, line, kError, "SANKEY_CYCLE",
-                         "The flow closes a loop back to \"" + fields[0] + "\"; it is left out.");
+                         "The flow closes a loop back to \"" + fields[0] +
+                             "\", and a loop has no left-to-right order.");
             continue;
         }
         next.emplace(fields[0], fields[1]);
