@@ -41,9 +41,7 @@ bool QVLReadPacketChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
     static const TRegex kField(R"(^(?:(\d+)(?:\s*-\s*(\d+))?|\+\s*(\d+))\s*:\s*(.*)$)");
     auto chart = std::make_shared<TQVLPacketChart>();
 
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "PACKET_HEADER",
-                             "Nothing may follow the packet header.", text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "PACKET_HEADER");
     std::int64_t next = 0;  // the first bit after the fields so far
     for (const TQVLChartLine& line : text.Lines) {
         TRegexMatch m;

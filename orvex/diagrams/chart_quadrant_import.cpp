@@ -108,9 +108,7 @@ bool QVLReadQuadrantChart(std::string_view aText, TQVLDiagramFormat aFormat, TOR
     static const TRegex kPoint(R"(^(.+?)(?::::\s*([\w-]+))?\s*:\s*\[([^\]]*)\]\s*(.*)$)");
     auto chart = std::make_shared<TQVLQuadrantChart>();
 
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "QUADRANT_HEADER",
-                             "Nothing may follow \"quadrantChart\".", text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "QUADRANT_HEADER");
     for (const TQVLChartLine& line : text.Lines) {
         TRegexMatch m;
         std::string bad;

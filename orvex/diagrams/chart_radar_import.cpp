@@ -98,9 +98,7 @@ bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDi
                                    {TRegexFlag::rfCaseless});
     static const TRegex kCurve(R"(^(.*?)\s*\{(.*)\}$)");
     auto chart = std::make_shared<TQVLRadarChart>();
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "RADAR_HEADER", "Nothing may follow the radar header.",
-                             text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "RADAR_HEADER");
 
     for (std::size_t i = 0; i < text.Lines.size(); ++i) {
         const TQVLChartLine& line = text.Lines[i];

@@ -92,9 +92,7 @@ bool QVLReadSankeyChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
     TQVLChartText text;
     if (!QVLReadChartText(aText, aFormat, {"sankey-beta", "sankey"}, aModel, text)) return false;
     auto chart = std::make_shared<TQVLSankeyChart>();
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "SANKEY_HEADER",
-                             "Nothing may follow the sankey header.", text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "SANKEY_HEADER");
     std::multimap<std::string, std::string> next;
     std::vector<std::string> fields;
     for (const TQVLChartLine& line : text.Lines) {

@@ -77,6 +77,12 @@ bool QVLReadChartText(std::string_view aText, TQVLDiagramFormat aFormat,
     return true;
 }
 
+void QVLChartBareHeader(TORXDiagramModel& aModel, const TQVLChartText& aText, std::string_view aCode) {
+    if (aText.HeaderRest.empty()) return;
+    aModel.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, aText.HeaderNo, aCode,
+                         "Nothing may follow the chart's header word.", aText.HeaderRest);
+}
+
 bool QVLChartNumber(std::string_view aText, double& aValue) {
     if (aText.starts_with('+')) aText.remove_prefix(1);
     if (aText.empty()) return false;

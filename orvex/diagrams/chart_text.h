@@ -33,6 +33,9 @@ bool QVLReadChartText(std::string_view aText, TQVLDiagramFormat aFormat,
                       std::initializer_list<std::string_view> aHeaders, TORXDiagramModel& aModel,
                       TQVLChartText& aOut);
 
+// For headers that take nothing after them: the warning aCode when something follows the header word.
+void QVLChartBareHeader(TORXDiagramModel& aModel, const TQVLChartText& aText, std::string_view aCode);
+
 // aText as a whole is a finite number ("12", "-3.5", ".5", "+2").
 bool QVLChartNumber(std::string_view aText, double& aValue);
 

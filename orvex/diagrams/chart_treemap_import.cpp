@@ -51,9 +51,7 @@ bool QVLReadTreemapChart(std::string_view aText, TQVLDiagramFormat aFormat, TORX
     static const TRegex kItem(R"re(^("[^"]*"|'[^']*')\s*(?:[:,]\s*(\S+?))?\s*(?::::\s*([\w-]+))?$)re");
     static const TRegex kClassDef(R"(^classDef\s+([\w-]+)\s+(.*)$)");
     auto chart = std::make_shared<TQVLTreemapChart>();
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "TREEMAP_HEADER",
-                             "Nothing may follow the treemap header.", text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "TREEMAP_HEADER");
 
     // The open sections from the outermost in, with their indentation: a line belongs to the nearest
     // one indented less than itself.

@@ -67,9 +67,7 @@ bool QVLReadVennChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDia
                               {TRegexFlag::rfCaseless});
     static const TRegex kStyle(R"(^style\s+(.+?)\s+([\w-]+\s*:.*)$)", {TRegexFlag::rfCaseless});
     auto chart = std::make_shared<TQVLVennChart>();
-    if (!text.HeaderRest.empty())
-        aModel.AddDiagnostic(kWarning, text.HeaderNo, "VENN_HEADER", "Nothing may follow the venn header.",
-                             text.HeaderRest);
+    QVLChartBareHeader(aModel, text, "VENN_HEADER");
 
     std::vector<std::string> current;  // the sets of the last set or union, which indented texts belong to
     const auto known = [&](const std::string& name) { return chart->Find({name}) != nullptr; };

@@ -132,8 +132,9 @@ TEST(ParseCommand, CoreOutputIsTheCoreParsersAndTheFullOneAddsItsKeys) {
             const auto full = Orvex::TJSON::parse(RunCli(path).Out);
             std::string keys;
             for (const auto& [key, value] : full.items()) keys += key + ",";
-            EXPECT_EQ(keys,
-                      "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,chart,");
+            EXPECT_EQ(
+                keys,
+                "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,chart,");
         }
     }
     const std::string path =
