@@ -38,6 +38,20 @@ double DistanceFor(double r1, double r2, double area) {
     return (lo + hi) / 2;
 }
 
+// What two sets share: their union's size, or when the text gives none, that of the largest overlap of
+// more sets that includes both (three sets overlapping means each two of them do).
+double SharedSize(const TQVLVennChart& venn, const std::string& a, const std::string& b) {
+    std::vector<std::string> pair{a, b};
+    std::sort(pair.begin(), pair.end());
+    if (const auto* both = venn.Find(pair)) return both->Size;
+    double shared = 0;
+    for (const auto& area : venn.Areas)
+        if (std::find(area.Sets.begin(), area.Sets.end(), a) != area.Sets.end() &&
+            std::find(area.Sets.begin(), area.Sets.end(), b) != area.Sets.end())
+            shared = std::max(shared, area.Size);
+    return shared;
+}
+
 double Distance(TLayoutPoint a, TLayoutPoint b) {
     return std::hypot(a.X - b.X, a.Y - b.Y);
 }
@@ -66,11 +80,9 @@ TLayoutSize DrawVennChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayou
     for (std::size_t i = 0; i < n; ++i)
         for (std::size_t j = 0; j < n; ++j) {
             if (i == j) continue;
-            std::vector<std::string> pair{sets[i]->Sets.front(), sets[j]->Sets.front()};
-            std::sort(pair.begin(), pair.end());
-            const auto* both = venn.Find(pair);
-            overlaps[i][j] = both != nullptr && both->Size > 0;
-            target[i][j] = overlaps[i][j] ? DistanceFor(radius[i], radius[j], both->Size * unit * unit)
+            const double shared = SharedSize(venn, sets[i]->Sets.front(), sets[j]->Sets.front());
+            overlaps[i][j] = shared > 0;
+            target[i][j] = overlaps[i][j] ? DistanceFor(radius[i], radius[j], shared * unit * unit)
                                           : radius[i] + radius[j] + kDisjointGapMM;
         }
 

@@ -17,6 +17,7 @@ constexpr double kTickMM = 1.5;
 constexpr double kGapMM = 2.0;
 constexpr double kBarShare = 0.7;  // of a band, the rest is the gap between categories
 constexpr float kLabelHeight = 3.0f;
+constexpr float kSmallestLabel = 2.2f;
 constexpr double kLegendRowMM = 6.0;
 constexpr double kSwatchMM = 4.0;
 
@@ -99,16 +100,27 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
                           .Vertical = TChartAlign::caCenter});
         }
     }
+    // Category names under the bands: smaller when they are wider than their band, and on two staggered
+    // rows when even that does not make them fit.
+    TChartTextStyle under{.Height = kLabelHeight, .Horizontal = TChartAlign::caCenter};
+    bool staggered = false;
+    if (!xy.Horizontal) {
+        while (under.Height > kSmallestLabel &&
+               widest(categories) * under.Height / kLabelHeight > band * 0.95)
+            under.Height -= 0.2f;
+        staggered = widest(categories) * under.Height / kLabelHeight > band * 0.95;
+    }
     for (std::size_t i = 0; i < categories.size(); ++i) {
         const double centre = band * (static_cast<double>(i) + 0.5);
-        if (xy.Horizontal)
+        if (xy.Horizontal) {
             aCanvas.Text({plot.X - kTickMM - 0.5, plot.Y + centre}, categories[i],
                          {.Height = kLabelHeight,
                           .Horizontal = TChartAlign::caEnd,
                           .Vertical = TChartAlign::caCenter});
-        else
-            aCanvas.Text({plot.X + centre, plot.Bottom() + kTickMM + 0.5}, categories[i],
-                         {.Height = kLabelHeight, .Horizontal = TChartAlign::caCenter});
+            continue;
+        }
+        const double row = staggered && i % 2 == 1 ? labelHeight : 0;
+        aCanvas.Text({plot.X + centre, plot.Bottom() + kTickMM + 0.5 + row}, categories[i], under);
     }
 
     // Bars grow from zero when zero is on the scale, else from the scale's low end.
@@ -142,7 +154,7 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
     }
 
     if (!leftTitle.empty()) aCanvas.Text({plot.X, aOrigin.Y}, leftTitle, kAxisTitleStyle);
-    const double bottomLabels = xy.Horizontal || !categories.empty() || !ticks.empty() ? labelHeight : 0;
+    const double bottomLabels = (staggered ? 2 : 1) * labelHeight;
     double bottom = plot.Bottom() + kTickMM + 0.5 + bottomLabels;
     if (!bottomTitle.empty()) {
         aCanvas.Text({plot.X + plot.Width / 2, bottom + kGapMM}, bottomTitle,
