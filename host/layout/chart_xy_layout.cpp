@@ -136,6 +136,11 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
             std::vector<TLayoutPoint> points;
             for (std::size_t i = 0; i < series.Values.size(); ++i)
                 points.push_back(at(band * (static_cast<double>(i) + 0.5), series.Values[i]));
+            for (std::size_t i = 0; i < series.Labels.size() && i < points.size(); ++i)
+                aCanvas.Text({points[i].X, points[i].Y - 1.2}, series.Labels[i],
+                             {.Height = kLabelHeight,
+                              .Horizontal = TChartAlign::caCenter,
+                              .Vertical = TChartAlign::caEnd});
             if (points.size() == 1)
                 aCanvas.Circle(points.front(), 0.8, {.Fill = color, .Stroke = color});
             else

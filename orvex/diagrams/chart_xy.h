@@ -22,6 +22,7 @@ struct TQVLXYChart final : TQVLChart {
         bool Line = false;  // a polyline; a bar series otherwise
         std::string Title;
         std::vector<double> Values;
+        std::vector<std::string> Labels;  // per value, written `12 "peak"`; empty when no value has one
     };
     bool Horizontal = false;
     TAxis XAxis;  // the category axis, drawn vertically when Horizontal
@@ -30,7 +31,7 @@ struct TQVLXYChart final : TQVLChart {
 
     std::string_view Type() const override { return "xychart"; }
     // "horizontal", "xAxis", "yAxis" ({"title", "categories"} or {"title", "min", "max"}), "series":
-    // [{"type", "values", "title"}].
+    // [{"type", "values", "title"[, "labels"]}].
     void WriteJson(TJSON& aOut) const override;
 };
 

@@ -85,8 +85,11 @@ void TQVLXYChart::WriteJson(TJSON& aOut) const {
     aOut["xAxis"] = AxisJson(XAxis);
     aOut["yAxis"] = AxisJson(YAxis);
     TJSON series = TJSON::array();
-    for (const TSeries& s : Series)
-        series.push_back(TJSON{{"type", s.Line ? "line" : "bar"}, {"values", s.Values}, {"title", s.Title}});
+    for (const TSeries& s : Series) {
+        TJSON one{{"type", s.Line ? "line" : "bar"}, {"values", s.Values}, {"title", s.Title}};
+        if (!s.Labels.empty()) one["labels"] = s.Labels;
+        series.push_back(std::move(one));
+    }
     aOut["series"] = std::move(series);
 }
 
@@ -94,6 +97,7 @@ bool QVLReadXYChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
     TQVLChartText text;
     if (!QVLReadChartText(aText, aFormat, {"xychart-beta", "xychart"}, aModel, text)) return false;
     static const TRegex kAxis(R"(^([xy])-axis\b\s*(.*)$)", {TRegexFlag::rfCaseless});
+    static const TRegex kPoint(R"re(^(\S+?)\s*(?:"([^"]*)")?$)re");
     static const TRegex kSeries(R"(^(bar|line)\b\s*(.*?)\s*\[(.*)\]$)", {TRegexFlag::rfCaseless});
     auto chart = std::make_shared<TQVLXYChart>();
     chart->YAxis.Numeric = true;
@@ -129,13 +133,19 @@ bool QVLReadXYChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
                          "in brackets.");
             continue;
         }
-        TQVLXYChart::TSeries series{ToLowerAscii(m.Group(1)) == "line", QVLPlainCaption(m.Group(2)), {}};
+        TQVLXYChart::TSeries series{ToLowerAscii(m.Group(1)) == "line", QVLPlainCaption(m.Group(2)), {}, {}};
         bool valid = true;
+        bool labelled = false;
         for (const std::string_view item : QVLSplitChartList(m.Group(3))) {
+            // A value may carry a label in quotes after it: `12 "peak"`.
+            TRegexMatch point;
             double v = 0;
-            valid = valid && QVLChartNumber(item, v);
+            valid = valid && kPoint.MatchAt(item, 0, point) && QVLChartNumber(point.Group(1), v);
             series.Values.push_back(v);
+            series.Labels.push_back(valid && point.Matched(2) ? std::string(point.Group(2)) : std::string());
+            labelled = labelled || !series.Labels.back().empty();
         }
+        if (!labelled) series.Labels.clear();
         if (!valid || series.Values.empty()) {
             QVLChartNote(aModel, line, kError, "XY_VALUE",
                          "A series lists numbers, e.g. `bar [5, 7.5, -2]`.");
@@ -147,6 +157,7 @@ bool QVLReadXYChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
                          "The series has more values than the x-axis has categories; the extra values are "
                          "left out.");
             series.Values.resize(categories);
+            if (!series.Labels.empty()) series.Labels.resize(categories);
         }
         chart->Series.push_back(std::move(series));
     }

@@ -65,6 +65,18 @@ TEST(ChartXY, NumericXAxisRange) {
     EXPECT_EQ(xy->XAxis.Max.value_or(0), 2020);
 }
 
+TEST(ChartXY, ValuesMayCarryLabels) {
+    const auto model =
+        Read("xychart-beta\n  x-axis [a, b, c]\n  line [1, 5 \"peak, high\", 2]\n  bar [1, 2, 3]\n");
+    const auto* xy = ChartOf<TQVLXYChart>(*model);
+    ASSERT_NE(xy, nullptr);
+    ASSERT_EQ(xy->Series.size(), 2u);
+    EXPECT_EQ(xy->Series[0].Values, (std::vector<double>{1, 5, 2}));
+    EXPECT_EQ(xy->Series[0].Labels, (std::vector<std::string>{"", "peak, high", ""}));
+    EXPECT_TRUE(xy->Series[1].Labels.empty()) << "a series without labels has none, not a row of blanks";
+    EXPECT_TRUE(model->Diagnostics().empty());
+}
+
 TEST(ChartXY, BadValuesExtraValuesAndStrayLinesAreNamed) {
     const auto model = Read(
         "xychart-beta sideways\n  x-axis [a, b]\n  bar [1, 2, 3]\n  line [1, x]\n  y-axis [p, q]\n  pie "
