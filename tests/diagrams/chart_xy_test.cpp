@@ -65,6 +65,19 @@ TEST(ChartXY, NumericXAxisRange) {
     EXPECT_EQ(xy->XAxis.Max.value_or(0), 2020);
 }
 
+TEST(ChartXY, FrontMatterTitleCommentsAndAccessibilityTextsAreNoStatements) {
+    const auto model = Read(
+        "---\ntitle: From the front\n---\nxychart-beta\n  accTitle: Sales\n  accDescr {\n    bar [9, 9]\n  "
+        "}\n"
+        "  %% bar [7]\n  bar [1, 2] %% the real one\n");
+    EXPECT_EQ(model->Title(), "From the front");
+    const auto* xy = ChartOf<TQVLXYChart>(*model);
+    ASSERT_NE(xy, nullptr);
+    ASSERT_EQ(xy->Series.size(), 1u);
+    EXPECT_EQ(xy->Series[0].Values, (std::vector<double>{1, 2}));
+    EXPECT_TRUE(model->Diagnostics().empty());
+}
+
 TEST(ChartXY, ValuesMayCarryLabels) {
     const auto model =
         Read("xychart-beta\n  x-axis [a, b, c]\n  line [1, 5 \"peak, high\", 2]\n  bar [1, 2, 3]\n");
