@@ -113,6 +113,7 @@ bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDi
         std::string rest(Trim(m.Group(2)));
         if (keyword == "axis") {
             for (const std::string_view item : QVLSplitChartList(rest)) {
+                if (item.empty()) continue;  // a trailing comma, as in "axis a, b,"
                 TQVLRadarChart::TAxis axis;
                 if (ReadNamed(item, axis.Name, axis.Label))
                     chart->Axes.push_back(std::move(axis));

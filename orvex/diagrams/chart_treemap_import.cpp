@@ -48,7 +48,9 @@ void TQVLTreemapChart::WriteJson(TJSON& aOut) const {
 bool QVLReadTreemapChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel) {
     TQVLChartText text;
     if (!QVLReadChartText(aText, aFormat, {"treemap-beta", "treemap"}, aModel, text)) return false;
-    static const TRegex kItem(R"re(^("[^"]*"|'[^']*')\s*(?:[:,]\s*(\S+?))?\s*(?::::\s*([\w-]+))?$)re");
+    // A value starts like a number, so that the ":::class" of a section is not taken for one.
+    static const TRegex kItem(
+        R"re(^("[^"]*"|'[^']*')\s*(?:[:,]\s*([+-]?[\d.][^\s:]*))?\s*(?::::\s*([\w-]+))?$)re");
     static const TRegex kClassDef(R"(^classDef\s+([\w-]+)\s+(.*)$)");
     auto chart = std::make_shared<TQVLTreemapChart>();
     QVLChartBareHeader(aModel, text, "TREEMAP_HEADER");

@@ -14,7 +14,8 @@ using ChartTest::Read;
 
 TEST(ChartTreemap, IndentationNestsAndSectionsSumTheirLeaves) {
     const auto model = Read(
-        "treemap-beta\n\"Budget\"\n    \"Ops\"\n        \"Salaries\": 700\n        \"Rent\": 200:::big\n"
+        "treemap-beta\n\"Budget\"\n    \"Ops\":::big\n        \"Salaries\": 700\n        \"Rent\": "
+        "200:::big\n"
         "    \"Ads\": 90\n\"Other\"\n  \"Misc\": 10\nclassDef big fill:#f96,stroke:#333\n");
     const auto* map = ChartOf<TQVLTreemapChart>(*model);
     ASSERT_NE(map, nullptr);
@@ -22,7 +23,8 @@ TEST(ChartTreemap, IndentationNestsAndSectionsSumTheirLeaves) {
     const auto& budget = map->Roots[0];
     ASSERT_EQ(budget.Children.size(), 2u);
     EXPECT_EQ(budget.Children[0].Name, "Ops");
-    EXPECT_EQ(budget.Children[0].Children.size(), 2u);
+    EXPECT_EQ(budget.Children[0].Children.size(), 2u) << "a section's class is not taken for a value";
+    EXPECT_EQ(budget.Children[0].Class, "big");
     EXPECT_EQ(budget.Children[0].Children[1].Class, "big");
     EXPECT_TRUE(budget.Children[1].Leaf);
     EXPECT_DOUBLE_EQ(budget.Total(), 990);
