@@ -11,8 +11,10 @@
 namespace Orvex {
 namespace {
 
-constexpr double kCategoryAxisMM = 130.0;  // the plot's extent along the categories
-constexpr double kValueAxisMM = 80.0;      // and along the values
+// The plot keeps its landscape shape in either orientation: a horizontal chart turns its axes, not the
+// page.
+constexpr double kPlotWidthMM = 130.0;
+constexpr double kPlotHeightMM = 80.0;
 constexpr double kTickMM = 1.5;
 constexpr double kGapMM = 2.0;
 constexpr double kBarShare = 0.7;  // of a band, the rest is the gap between categories
@@ -68,14 +70,18 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
     const std::string& bottomTitle = xy.Horizontal ? xy.YAxis.Title : xy.XAxis.Title;
     const double titleHeight = aCanvas.Measure("0", kAxisTitleStyle).Height;
     const double top = aOrigin.Y + (leftTitle.empty() ? 0 : titleHeight + kGapMM);
-    const TLayoutBox plot{aOrigin.X + leftLabels + kTickMM + kGapMM, top,
-                          xy.Horizontal ? kValueAxisMM : kCategoryAxisMM,
-                          xy.Horizontal ? kCategoryAxisMM : kValueAxisMM, true};
+    const TLayoutBox plot{aOrigin.X + leftLabels + kTickMM + kGapMM, top, kPlotWidthMM, kPlotHeightMM, true};
 
     // Positions: along the category axis from its start, and along the value axis from its low end.
     const double categoryLength = xy.Horizontal ? plot.Height : plot.Width;
     const double valueLength = xy.Horizontal ? plot.Width : plot.Height;
     const double band = categoryLength / static_cast<double>(std::max<std::size_t>(count, 1));
+    // Where value i of a series of n values stands along the category axis: in its category's band, or on
+    // a numeric axis spread evenly from the axis's low end to its high end, whatever the series' length.
+    const auto centreOf = [&](std::size_t n, std::size_t i) {
+        if (!xy.XAxis.Numeric || n < 2) return band * (static_cast<double>(i) + 0.5);
+        return band / 2 + (categoryLength - band) * static_cast<double>(i) / static_cast<double>(n - 1);
+    };
     const auto at = [&](double along, double value) -> TLayoutPoint {
         const double v = std::clamp(scale.Fraction(value), 0.0, 1.0) * valueLength;
         return xy.Horizontal ? TLayoutPoint{plot.X + v, plot.Y + along}
@@ -135,7 +141,7 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
         if (series.Line) {
             std::vector<TLayoutPoint> points;
             for (std::size_t i = 0; i < series.Values.size(); ++i)
-                points.push_back(at(band * (static_cast<double>(i) + 0.5), series.Values[i]));
+                points.push_back(at(centreOf(series.Values.size(), i), series.Values[i]));
             for (std::size_t i = 0; i < series.Labels.size() && i < points.size(); ++i)
                 aCanvas.Text({points[i].X, points[i].Y - 1.2}, series.Labels[i],
                              {.Height = kLabelHeight,
@@ -147,9 +153,9 @@ TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutP
                 aCanvas.Polyline(points, {.Fill = {}, .Stroke = color, .PenMM = 0.7f});
             continue;
         }
-        const double offset = band * (1 - kBarShare) / 2 + barWidth * static_cast<double>(barIndex++);
+        const double offset = -band * kBarShare / 2 + barWidth * static_cast<double>(barIndex++);
         for (std::size_t i = 0; i < series.Values.size(); ++i) {
-            const double start = band * static_cast<double>(i) + offset;
+            const double start = centreOf(series.Values.size(), i) + offset;
             const TLayoutPoint a = at(start, base);
             const TLayoutPoint b = at(start + barWidth, series.Values[i]);
             aCanvas.Rect(
