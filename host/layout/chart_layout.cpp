@@ -19,6 +19,13 @@ constexpr auto kDrawers = std::to_array<std::pair<std::string_view, TChartDrawer
     {"timeline", &DrawTimeline},
     {"journey", &DrawJourney},
     {"kanban", &DrawKanban},
+    {"xychart", &DrawXYChart},
+    {"quadrant", &DrawQuadrantChart},
+    {"packet", &DrawPacketChart},
+    {"sankey", &DrawSankeyChart},
+    {"radar", &DrawRadarChart},
+    {"treemap", &DrawTreemapChart},
+    {"venn", &DrawVennChart},
 });
 
 TChartDrawer DrawerOf(std::string_view type) {

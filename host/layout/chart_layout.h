@@ -25,5 +25,12 @@ TLayoutSize DrawGitGraph(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayout
 TLayoutSize DrawTimeline(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawJourney(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawKanban(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawXYChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawQuadrantChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawPacketChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawSankeyChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawRadarChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawTreemapChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawVennChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

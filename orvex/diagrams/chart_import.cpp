@@ -18,6 +18,13 @@ constexpr auto kReaders = std::to_array<TQVLChartReader>({
     &QVLReadTimeline,
     &QVLReadJourney,
     &QVLReadKanban,
+    &QVLReadXYChart,
+    &QVLReadQuadrantChart,
+    &QVLReadPacketChart,
+    &QVLReadSankeyChart,
+    &QVLReadRadarChart,
+    &QVLReadTreemapChart,
+    &QVLReadVennChart,
 });
 
 // The Mermaid header words of chart types.

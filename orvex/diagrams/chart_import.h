@@ -26,5 +26,12 @@ bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
 bool QVLReadTimeline(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadKanban(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadXYChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadQuadrantChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadPacketChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadSankeyChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadTreemapChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+bool QVLReadVennChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
