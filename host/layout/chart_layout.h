@@ -20,5 +20,7 @@ using TChartDrawer = TLayoutSize (*)(TChartCanvas& aCanvas, const TQVLChart& aCh
 
 // The drawers, one per chart type (each in its own file).
 TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawDataTreeChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawTimingChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

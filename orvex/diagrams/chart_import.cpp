@@ -10,8 +10,10 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 1> kReaders{
+constexpr std::array<TQVLChartReader, 3> kReaders{
     &QVLReadPieChart,
+    &QVLReadDataTreeChart,
+    &QVLReadTimingChart,
 };
 
 // The Mermaid header words of chart types.
@@ -22,9 +24,9 @@ constexpr std::array<std::string_view, 19> kMermaidChartHeaders{
     "zenuml"};
 
 // The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
-constexpr std::array<std::string_view, 14> kPlantUMLChartStarts{
-    "gantt", "json",  "yaml", "salt",  "wire", "nwdiag", "chronology",
-    "files", "ditaa", "ebnf", "regex", "math", "latex",  "board"};
+constexpr std::array<std::string_view, 12> kPlantUMLChartStarts{"gantt",      "salt",  "wire",  "nwdiag",
+                                                                "chronology", "files", "ditaa", "ebnf",
+                                                                "regex",      "math",  "latex", "board"};
 
 std::string PlantUMLStartWord(std::string_view text) {
     static const Qvl::Types::TRegex kStart(
@@ -34,16 +36,12 @@ std::string PlantUMLStartWord(std::string_view text) {
     return Qvl::Utils::ToLowerAscii(match.Group(1));
 }
 
-// A chart type that @startuml opens with its first statement: timing lanes, a salt wireframe, a network.
+// A chart type that @startuml opens with its first statement: a salt wireframe, a network.
 std::string PlantUMLChartInUml(std::string_view text) {
-    static const Qvl::Types::TRegex kTiming(
-        R"(^\s*(?:robust|concise|clock|binary|analog)\s+["\w])",
-        {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
     static const Qvl::Types::TRegex kSalt(
         R"(^\s*salt\s*$)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
     static const Qvl::Types::TRegex kNetwork(
         R"(^\s*nwdiag\s*\{)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    if (kTiming.Match(text)) return "timing";
     if (kSalt.Match(text)) return "salt";
     if (kNetwork.Match(text)) return "nwdiag";
     return {};

@@ -20,5 +20,9 @@ using TQVLChartReader = bool (*)(std::string_view aText, TQVLDiagramFormat aForm
 
 // The readers, one per chart type (each in its own file).
 bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML @startjson and @startyaml: a tree of tables.
+bool QVLReadDataTreeChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML timing diagrams: lanes of states over time.
+bool QVLReadTimingChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
