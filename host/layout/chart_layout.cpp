@@ -12,11 +12,12 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 4> kDrawers{{
+constexpr std::array<std::pair<std::string_view, TChartDrawer>, 5> kDrawers{{
     {"pie", &DrawPieChart},
     {"json", &DrawDataTreeChart},
     {"yaml", &DrawDataTreeChart},
     {"timing", &DrawTimingChart},
+    {"nwdiag", &DrawNetworkChart},
 }};
 
 TChartDrawer DrawerOf(std::string_view type) {

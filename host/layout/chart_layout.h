@@ -22,5 +22,6 @@ using TChartDrawer = TLayoutSize (*)(TChartCanvas& aCanvas, const TQVLChart& aCh
 TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawDataTreeChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawTimingChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawNetworkChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

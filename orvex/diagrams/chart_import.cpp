@@ -10,10 +10,11 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 3> kReaders{
+constexpr std::array<TQVLChartReader, 4> kReaders{
     &QVLReadPieChart,
     &QVLReadDataTreeChart,
     &QVLReadTimingChart,
+    &QVLReadNetworkChart,
 };
 
 // The Mermaid header words of chart types.
@@ -24,9 +25,8 @@ constexpr std::array<std::string_view, 19> kMermaidChartHeaders{
     "zenuml"};
 
 // The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
-constexpr std::array<std::string_view, 12> kPlantUMLChartStarts{"gantt",      "salt",  "wire",  "nwdiag",
-                                                                "chronology", "files", "ditaa", "ebnf",
-                                                                "regex",      "math",  "latex", "board"};
+constexpr std::array<std::string_view, 11> kPlantUMLChartStarts{
+    "gantt", "salt", "wire", "chronology", "files", "ditaa", "ebnf", "regex", "math", "latex", "board"};
 
 std::string PlantUMLStartWord(std::string_view text) {
     static const Qvl::Types::TRegex kStart(
@@ -36,14 +36,11 @@ std::string PlantUMLStartWord(std::string_view text) {
     return Qvl::Utils::ToLowerAscii(match.Group(1));
 }
 
-// A chart type that @startuml opens with its first statement: a salt wireframe, a network.
+// A chart type that @startuml opens with its first statement: a salt wireframe.
 std::string PlantUMLChartInUml(std::string_view text) {
     static const Qvl::Types::TRegex kSalt(
         R"(^\s*salt\s*$)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    static const Qvl::Types::TRegex kNetwork(
-        R"(^\s*nwdiag\s*\{)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
     if (kSalt.Match(text)) return "salt";
-    if (kNetwork.Match(text)) return "nwdiag";
     return {};
 }
 

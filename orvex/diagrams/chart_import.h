@@ -24,5 +24,7 @@ bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
 bool QVLReadDataTreeChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 // PlantUML timing diagrams: lanes of states over time.
 bool QVLReadTimingChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML nwdiag: networks and the hosts on them.
+bool QVLReadNetworkChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
