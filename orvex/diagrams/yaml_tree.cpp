@@ -191,7 +191,7 @@ class TBlockReader {
     TJSON ReadDocument() {
         if (fLines.empty()) return nullptr;
         TJSON value = ReadNode(fLines[0].Indent, 0);
-        if (fAt < fLines.size()) Fail(fLines[fAt], "the line is indented less than the block it follows");
+        if (fAt < fLines.size()) Fail(fLines[fAt], "the line's indentation matches no open block");
         return value;
     }
 
