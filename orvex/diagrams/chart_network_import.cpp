@@ -125,13 +125,15 @@ class TNetworkReader {
     std::int32_t ReadBlock(std::size_t first) {
         // The block runs to the "}" that closes its "{": count braces outside strings and comments.
         const std::size_t open = fLines[first].find('{');
-        fTokens = Tokenize(fLines, first, fLines.size() - 1, open + 1);
+        std::size_t last = first + 1;
+        while (last < fLines.size() && !Trim(fLines[last]).starts_with("@end")) ++last;
+        fTokens = Tokenize(fLines, first, last - 1, open + 1);
         fAt = 0;
         ReadStatements(nullptr, nullptr);
         if (fAt >= fTokens.size()) {
             fModel.AddDiagnostic(kError, static_cast<std::int32_t>(first + 1), "NWDIAG_UNCLOSED",
                                  "The nwdiag block is not closed with \"}\".", Trim(fLines[first]));
-            return static_cast<std::int32_t>(fLines.size());
+            return static_cast<std::int32_t>(last);
         }
         return fTokens[fAt++].Line;  // the closing brace
     }
@@ -241,7 +243,11 @@ class TNetworkReader {
         if (fAt < fTokens.size() && IsSymbol(fTokens[fAt], "[")) address = ReadHostAttributes(host);
         if (network != nullptr) {
             bool known = false;
-            for (const auto& member : network->Members) known = known || member.Host == host.Id;
+            for (auto& member : network->Members)
+                if (member.Host == host.Id) {
+                    known = true;
+                    if (!address.empty()) member.Address = address;  // named again, now with its address
+                }
             if (!known) network->Members.push_back({host.Id, address});
         } else if (!address.empty()) {
             fModel.AddDiagnostic(kWarning, name.Line, "NWDIAG_ATTRIBUTE",
