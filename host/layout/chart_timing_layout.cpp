@@ -210,19 +210,22 @@ class TTimingDrawer {
     void DrawClock(const TLane& lane, double top) {
         if (lane.Period <= 0) return;
         std::vector<TLayoutPoint> points;
+        const auto add = [&](double x, double y) {
+            if (points.empty() || points.back().X != x || points.back().Y != y) points.push_back({x, y});
+        };
         const double low = top + kWaveMM;
         double t = fFrame.Start + std::fmod(lane.Offset - fFrame.Start, lane.Period) - lane.Period;
-        points.push_back({fFrame.X(fFrame.Start), low});
+        add(fFrame.X(fFrame.Start), low);
         for (; t < fFrame.End; t += lane.Period) {
             const double rise = std::max(t, fFrame.Start);
             const double fall = std::min(t + lane.Pulse, fFrame.End);
             if (fall <= fFrame.Start || rise >= fFrame.End) continue;
-            points.push_back({fFrame.X(rise), low});
-            points.push_back({fFrame.X(rise), top});
-            points.push_back({fFrame.X(fall), top});
-            points.push_back({fFrame.X(fall), low});
+            add(fFrame.X(rise), low);
+            add(fFrame.X(rise), top);
+            add(fFrame.X(fall), top);
+            add(fFrame.X(fall), low);
         }
-        points.push_back({fFrame.X(fFrame.End), low});
+        add(fFrame.X(fFrame.End), low);
         fCanvas.Polyline(points, {.Fill = std::nullopt, .Stroke = kSignal, .PenMM = 0.5f});
     }
 
