@@ -12,12 +12,13 @@ namespace {
 constexpr float kTitleHeightMM = 5.0f;
 constexpr double kTitleGapMM = 4.0;
 
-constexpr std::array<std::pair<std::string_view, TChartDrawer>, 5> kDrawers{{
+constexpr std::array<std::pair<std::string_view, TChartDrawer>, 6> kDrawers{{
     {"pie", &DrawPieChart},
     {"json", &DrawDataTreeChart},
     {"yaml", &DrawDataTreeChart},
     {"timing", &DrawTimingChart},
     {"nwdiag", &DrawNetworkChart},
+    {"salt", &DrawSaltChart},
 }};
 
 TChartDrawer DrawerOf(std::string_view type) {

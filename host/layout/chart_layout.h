@@ -23,5 +23,6 @@ TLayoutSize DrawPieChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayout
 TLayoutSize DrawDataTreeChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawTimingChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 TLayoutSize DrawNetworkChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
+TLayoutSize DrawSaltChart(TChartCanvas& aCanvas, const TQVLChart& aChart, TLayoutPoint aOrigin);
 
 }  // namespace Orvex

@@ -10,11 +10,8 @@ namespace Orvex {
 namespace {
 
 // Tried in order; the first that takes the text wins.
-constexpr std::array<TQVLChartReader, 4> kReaders{
-    &QVLReadPieChart,
-    &QVLReadDataTreeChart,
-    &QVLReadTimingChart,
-    &QVLReadNetworkChart,
+constexpr std::array<TQVLChartReader, 5> kReaders{
+    &QVLReadPieChart, &QVLReadDataTreeChart, &QVLReadTimingChart, &QVLReadNetworkChart, &QVLReadSaltChart,
 };
 
 // The Mermaid header words of chart types.
@@ -24,9 +21,9 @@ constexpr std::array<std::string_view, 19> kMermaidChartHeaders{
     "sankey",   "radar-beta", "treemap-beta",  "treemap",      "venn-beta", "requirementdiagram",
     "zenuml"};
 
-// The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
-constexpr std::array<std::string_view, 11> kPlantUMLChartStarts{
-    "gantt", "salt", "wire", "chronology", "files", "ditaa", "ebnf", "regex", "math", "latex", "board"};
+// The PlantUML start words of chart-like kinds.
+constexpr std::array<std::string_view, 10> kPlantUMLChartStarts{
+    "gantt", "wire", "chronology", "files", "ditaa", "ebnf", "regex", "math", "latex", "board"};
 
 std::string PlantUMLStartWord(std::string_view text) {
     static const Qvl::Types::TRegex kStart(
@@ -34,14 +31,6 @@ std::string PlantUMLStartWord(std::string_view text) {
     Qvl::Types::TRegexMatch match;
     if (!kStart.Match(text, match)) return {};
     return Qvl::Utils::ToLowerAscii(match.Group(1));
-}
-
-// A chart type that @startuml opens with its first statement: a salt wireframe.
-std::string PlantUMLChartInUml(std::string_view text) {
-    static const Qvl::Types::TRegex kSalt(
-        R"(^\s*salt\s*$)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    if (kSalt.Match(text)) return "salt";
-    return {};
 }
 
 }  // namespace
@@ -65,7 +54,6 @@ void QVLNoteUndrawnChart(std::string_view aText, TQVLDiagramFormat aFormat, TORX
         const std::string start = PlantUMLStartWord(aText);
         for (const std::string_view s : kPlantUMLChartStarts)
             if (start == s) type = start;
-        if (type.empty() && (start == "uml" || start.empty())) type = PlantUMLChartInUml(aText);
     }
     if (type.empty()) return;
     aModel.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, 0, "CHART_NOT_DRAWN",

@@ -26,5 +26,7 @@ bool QVLReadDataTreeChart(std::string_view aText, TQVLDiagramFormat aFormat, TOR
 bool QVLReadTimingChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 // PlantUML nwdiag: networks and the hosts on them.
 bool QVLReadNetworkChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML salt: a wireframe of widgets in grids.
+bool QVLReadSaltChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex
