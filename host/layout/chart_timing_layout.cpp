@@ -23,6 +23,9 @@ constexpr double kWaveMM = 8.0;     // height of a square wave, of a concise seg
 constexpr double kLanePadMM = 5.0;  // above and below a lane's signal
 constexpr double kColumnGapMM = 4.0;
 constexpr double kTickMM = 1.5;
+constexpr double kLongestPlotMM = 2000.0;  // a scale asking for more is held to this
+constexpr int kMostTicks = 50;
+constexpr int kMostPulses = 2000;    // a clock far faster than the span shows its first pulses only
 constexpr double kTailShare = 0.12;  // the signals run on past the last time by this share of the span
 const TAlphaColor kSignal = Qvl::Utils::AlphaColor(0x1F, 0x4E, 0x8C, 0xFF);
 const TAlphaColor kGrid = Qvl::Utils::AlphaColor(0xC8, 0xCC, 0xD4, 0xFF);
@@ -87,8 +90,10 @@ TFrame TimeFrame(const TQVLTimingChart& chart, double x0) {
     frame.Start = lo;
     frame.End = hi + (hi - lo) * kTailShare;
     frame.X0 = x0;
+    if (!std::isfinite(frame.End - lo)) frame.End = lo + 1;  // times too far apart to draw
     frame.PerUnit =
         chart.PixelsPerUnit > 0 ? chart.PixelsPerUnit * kMMPerPixel : kPlotWidthMM / (frame.End - lo);
+    frame.PerUnit = std::min(frame.PerUnit, kLongestPlotMM / (frame.End - lo));
     return frame;
 }
 
@@ -216,7 +221,7 @@ class TTimingDrawer {
         const double low = top + kWaveMM;
         double t = fFrame.Start + std::fmod(lane.Offset - fFrame.Start, lane.Period) - lane.Period;
         add(fFrame.X(fFrame.Start), low);
-        for (; t < fFrame.End; t += lane.Period) {
+        for (int pulses = 0; t < fFrame.End && pulses < kMostPulses; t += lane.Period, ++pulses) {
             const double rise = std::max(t, fFrame.Start);
             const double fall = std::min(t + lane.Pulse, fFrame.End);
             if (fall <= fFrame.Start || rise >= fFrame.End) continue;
@@ -297,7 +302,9 @@ class TTimingDrawer {
         fCanvas.Line({fFrame.X0, y}, {fFrame.X(fFrame.End), y});
         const double step = NiceStep(fFrame.End - fFrame.Start, 8);
         double bottom = y;
-        for (double t = std::ceil(fFrame.Start / step) * step; t <= fFrame.End + step * 1e-9; t += step) {
+        int ticks = 0;
+        for (double t = std::ceil(fFrame.Start / step) * step;
+             t <= fFrame.End + step * 1e-9 && ticks < kMostTicks; t += step, ++ticks) {
             const double x = fFrame.X(t);
             fCanvas.Line({x, y}, {x, y + kTickMM});
             const TChartTextStyle style{.Height = 3.0f, .Horizontal = TChartAlign::caCenter};

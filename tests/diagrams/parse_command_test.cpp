@@ -128,12 +128,13 @@ TEST(ParseCommand, CoreOutputIsTheCoreParsersAndTheFullOneAddsItsKeys) {
             const std::string core = Orvex::QVLDiagramModelToJson(*model, format)
                                          .dump(-1, ' ', false, Orvex::TJSON::error_handler_t::replace);
             EXPECT_EQ(RunCli(path + " --core").Out, core + "\n");
-            // The full output starts with the same top-level keys and ends with "groups".
+            // The full output starts with the same top-level keys and ends with "groups" and "chart".
             const auto full = Orvex::TJSON::parse(RunCli(path).Out);
             std::string keys;
             for (const auto& [key, value] : full.items()) keys += key + ",";
-            EXPECT_EQ(keys,
-                      "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,");
+            EXPECT_EQ(
+                keys,
+                "format,kind,direction,title,nodes,edges,participants,events,diagnostics,groups,chart,");
         }
     }
     const std::string path =

@@ -77,5 +77,20 @@ TEST(TimingLayout, StatesSitAtTheirTimesOnOneAxis) {
     EXPECT_NE(ChartTest::TextItem(doc, "300"), nullptr);  // an axis label
 }
 
+TEST(TimingLayout, ExtremeTimesAndFastClocksStayBounded) {
+    // Times too far apart to subtract, and a clock a billion times faster than the span: the drawing is
+    // held to a bounded number of items instead of running away.
+    for (const char* body : {"concise A\n@0\nA is x\n@1e308\nA is y\n@-1e308\nA is z\n",
+                             "clock C with period 0.000001\nconcise A\n@0\nA is x\n@1000\nA is y\n"}) {
+        SCOPED_TRACE(body);
+        TORXHeadlessLabel doc;
+        ASSERT_TRUE(LoadDiagramWithLayout(doc, std::string("@startuml\n") + body + "@enduml\n",
+                                          TQVLDiagramFormat::dgPlantUML));
+        EXPECT_LT(doc.GetItemsCount(), 200);
+        for (const TORXBasePolyLine* line : ItemsOf<TORXBasePolyLine>(doc))
+            EXPECT_LT(line->Points().size(), 10000u);
+    }
+}
+
 }  // namespace
 }  // namespace Orvex
