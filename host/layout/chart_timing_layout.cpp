@@ -3,6 +3,7 @@
 // lanes are square waves; messages are arrows between lanes at their times, constraints are
 // double-headed arrows above their lane, highlights are shaded spans behind everything.
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ using TLane = TQVLTimingChart::TLane;
 constexpr double kPlotWidthMM = 150.0;  // the time span's width when the text sets no scale
 constexpr double kMMPerPixel = 25.4 / 96.0;
 constexpr double kLevelMM = 7.0;    // between two state levels of a robust lane
+constexpr double kAnalogMM = 20.0;  // height of an analog lane's value range
 constexpr double kWaveMM = 8.0;     // height of a square wave, of a concise segment
 constexpr double kLanePadMM = 5.0;  // above and below a lane's signal
 constexpr double kColumnGapMM = 4.0;
@@ -97,14 +99,39 @@ TFrame TimeFrame(const TQVLTimingChart& chart, double x0) {
     return frame;
 }
 
+// The range of an analog lane whose states are all numbers; false when one is not.
+bool AnalogRange(const TLane& lane, double& low, double& high) {
+    if (lane.Kind != "analog" || lane.States.empty()) return false;
+    low = high = 0;
+    bool first = true;
+    for (const std::string& state : lane.States) {
+        double value = 0;
+        const auto [end, error] = std::from_chars(state.data(), state.data() + state.size(), value);
+        if (error != std::errc{} || end != state.data() + state.size() || !std::isfinite(value)) return false;
+        low = first ? value : std::min(low, value);
+        high = first ? value : std::max(high, value);
+        first = false;
+    }
+    if (high <= low) high = low + 1;
+    return true;
+}
+
 double SignalHeight(const TLane& lane) {
+    double low = 0, high = 0;
+    if (AnalogRange(lane, low, high)) return kAnalogMM;
     if (lane.Kind == "robust" || lane.Kind == "analog")
         return kLevelMM * static_cast<double>(std::max<std::size_t>(lane.States.size(), 2) - 1);
     return kWaveMM;
 }
 
-// The level of a state on a robust lane: the first declared state on top.
+// The level of a state on a robust lane (the first declared state on top), or of a value on an analog
+// lane (the highest value on top).
 double LevelY(const TLane& lane, const std::string& state, double top) {
+    double low = 0, high = 0, value = 0;
+    if (AnalogRange(lane, low, high)) {
+        std::from_chars(state.data(), state.data() + state.size(), value);
+        return top + kAnalogMM * (high - value) / (high - low);
+    }
     const auto it = std::find(lane.States.begin(), lane.States.end(), state);
     return top + kLevelMM * static_cast<double>(it - lane.States.begin());
 }
@@ -184,7 +211,27 @@ class TTimingDrawer {
         return k + 1 < lane.Changes.size() ? fFrame.X(lane.Changes[k + 1].Time) : fFrame.X(fFrame.End);
     }
 
+    // An analog lane joins its values by straight lines, with its highest and lowest value named.
+    void DrawAnalog(const TLane& lane, double top, double low, double high) {
+        const TChartTextStyle label{
+            .Height = 3.0f, .Horizontal = TChartAlign::caEnd, .Vertical = TChartAlign::caCenter};
+        fCanvas.Text({fFrame.X0 - kColumnGapMM, top}, ChartNumber(high), label);
+        fCanvas.Text({fFrame.X0 - kColumnGapMM, top + kAnalogMM}, ChartNumber(low), label);
+        std::vector<TLayoutPoint> points;
+        for (const auto& change : lane.Changes) {
+            double value = 0;
+            if (Hidden(change.State)) continue;
+            std::from_chars(change.State.data(), change.State.data() + change.State.size(), value);
+            points.push_back({fFrame.X(change.Time), top + kAnalogMM * (high - value) / (high - low)});
+        }
+        if (!points.empty()) points.push_back({fFrame.X(fFrame.End), points.back().Y});
+        if (points.size() >= 2)
+            fCanvas.Polyline(points, {.Fill = std::nullopt, .Stroke = kSignal, .PenMM = 0.5f});
+    }
+
     void DrawRobust(const TLane& lane, double top) {
+        double low = 0, high = 0;
+        if (AnalogRange(lane, low, high)) return DrawAnalog(lane, top, low, high);
         for (const std::string& state : lane.States) {
             const double ly = LevelY(lane, state, top);
             fCanvas.Text(

@@ -77,6 +77,22 @@ TEST(TimingLayout, StatesSitAtTheirTimesOnOneAxis) {
     EXPECT_NE(ChartTest::TextItem(doc, "300"), nullptr);  // an axis label
 }
 
+TEST(TimingLayout, AnalogValuesAreJoinedByStraightLinesScaledToTheirRange) {
+    TORXHeadlessLabel doc;
+    ASSERT_TRUE(LoadDiagramWithLayout(doc,
+                                      "@startuml\nanalog V\n@0\nV is 2\n@10\nV is 6\n@20\nV is 4\n@enduml\n",
+                                      TQVLDiagramFormat::dgPlantUML));
+    const auto lines = ItemsOf<TORXBasePolyLine>(doc);
+    ASSERT_EQ(lines.size(), 1u);
+    const auto points = PointsOf(*lines[0]);
+    ASSERT_EQ(points.size(), 4u);  // the three values and the run to the end of the axis
+    EXPECT_NEAR(points[1].X - points[0].X, points[2].X - points[1].X, 5e-3);  // points are whole micrometres
+    // 6 is the top of the range and 2 its bottom; 4 lies half way.
+    EXPECT_LT(points[1].Y, points[0].Y);
+    EXPECT_NEAR(points[2].Y, (points[0].Y + points[1].Y) / 2, 5e-3);
+    EXPECT_NE(ChartTest::TextItem(doc, "6"), nullptr);
+}
+
 TEST(TimingLayout, ExtremeTimesAndFastClocksStayBounded) {
     // Times too far apart to subtract, and a clock a billion times faster than the span: the drawing is
     // held to a bounded number of items instead of running away.
