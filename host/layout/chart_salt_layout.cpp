@@ -53,7 +53,10 @@ class TSaltDrawer {
         if (w.Kind == "empty") return {kPadMM, kPadMM};
         if (w.Kind == "checkbox" || w.Kind == "radio")
             return {kMarkMM + kPadMM + (w.Text.empty() ? 0 : text.Width), std::max(text.Height, kMarkMM)};
-        if (w.Kind == "field") return {std::max(kMinFieldMM, text.Width + 2 * kPadMM), text.Height + kPadMM};
+        if (w.Kind == "field") {
+            const double written = fCanvas.Measure(std::string(static_cast<std::size_t>(w.Width), 'n')).Width;
+            return {std::max({kMinFieldMM, text.Width, written}) + 2 * kPadMM, text.Height + kPadMM};
+        }
         if (w.Kind == "button") return {text.Width + 4 * kPadMM, text.Height + kPadMM};
         if (w.Kind == "droplist") return {text.Width + 2 * kPadMM + 5, text.Height + kPadMM};
         return {text.Width, text.Height};

@@ -24,6 +24,7 @@ struct TQVLSaltChart final : TQVLChart {
         int Col = 0;
         int ColSpan = 1;
         int Level = 0;                   // tree items, from 1
+        int Width = 0;                   // fields: the characters between the quotes, blanks included
         std::vector<std::string> Items;  // a droplist's choices, the tabs, the menu entries
         std::vector<TWidget> Children;
     };
@@ -31,7 +32,7 @@ struct TQVLSaltChart final : TQVLChart {
 
     std::string_view Type() const override { return "salt"; }
     // "root": {"kind", "text", "row", "col", and where they apply "colSpan", "checked", "border", "title",
-    // "level", "items", "children"}.
+    // "level", "width", "items", "children"}.
     void WriteJson(TJSON& aOut) const override;
 };
 

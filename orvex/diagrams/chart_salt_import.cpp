@@ -91,6 +91,8 @@ TWidget ReadWidget(std::string_view cell) {
     } else if (kField.Match(cell, m)) {
         w.Kind = "field";
         w.Text = std::string(Trim(m.Group(1)));
+        // People pad a field with blanks to give it its width; count characters, not UTF-8 bytes.
+        for (const char c : m.Group(1)) w.Width += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
     } else if (kDroplist.Match(cell, m)) {
         w.Kind = "droplist";
         std::string_view rest = m.Group(1);
@@ -274,6 +276,7 @@ TJSON WidgetJson(const TWidget& w) {
     if (!w.Border.empty()) out["border"] = w.Border;
     if (!w.Title.empty()) out["title"] = w.Title;
     if (w.Kind == "item") out["level"] = w.Level;
+    if (w.Kind == "field") out["width"] = w.Width;
     if (!w.Items.empty()) out["items"] = w.Items;
     if (w.Kind == "grid" || w.Kind == "tree") {
         TJSON children = TJSON::array();

@@ -95,7 +95,7 @@ TEST(SaltChart, GridsNestOnOneLineOrSeveral) {
     TJSON out;
     dynamic_cast<const TQVLSaltChart&>(*model->Chart()).WriteJson(out);
     EXPECT_EQ(out["root"]["children"][1].dump(),
-              R"({"kind":"field","text":"x","row":0,"col":1,"colSpan":2})");
+              R"({"kind":"field","text":"x","row":0,"col":1,"colSpan":2,"width":1})");
 }
 
 TEST(SaltChart, WhatIsNotAWireframeIsNamed) {
