@@ -31,8 +31,11 @@ constexpr auto kError = TQVLDiagramDiagnosticSeverity::dsError;
 
 bool IsTimingText(std::string_view text) {
     static const TRegex kStart(R"(^\s*@start(\w+))", {kCaseless, TRegexFlag::rfMultiline});
-    static const TRegex kLane(R"(^\s*(?:robust|concise|clock|binary|analog)\s+["\w])",
-                              {kCaseless, TRegexFlag::rfMultiline});
+    // A whole line that declares a lane, so that a word like "clock" opening another kind's line does not
+    // take the text away from its reader.
+    static const TRegex kLane(
+        R"re(^\s*(?:robust|concise|clock|binary|analog)\s+(?:"[^"\n]*"|[\w.]+)(?:\s+as\s+\w+)?(?:\s+with\s+period\s+[\d.]+(?:\s+pulse\s+[\d.]+)?(?:\s+offset\s+[\d.]+)?)?[ \t]*(?:<<[^>\n]*>>)?[ \t]*$)re",
+        {kCaseless, TRegexFlag::rfMultiline});
     TRegexMatch m;
     if (kStart.Match(text, m) && Qvl::Utils::ToLowerAscii(m.Group(1)) != "uml") return false;
     return kLane.Match(text);

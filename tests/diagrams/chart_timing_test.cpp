@@ -119,6 +119,9 @@ TEST(TimingChart, EveryLineNotUnderstoodIsNamed) {
 
 TEST(TimingChart, OnlyTextsThatDeclareLanes) {
     EXPECT_NE(Read("Alice -> Bob : hi\n")->Kind(), TQVLDiagramKind::dkChart);
+    EXPECT_NE(Read("class Clock\nclock tick -> Clock\n")->Kind(), TQVLDiagramKind::dkChart);
+    EXPECT_EQ(Read("title T\nclock \"Main clock\" as C with period 10 <<fast>>\n")->Kind(),
+              TQVLDiagramKind::dkChart);
     EXPECT_NE(QVLImportDiagram("@startmindmap\n* robust thing\n@endmindmap\n", TQVLDiagramFormat::dgPlantUML)
                   ->Kind(),
               TQVLDiagramKind::dkChart);
