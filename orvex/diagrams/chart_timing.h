@@ -21,10 +21,12 @@ struct TQVLTimingChart final : TQVLChart {
     struct TLane {
         std::string Id;
         std::string Text;
-        std::string Kind;                 // "robust", "concise", "clock", "binary", "analog"
-        std::vector<std::string> States;  // levels top-down: declared with "has", else in order of use
-        std::vector<TChange> Changes;     // in time order
-        double Period = 0;                // clocks only
+        std::string Kind;  // "robust", "concise", "clock", "binary", "analog"
+        // Levels top-down: as declared with "has"; else a robust lane's first state at the bottom and a
+        // concise lane's in order of use.
+        std::vector<std::string> States;
+        std::vector<TChange> Changes;  // in time order
+        double Period = 0;             // clocks only
         double Pulse = 0;
         double Offset = 0;
     };

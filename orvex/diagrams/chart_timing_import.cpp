@@ -6,6 +6,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <set>
 
 #include "orvex/core/regex.h"
 #include "orvex/core/text.h"
@@ -260,8 +261,12 @@ class TTimingReader {
         ReadState(text, change);
         if (lane.Kind == "binary") change.State = BinaryLevel(change.State);
         if (!change.State.starts_with('{') &&
-            std::find(lane.States.begin(), lane.States.end(), change.State) == lane.States.end())
-            lane.States.push_back(change.State);
+            std::find(lane.States.begin(), lane.States.end(), change.State) == lane.States.end()) {
+            // A robust lane without declared levels stacks its states upwards as they come, the first
+            // one at the bottom; declared levels stay on top of any the text uses later.
+            const bool upwards = lane.Kind == "robust" && !fDeclared.contains(lane.Id);
+            lane.States.insert(upwards ? lane.States.begin() : lane.States.end(), change.State);
+        }
         lane.Changes.push_back(std::move(change));
     }
 
@@ -273,6 +278,7 @@ class TTimingReader {
 
     // "has A,B,C" or "has \"Long name\" as L, ...": the levels from the top down.
     void DeclareStates(TLane& lane, std::string_view list) {
+        fDeclared.insert(lane.Id);
         std::size_t start = 0;
         while (start <= list.size()) {
             std::size_t end = list.find(',', start);
@@ -328,6 +334,7 @@ class TTimingReader {
     TLane* fBlockLane = nullptr;
     bool fInBlock = false;
     std::map<std::string, double> fAnchors;
+    std::set<std::string> fDeclared;  // lanes whose levels a "has" line gave
 };
 
 TJSON ChangesJson(const TLane& lane) {

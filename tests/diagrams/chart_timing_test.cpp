@@ -50,7 +50,8 @@ TEST(TimingChart, TimePointsInEveryForm) {
     EXPECT_EQ(changes, (std::vector<std::pair<double, std::string>>{
                            {0, "Idle"}, {150, "Busy"}, {170, "Long wait"}, {300, "Idle"}}));
     EXPECT_TRUE(wb.Changes[1].Color.has_value());
-    EXPECT_EQ(wb.States, (std::vector<std::string>{"Idle", "Busy", "Long wait"}));
+    // Without declared levels, the first state used is the lowest.
+    EXPECT_EQ(wb.States, (std::vector<std::string>{"Long wait", "Busy", "Idle"}));
     const auto& wu = chart.Lanes[1];
     EXPECT_EQ(wu.Id, "WU");
     changes.clear();

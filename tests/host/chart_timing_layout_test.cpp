@@ -51,12 +51,12 @@ TEST(TimingLayout, StatesSitAtTheirTimesOnOneAxis) {
         if (line->ToType() == TQVLTermType::ttFillArrow) continue;
         (line->Points().size() > 6 ? clock : bus) = PointsOf(*line);
     }
-    // The robust lane steps from "Low" to "High" at 100: two points at that x. "Low", seen first, is the
-    // top level.
+    // The robust lane steps up from "Low" to "High" at 100: two points at that x. "Low", seen first, is
+    // the lowest level.
     ASSERT_EQ(bus.size(), 4u);
     EXPECT_NEAR(bus[1].X, x100, 1e-3);
     EXPECT_NEAR(bus[2].X, x100, 1e-3);
-    EXPECT_GT(bus[2].Y, bus[1].Y);
+    EXPECT_LT(bus[2].Y, bus[1].Y);
     // The clock rises every 100 units over the axis (0 to 400, at least four periods, and the tail).
     int rises = 0;
     for (std::size_t i = 1; i < clock.size(); ++i)
