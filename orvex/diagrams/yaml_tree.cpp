@@ -196,8 +196,9 @@ class TBlockReader {
     }
 
   private:
-    // The node whose first line is fLines[fAt], at that line's indentation.
-    TJSON ReadNode(int indent, std::size_t depth) {
+    // The node whose first line is fLines[fAt]; a plain scalar there runs on over lines deeper than
+    // `owner` (the indentation of the line that holds the node, the node's own when it stands alone).
+    TJSON ReadNode(int indent, std::size_t depth, int owner = -1) {
         if (depth > kJSONMaxDepth)
             Fail(fLines[fAt], "nested deeper than " + std::to_string(kJSONMaxDepth) + " levels");
         const TYamlLine& line = fLines[fAt];
@@ -205,7 +206,18 @@ class TBlockReader {
         if (IsSequenceItem(line.Text)) return ReadSequence(indent, depth);
         if (KeyColon(line.Text) != std::string_view::npos) return ReadMapping(indent, depth);
         ++fAt;
-        return TFlowReader(line.Text, line.No).ReadWhole();
+        return WithContinuation(TFlowReader(line.Text, line.No).ReadWhole(), line.Text,
+                                owner < 0 ? indent : owner);
+    }
+
+    // A plain scalar may run on over deeper-indented lines, which join it with blanks.
+    TJSON WithContinuation(TJSON value, std::string_view text, int indent) {
+        const bool plain = value.is_string() && !text.starts_with('"') && !text.starts_with('\'') &&
+                           !text.starts_with('[') && !text.starts_with('{');
+        while (plain && fAt < fLines.size() && fLines[fAt].Indent > indent &&
+               !IsSequenceItem(fLines[fAt].Text) && KeyColon(fLines[fAt].Text) == std::string_view::npos)
+            value = value.get<std::string>() + " " + fLines[fAt++].Text;
+        return value;
     }
 
     TJSON ReadSequence(int indent, std::size_t depth) {
@@ -222,7 +234,7 @@ class TBlockReader {
             const int offset = static_cast<int>(line.Text.size() - rest.size());
             line.Indent += offset;
             line.Text = std::string(rest);
-            out.push_back(ReadNode(line.Indent, depth + 1));
+            out.push_back(ReadNode(line.Indent, depth + 1, indent));
         }
         return out;
     }
@@ -251,7 +263,7 @@ class TBlockReader {
                        rest == ">+") {
                 out[name] = ReadBlockScalar(indent, rest);
             } else {
-                out[name] = ReadInline(rest, no);
+                out[name] = WithContinuation(ReadInline(rest, no), rest, indent);
             }
         }
         return out;

@@ -33,6 +33,8 @@ TEST(YamlTree, ReadsTheBlockAndFlowForms) {
         {"comments and markers", "---\n# heading\na: 1 # trailing\nb: \"#not\"\n...\nignored: 2\n",
          R"({"a":1,"b":"#not"})"},
         {"top-level sequence", "- 1\n- x: 2\n", R"([1,{"x":2}])"},
+        {"plain scalars over lines", "a: one\n  two\n  three\nb:\n  - four\n    five\n",
+         R"({"a":"one two three","b":["four five"]})"},
         {"empty", "# nothing\n", "null"},
     };
     for (const auto& c : cases) {
