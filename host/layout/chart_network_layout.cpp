@@ -186,7 +186,13 @@ class TNetworkDrawer {
             from = std::min(from, box.X - kBarOverhangMM);
             to = std::max(to, box.Right() + kBarOverhangMM);
         }
-        if (network.Members.empty()) from = fPlaces.empty() ? left : fPlaces.front().Box.X - kBarOverhangMM;
+        if ((network.Members.empty() || network.Full) && !fPlaces.empty()) {
+            for (const THostPlace& place : fPlaces) {
+                from = std::min(from, place.Box.X - kBarOverhangMM);
+                to = std::max(to, place.Box.Right() + kBarOverhangMM);
+            }
+        }
+        if (from > to) from = left;
         to = std::max(to, from + kMinHostWidthMM);
         // The wires first, so the bar and the boxes cover their ends.
         for (const auto& member : network.Members) {

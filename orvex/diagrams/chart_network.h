@@ -21,6 +21,7 @@ struct TQVLNetworkChart final : TQVLChart {
         std::string Text;
         std::string Address;
         std::optional<Qvl::Types::TAlphaColor> Color;
+        bool Full = false;             // "width = full": the bar spans every host column
         std::vector<TMember> Members;  // in source order
     };
     struct THost {
@@ -44,7 +45,7 @@ struct TQVLNetworkChart final : TQVLChart {
     std::vector<TPeer> Peers;
 
     std::string_view Type() const override { return "nwdiag"; }
-    // "networks": [{"id", "text", "address", "hosts": [{"id", "address"}]}], "hosts": [{"id", "text",
+    // "networks": [{"id", "text", "address", "full", "hosts": [{"id", "address"}]}], "hosts": [{"id", "text",
     // "shape"}], "groups": [{"text", "hosts"}], "peers": [{"from", "to"}].
     void WriteJson(TJSON& aOut) const override;
 };

@@ -228,6 +228,8 @@ class TNetworkReader {
                 network->Color = Color(value);
             else if (name == "description" || name == "label")
                 network->Text = QVLPlainCaption(value.Text, true);
+            else if (name == "width" && Qvl::Utils::ToLowerAscii(value.Text) == "full")
+                network->Full = true;
             else
                 NotDrawnAttribute(key);
         } else {
@@ -342,8 +344,11 @@ void TQVLNetworkChart::WriteJson(TJSON& aOut) const {
     for (const TNetwork& n : Networks) {
         TJSON hosts = TJSON::array();
         for (const auto& m : n.Members) hosts.push_back(TJSON{{"id", m.Host}, {"address", m.Address}});
-        networks.push_back(
-            TJSON{{"id", n.Id}, {"text", n.Text}, {"address", n.Address}, {"hosts", std::move(hosts)}});
+        networks.push_back(TJSON{{"id", n.Id},
+                                 {"text", n.Text},
+                                 {"address", n.Address},
+                                 {"full", n.Full},
+                                 {"hosts", std::move(hosts)}});
     }
     aOut["networks"] = std::move(networks);
     TJSON hosts = TJSON::array();

@@ -33,6 +33,7 @@ TEST(NetworkChart, NetworksHostsGroupsAndPeers) {
         "    web [address = \"10.0.0.2\"]  // named twice: one member, with the address\n"
         "  }\n"
         "  network lan {\n"
+        "    width = full\n"
         "    color = \"#ddeeff\"\n"
         "    description = \"Office LAN\"\n"
         "    web [address = \"192.168.0.2\",\n"
@@ -50,8 +51,8 @@ TEST(NetworkChart, NetworksHostsGroupsAndPeers) {
     chart.WriteJson(out);
     EXPECT_EQ(
         out["networks"].dump(),
-        R"([{"id":"dmz","text":"dmz","address":"10.0.0.0/24","hosts":[{"id":"fw","address":"10.0.0.1"},)"
-        R"({"id":"web","address":"10.0.0.2"}]},{"id":"lan","text":"Office LAN","address":"",)"
+        R"([{"id":"dmz","text":"dmz","address":"10.0.0.0/24","full":false,"hosts":[{"id":"fw","address":"10.0.0.1"},)"
+        R"({"id":"web","address":"10.0.0.2"}]},{"id":"lan","text":"Office LAN","address":"","full":true,)"
         R"("hosts":[{"id":"web","address":"192.168.0.2"},{"id":"db","address":""}]}])");
     EXPECT_EQ(out["hosts"].dump(),
               R"([{"id":"inet","text":"inet","shape":"cloud"},{"id":"fw","text":"fw","shape":""},)"
@@ -75,7 +76,7 @@ TEST(NetworkChart, WhatIsNotDrawnIsNamed) {
         "skinparam shadowing false\n"  // 2
         "nwdiag {\n"
         "  network n {\n"
-        "    width = full\n"                    // 5: not drawn
+        "    width = half\n"                    // 5: not drawn
         "    a [address = \"1\", rack = 3];\n"  // 6
         "    b [color = \"nocolour\"];\n"       // 7
         "  }\n"
