@@ -32,6 +32,7 @@ constexpr double kTailShare = 0.12;  // the signals run on past the last time by
 const TAlphaColor kSignal = Qvl::Utils::AlphaColor(0x1F, 0x4E, 0x8C, 0xFF);
 const TAlphaColor kGrid = Qvl::Utils::AlphaColor(0xC8, 0xCC, 0xD4, 0xFF);
 const TAlphaColor kHighlight = Qvl::Utils::AlphaColor(0xFF, 0xF4, 0xC2, 0xFF);
+const TAlphaColor kUncertain = Qvl::Utils::AlphaColor(0xE4, 0xE4, 0xE4, 0xFF);
 const TAlphaColor kMessage = Qvl::Utils::AlphaColor(0xB0, 0x30, 0x30, 0xFF);
 
 // A pale version of a series colour: concise segments hold dark text.
@@ -246,16 +247,21 @@ class TTimingDrawer {
     void DrawConcise(const TLane& lane, double top) {
         for (std::size_t k = 0; k < lane.Changes.size(); ++k) {
             const auto& change = lane.Changes[k];
-            if (Hidden(change.State)) continue;
+            if (change.State == "{-}") continue;  // the signal is hidden until the next change
             const double x = fFrame.X(change.Time);
             const double end = StretchEnd(lane, k);
             const auto state =
                 std::find(lane.States.begin(), lane.States.end(), change.State) - lane.States.begin();
-            const TAlphaColor fill =
-                change.Color.value_or(Pale(ChartSeriesColor(static_cast<std::size_t>(state))));
-            fCanvas.Box({x, top, std::max(end - x, 0.5), kWaveMM, true}, TQVLFlowType::ftProcess,
-                        change.State, {.Fill = fill, .Stroke = kSignal},
-                        lane.Id + "@" + ChartNumber(change.Time));
+            // "{A,B}" is one of several states, not known which: grey, with the candidates as its text.
+            const bool uncertain = Hidden(change.State);
+            const TAlphaColor fill = change.Color.value_or(
+                uncertain ? kUncertain : Pale(ChartSeriesColor(static_cast<std::size_t>(state))));
+            const std::string text =
+                uncertain
+                    ? change.State.substr(1, change.State.size() - (change.State.ends_with('}') ? 2 : 1))
+                    : change.State;
+            fCanvas.Box({x, top, std::max(end - x, 0.5), kWaveMM, true}, TQVLFlowType::ftProcess, text,
+                        {.Fill = fill, .Stroke = kSignal}, lane.Id + "@" + ChartNumber(change.Time));
         }
     }
 

@@ -93,6 +93,20 @@ TEST(TimingLayout, AnalogValuesAreJoinedByStraightLinesScaledToTheirRange) {
     EXPECT_NE(ChartTest::TextItem(doc, "6"), nullptr);
 }
 
+TEST(TimingLayout, HiddenAndUncertainConciseStates) {
+    TORXHeadlessLabel doc;
+    TDiagramPlacement placement;
+    ASSERT_TRUE(LoadDiagramWithLayout(doc,
+                                      "@startuml\nconcise A\n@0\nA is x\n@10\nA is {-}\n@20\nA is {y,z}\n"
+                                      "@30\nA is x\n@enduml\n",
+                                      TQVLDiagramFormat::dgPlantUML, placement));
+    EXPECT_EQ(PlacedFlow(doc, placement, "A@10"), nullptr);
+    const TORXBaseFlow* uncertain = PlacedFlow(doc, placement, "A@20");
+    ASSERT_NE(uncertain, nullptr);
+    EXPECT_EQ(uncertain->Text(), "y,z");
+    EXPECT_NE(uncertain->BackColor(), PlacedFlow(doc, placement, "A@0")->BackColor());
+}
+
 TEST(TimingLayout, ExtremeTimesAndFastClocksStayBounded) {
     // Times too far apart to subtract, and a clock a billion times faster than the span: the drawing is
     // held to a bounded number of items instead of running away.
