@@ -26,6 +26,11 @@ constexpr auto kDrawers = std::to_array<std::pair<std::string_view, TChartDrawer
     {"radar", &DrawRadarChart},
     {"treemap", &DrawTreemapChart},
     {"venn", &DrawVennChart},
+    {"json", &DrawDataTreeChart},
+    {"yaml", &DrawDataTreeChart},
+    {"timing", &DrawTimingChart},
+    {"nwdiag", &DrawNetworkChart},
+    {"salt", &DrawSaltChart},
 });
 
 TChartDrawer DrawerOf(std::string_view type) {

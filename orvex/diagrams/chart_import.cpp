@@ -25,18 +25,17 @@ constexpr auto kReaders = std::to_array<TQVLChartReader>({
     &QVLReadRadarChart,
     &QVLReadTreemapChart,
     &QVLReadVennChart,
+    &QVLReadDataTreeChart,
+    &QVLReadTimingChart,
+    &QVLReadNetworkChart,
+    &QVLReadSaltChart,
 });
 
-// The Mermaid header words of chart types.
-constexpr std::array<std::string_view, 17> kMermaidChartHeaders{
-    "gantt",    "pie",        "quadrantchart", "xychart-beta", "xychart",  "gitgraph",
-    "timeline", "journey",    "kanban",        "packet-beta",  "packet",   "sankey-beta",
-    "sankey",   "radar-beta", "treemap-beta",  "treemap",      "venn-beta"};
-
-// The PlantUML start words of chart-like kinds, and the @startuml statements that open one.
-constexpr std::array<std::string_view, 14> kPlantUMLChartStarts{
-    "gantt", "json",  "yaml", "salt",  "wire", "nwdiag", "chronology",
-    "files", "ditaa", "ebnf", "regex", "math", "latex",  "board"};
+// The diagram kinds that no reader draws as what they are yet: Mermaid header words and PlantUML start
+// words. Their texts go to the core model, which shows them as boxes and links.
+constexpr std::array<std::string_view, 1> kUndrawnMermaid{"zenuml"};
+constexpr std::array<std::string_view, 9> kUndrawnPlantUML{"wire",  "chronology", "files", "ditaa", "ebnf",
+                                                           "regex", "math",       "latex", "board"};
 
 std::string PlantUMLStartWord(std::string_view text) {
     static const Qvl::Types::TRegex kStart(
@@ -44,21 +43,6 @@ std::string PlantUMLStartWord(std::string_view text) {
     Qvl::Types::TRegexMatch match;
     if (!kStart.Match(text, match)) return {};
     return Qvl::Utils::ToLowerAscii(match.Group(1));
-}
-
-// A chart type that @startuml opens with its first statement: timing lanes, a salt wireframe, a network.
-std::string PlantUMLChartInUml(std::string_view text) {
-    static const Qvl::Types::TRegex kTiming(
-        R"(^\s*(?:robust|concise|clock|binary|analog)\s+["\w])",
-        {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    static const Qvl::Types::TRegex kSalt(
-        R"(^\s*salt\s*$)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    static const Qvl::Types::TRegex kNetwork(
-        R"(^\s*nwdiag\s*\{)", {Qvl::Types::TRegexFlag::rfCaseless, Qvl::Types::TRegexFlag::rfMultiline});
-    if (kTiming.Match(text)) return "timing";
-    if (kSalt.Match(text)) return "salt";
-    if (kNetwork.Match(text)) return "nwdiag";
-    return {};
 }
 
 }  // namespace
@@ -76,18 +60,17 @@ void QVLNoteUndrawnChart(std::string_view aText, TQVLDiagramFormat aFormat, TORX
     std::string type;
     if (aFormat == TQVLDiagramFormat::dgMermaid) {
         const std::string header = QVLMermaidHeaderWord(aText);
-        for (const std::string_view h : kMermaidChartHeaders)
+        for (const std::string_view h : kUndrawnMermaid)
             if (header == h) type = header;
     } else if (aFormat == TQVLDiagramFormat::dgPlantUML) {
         const std::string start = PlantUMLStartWord(aText);
-        for (const std::string_view s : kPlantUMLChartStarts)
+        for (const std::string_view s : kUndrawnPlantUML)
             if (start == s) type = start;
-        if (type.empty() && (start == "uml" || start.empty())) type = PlantUMLChartInUml(aText);
     }
     if (type.empty()) return;
-    aModel.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsWarning, 0, "CHART_NOT_DRAWN",
-                         "A " + type + " chart is not drawn as a chart yet; it is shown as boxes and links.",
-                         "");
+    aModel.AddDiagnostic(
+        TQVLDiagramDiagnosticSeverity::dsWarning, 0, "CHART_NOT_DRAWN",
+        "A " + type + " diagram is not drawn as what it is yet; it is shown as boxes and links.", "");
 }
 
 }  // namespace Orvex

@@ -11,8 +11,9 @@ namespace Orvex {
 // True when one of the chart readers took the text; the model is then complete, diagnostics included.
 bool QVLImportChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
-// For a text of a chart type that no reader draws as its chart yet, and that therefore went to the core
-// model: adds the warning CHART_NOT_DRAWN, so the user knows the boxes are a stand-in.
+// For a text of a kind that no reader draws as what it is yet (PlantUML ditaa, regex, wire, ...), and that
+// therefore went to the core model: adds the warning CHART_NOT_DRAWN, so the user knows the boxes are a
+// stand-in.
 void QVLNoteUndrawnChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 // One reader: false, leaving the model untouched, when the text is not its chart type.
@@ -33,5 +34,13 @@ bool QVLReadSankeyChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
 bool QVLReadRadarChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadTreemapChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 bool QVLReadVennChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML @startjson and @startyaml: a tree of tables.
+bool QVLReadDataTreeChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML timing diagrams: lanes of states over time.
+bool QVLReadTimingChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML nwdiag: networks and the hosts on them.
+bool QVLReadNetworkChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
+// PlantUML salt: a wireframe of widgets in grids.
+bool QVLReadSaltChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel);
 
 }  // namespace Orvex

@@ -8,6 +8,7 @@
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
+#include "orvex/diagrams/mindmap_import.h"
 #include "orvex/diagrams/sequence_import.h"
 #include "orvex/diagrams/uml_import.h"
 
@@ -110,6 +111,8 @@ std::unique_ptr<TORXDiagramModel> QVLImportDiagram(std::string_view aText, TQVLD
 
     auto model = std::make_unique<TORXDiagramModel>();
     if (QVLImportChart(aText, aFormat, *model)) return model;
+    model->Clear();
+    if (QVLImportMindMap(aText, aFormat, *model)) return model;
     model->Clear();
     if (QVLImportSequence(aText, aFormat, *model)) return model;
     model->Clear();

@@ -49,9 +49,10 @@ void ExpectLoadIsOneUndoStep(TORXHeadlessLabel& doc, const std::string& before) 
 }
 
 TEST(LayoutLoader, GraphLikeExamplesBecomeBoundFlowsAndLinks) {
-    for (const char* name : {"mermaid/flowchart.mmd", "mermaid/state.mmd", "mermaid/class.mmd",
-                             "mermaid/mindmap.mmd", "mermaid/treeview.mmd", "mermaid/ishikawa.mmd",
-                             "plantuml/activity.puml", "plantuml/mindmap.puml"}) {
+    for (const char* name :
+         {"mermaid/flowchart.mmd", "mermaid/state.mmd", "mermaid/class.mmd", "mermaid/mindmap.mmd",
+          "mermaid/treeview.mmd", "mermaid/ishikawa.mmd", "plantuml/activity.puml", "plantuml/mindmap.puml",
+          "plantuml/mindmap_indented.puml"}) {
         SCOPED_TRACE(name);
         const std::string text = LayoutTest::ReadExample(name);
         const auto format = QVLResolveFileFormat(name, TQVLDiagramFormat::dgAuto);
