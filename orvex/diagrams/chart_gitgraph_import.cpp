@@ -14,6 +14,7 @@
 #include "orvex/diagrams/chart_gitgraph.h"
 #include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/chart_reading.h"
+#include "orvex/diagrams/chart_text.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/import_text.h"
 #include "orvex/io/json.h"
@@ -176,7 +177,7 @@ class TGitGraphReader {
         std::optional<double> order;
         for (std::size_t i = 1; i < options.size(); ++i) {
             double value = 0;
-            if (options[i].Key == "order" && QVLReadChartNumber(options[i].Value, value))
+            if (options[i].Key == "order" && QVLChartNumber(options[i].Value, value))
                 order = value;
             else
                 Unexpected(options[i], "branch");
@@ -191,7 +192,7 @@ class TGitGraphReader {
         // Branches without an order sit after the main branch in creation order, before those
         // ordered 1 and up; the fraction is the branch's creation index written after "0.".
         double unordered = 0;
-        QVLReadChartNumber("0." + std::to_string(fGraph.Branches.size()), unordered);
+        QVLChartNumber("0." + std::to_string(fGraph.Branches.size()), unordered);
         fGraph.Branches.push_back({name, order.value_or(unordered)});
         fHeads[name] = fHeads[fCurrent];
         fCurrent = name;
@@ -378,7 +379,7 @@ bool QVLReadGitGraph(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
     if (mainBranch.empty()) mainBranch = "main";
     double mainOrder = 0;
     if (const auto order = QVLChartConfigValue(aText, "mainBranchOrder"))
-        if (!QVLReadChartNumber(*order, mainOrder)) mainOrder = 0;
+        if (!QVLChartNumber(*order, mainOrder)) mainOrder = 0;
     TGitGraphReader reader(aModel, *graph, mainBranch, mainOrder);
 
     const TQVLChartLines lines = QVLChartLines(aText, headerLine);

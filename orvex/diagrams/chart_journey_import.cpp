@@ -7,6 +7,7 @@
 #include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/chart_journey.h"
 #include "orvex/diagrams/chart_reading.h"
+#include "orvex/diagrams/chart_text.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/import_text.h"
 #include "orvex/io/json.h"
@@ -68,7 +69,7 @@ bool QVLReadJourney(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagr
         } else if (kTask.MatchAt(line.Text, 0, m)) {
             TQVLJourney::TTask task;
             task.Text = std::string(Trim(m.Group(1)));
-            if (!QVLReadChartNumber(m.Group(2), task.Score)) {
+            if (!QVLChartNumber(m.Group(2), task.Score)) {
                 aModel.AddDiagnostic(TSeverity::dsError, line.No, "JOURNEY_SCORE",
                                      "A task's score is a number after its colon (1 to 5 as a rule).",
                                      source);

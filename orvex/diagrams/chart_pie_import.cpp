@@ -1,13 +1,12 @@
 // Mermaid pie charts: `pie [showData] [title T]`, then `"label" : value` lines, with optional `title`,
 // `showData`, accessibility lines and comments.
-#include <charconv>
-#include <cmath>
 #include <memory>
 
 #include "orvex/core/regex.h"
 #include "orvex/core/text.h"
 #include "orvex/diagrams/chart_import.h"
 #include "orvex/diagrams/chart_pie.h"
+#include "orvex/diagrams/chart_text.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
@@ -20,11 +19,6 @@ using Qvl::Types::TRegex;
 using Qvl::Types::TRegexFlag;
 using Qvl::Types::TRegexMatch;
 using Qvl::Utils::Trim;
-
-bool ReadNumber(std::string_view text, double& value) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() && std::isfinite(value);
-}
 
 }  // namespace
 
@@ -70,7 +64,7 @@ bool QVLReadPieChart(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiag
         }
         if (kSlice.MatchAt(line, 0, m)) {
             double value = 0;
-            if (!ReadNumber(m.Group(2), value) || value < 0) {
+            if (!QVLChartNumber(m.Group(2), value) || value < 0) {
                 aModel.AddDiagnostic(TQVLDiagramDiagnosticSeverity::dsError, lineNo, "PIE_VALUE",
                                      "A slice needs a number of zero or more after its colon.",
                                      std::string(line));

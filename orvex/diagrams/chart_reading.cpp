@@ -1,8 +1,5 @@
 #include "orvex/diagrams/chart_reading.h"
 
-#include <charconv>
-#include <cmath>
-
 #include "orvex/core/text.h"
 
 namespace Orvex {
@@ -19,13 +16,6 @@ TQVLChartLines QVLChartLines(std::string_view aText, std::size_t aHeaderLine) {
             lines.Body.push_back(line);
     }
     return lines;
-}
-
-bool QVLReadChartNumber(std::string_view aText, double& aValue) {
-    std::string_view text = Qvl::Utils::Trim(aText);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), aValue);
-    return !text.empty() && error == std::errc{} && end == text.data() + text.size() && std::isfinite(aValue);
 }
 
 }  // namespace Orvex

@@ -1,5 +1,5 @@
-// What the Mermaid chart readers share: the header line and the statement lines after it, and numbers as
-// a chart text writes them.
+// The header line and the statement lines after it, as the git graph, timeline, journey and kanban readers
+// take them.
 #pragma once
 
 #include <string_view>
@@ -16,8 +16,5 @@ struct TQVLChartLines {
 
 // The lines of a Mermaid text whose header stands on aHeaderLine (as QVLMermaidHeaderWord gives it).
 TQVLChartLines QVLChartLines(std::string_view aText, std::size_t aHeaderLine);
-
-// A finite decimal number, blanks and a leading "+" allowed around it; false for anything else.
-bool QVLReadChartNumber(std::string_view aText, double& aValue);
 
 }  // namespace Orvex

@@ -84,6 +84,7 @@ void QVLChartBareHeader(TORXDiagramModel& aModel, const TQVLChartText& aText, st
 }
 
 bool QVLChartNumber(std::string_view aText, double& aValue) {
+    aText = Trim(aText);
     if (aText.starts_with('+')) aText.remove_prefix(1);
     if (aText.empty()) return false;
     const auto [end, error] = std::from_chars(aText.data(), aText.data() + aText.size(), aValue);

@@ -36,7 +36,7 @@ bool QVLReadChartText(std::string_view aText, TQVLDiagramFormat aFormat,
 // For headers that take nothing after them: the warning aCode when something follows the header word.
 void QVLChartBareHeader(TORXDiagramModel& aModel, const TQVLChartText& aText, std::string_view aCode);
 
-// aText as a whole is a finite number ("12", "-3.5", ".5", "+2").
+// aText as a whole, blanks around it aside, is a finite number ("12", "-3.5", ".5", "+2").
 bool QVLChartNumber(std::string_view aText, double& aValue);
 
 // A diagnostic about one statement line, quoting it.
