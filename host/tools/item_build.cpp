@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "host/tools/caption_fit.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_schema.h"
 #include "orvex/core/paper.h"
@@ -246,7 +247,9 @@ TJSON BoxJson(const TORXBaseLabel& aDoc, const TQVLRect& aRect) {
 }
 
 TJSON AddedResult(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem) {
-    return StructuredResult(ItemSummary(aDoc, aItem));
+    TJSON summary = ItemSummary(aDoc, aItem);
+    if (CaptionClipped(aItem)) summary["text_clipped"] = true;
+    return StructuredResult(std::move(summary));
 }
 
 }  // namespace Orvex::Host

@@ -7,6 +7,7 @@
 
 #include "host/layout/diagram_loader.h"
 #include "host/layout/layout_types.h"
+#include "host/tools/caption_fit.h"
 #include "host/tools/item_build.h"
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
@@ -130,18 +131,11 @@ void FontChanges(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem, const TJS
 // their sides and nothing is cut off. True when it grew.
 bool GrowToCaption(TORXBaseLabel& aDoc, TORXBaseItem& aItem) {
     if (aItem.ItemType() != TQVLItemType::itFlow) return false;
-    const TJSON json = aItem.WriteJson();
-    const TQVLFont font = TJSONUtils::GetFont(json.value("Font", TJSON::object()));
-    const TLayoutSize text = FontMeasure(font)(json.value("Text", std::string()));
-    const auto shape = static_cast<TQVLFlowType>(json.value("FlowType", 1));
-    const TLayoutSize needed = FlowBoxSize(shape, text);
+    const TCaptionRoom room = FlowCaptionRoom(aItem);
+    if (room.Fits()) return false;
     const TQVLRect b = aItem.BoundsRect();
-    const auto neededW = static_cast<std::int64_t>(std::ceil(needed.Width * static_cast<double>(kBasePerMM)));
-    const auto neededH =
-        static_cast<std::int64_t>(std::ceil(needed.Height * static_cast<double>(kBasePerMM)));
-    if (neededW <= b.GetWidth() && neededH <= b.GetHeight()) return false;
-    const std::int64_t w = std::max(neededW, b.GetWidth());
-    const std::int64_t h = std::max(neededH, b.GetHeight());
+    const std::int64_t w = std::max(room.NeededWidth, b.GetWidth());
+    const std::int64_t h = std::max(room.NeededHeight, b.GetHeight());
     // About the centre, but not past the page's top or left edge when it stood inside them.
     const std::int64_t left = std::max(b.Left - (w - b.GetWidth()) / 2, std::min<std::int64_t>(b.Left, 0));
     const std::int64_t top = std::max(b.Top - (h - b.GetHeight()) / 2, std::min<std::int64_t>(b.Top, 0));
@@ -239,6 +233,7 @@ TJSON ModifyItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     }
     TJSON summary = ItemSummary(aDoc, item);
     if (grown) summary["grown_to_fit_text"] = true;
+    if (CaptionClipped(item)) summary["text_clipped"] = true;
     return StructuredResult(std::move(summary));
 }
 
@@ -272,7 +267,8 @@ void RegisterItemEditTools(TToolRegistry& aRegistry) {
         "as one undo step. Move with x, y (new top-left) or dx, dy; resize box items with width and height; "
         "replace the points of lines and polygons. Set text, font, colours, pen, line type, rotation and "
         "paint order (z_order). A flow element whose new caption no longer fits grows about its centre "
-        "(grown_to_fit_text). Returns the item's name, id, index and bounds.",
+        "(grown_to_fit_text); a caption still cut off by the size given is reported (text_clipped). Returns "
+        "the item's name, id, index and bounds.",
         WithOneOf(
             WithProperties(ItemSelector(), {{"new_name", StringProp("")},
                                             {"layer", IntegerProp("", 1, INT16_MAX)},
@@ -303,7 +299,9 @@ void RegisterItemEditTools(TToolRegistry& aRegistry) {
                                             {"rotation", IntegerProp("Degrees: 0, 90, 180 or 270.", 0, 270)},
                                             {"z_order", EnumProp("", {"bring_to_front", "send_to_back"})}}),
             {"index", "name", "id"}),
-        ModifyItem, WithOutputProperties(ItemSummarySchema(), {}, {{"grown_to_fit_text", "boolean"}}));
+        ModifyItem,
+        WithOutputProperties(ItemSummarySchema(), {},
+                             {{"grown_to_fit_text", "boolean"}, {"text_clipped", "boolean"}}));
     aRegistry.Add(
         "delete_item",
         "Delete one item, named by exactly one of index, name or id. Deleting a flow element also deletes "

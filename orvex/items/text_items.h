@@ -214,6 +214,9 @@ class TORXBasePara : public TORXTextItem {
     void SetToPos(std::int64_t pos) { SetField<TORXBaseValueCmd>(fToPos, pos, TextProp::kToPos); }
     std::string ShownText() const;  // the part FromPos .. ToPos
     TQVLSPoint Position(const TORXBaseDraw& draw) const;
+    // The height the wrapped lines need, paddings included (base units): more than the box's height means
+    // the last lines are cut off.
+    std::int64_t LinesHeight() const;
 
     std::vector<TTextLinePos> TextLines() const override;
     void CalcValues(std::int16_t value) override;  // the height follows the lines when allowed
@@ -227,7 +230,6 @@ class TORXBasePara : public TORXTextItem {
     float* FloatField(std::uint16_t p) override;
     std::int64_t* IntField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
-    std::int64_t LinesHeight() const;  // base units, paddings included
     bool HasBackground() const override { return AlphaOf(fBackColor) != 0; }
 
     float fInterline = 0.0f;

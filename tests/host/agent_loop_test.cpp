@@ -201,6 +201,31 @@ TEST_F(AgentLoopTest, AGroupMovesItsMembersAndUngroupingLeavesThem) {
               "id: " + std::to_string(ids[0]) + " is not a group");
 }
 
+TEST_F(AgentLoopTest, ACaptionCutOffByTheSizeGivenIsReported) {
+    const TJSON flow = Ok("add_flow", {{"x", 10},
+                                       {"y", 10},
+                                       {"width", 12},
+                                       {"height", 6},
+                                       {"text", "Reject and notify the customer by mail"}});
+    EXPECT_EQ(flow["text_clipped"], true);
+    // A size given with the text is kept, and the result says the caption does not fit it.
+    const TJSON kept = Ok("modify_item", {{"id", flow["id"]}, {"text", "Reject it"}, {"width", 14}});
+    EXPECT_FALSE(kept.contains("grown_to_fit_text"));
+    EXPECT_EQ(kept["text_clipped"], true);
+    const TJSON fits = Ok("modify_item", {{"id", flow["id"]}, {"text", "Ok"}});
+    EXPECT_FALSE(fits.contains("text_clipped"));
+
+    const TJSON para = Ok("add_paragraph", {{"x", 0},
+                                            {"y", 40},
+                                            {"width", 30},
+                                            {"height", 5},
+                                            {"text",
+                                             "A paragraph with far more words than five millimetres "
+                                             "of height can show on one line"}});
+    EXPECT_EQ(para["text_clipped"], true);
+    EXPECT_FALSE(Ok("modify_item", {{"id", para["id"]}, {"height", 60}}).contains("text_clipped"));
+}
+
 TEST_F(AgentLoopTest, ALongerCaptionGrowsItsElement) {
     const TJSON flow = Ok("add_flow", {{"x", 10}, {"y", 10}, {"width", 20}, {"height", 10}, {"text", "Ok"}});
     Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
