@@ -28,7 +28,7 @@ TEST(KanbanChart, ColumnsHoldTheCardsIndentedBeneathThem) {
         "    docs[\"Blog post, draft\"]@{ ticket: MC-1, assigned: 'knsv', priority: 'High' }\n"
         "      deep[Nested deeper]\n"
         "  done[Done]\n"
-        "    spec[Spec]@{\n"
+        "    plan[Plan]@{\n"
         "      assigned: 'mo'\n"
         "      priority: 'Very Low'\n"
         "    }\n");
@@ -42,7 +42,7 @@ TEST(KanbanChart, ColumnsHoldTheCardsIndentedBeneathThem) {
             {"id": "docs", "text": "Blog post, draft", "ticket": "MC-1", "assigned": "knsv", "priority": "High"},
             {"id": "deep", "text": "Nested deeper", "ticket": "", "assigned": "", "priority": ""}]},
         {"id": "done", "text": "Done", "cards": [
-            {"id": "spec", "text": "Spec", "ticket": "", "assigned": "mo", "priority": "Very Low"}]}])"));
+            {"id": "plan", "text": "Plan", "ticket": "", "assigned": "mo", "priority": "Very Low"}]}])"));
 }
 
 TEST(KanbanChart, WhatCannotBeShownIsReported) {
