@@ -5,7 +5,7 @@ option(ORVEX_WERROR "Treat compiler warnings in Orvex's own targets as errors" O
 function(orvex_strict_warnings target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-    -Wimplicit-fallthrough)
+    -Wimplicit-fallthrough -Wold-style-cast -Wundef -Wzero-as-null-pointer-constant)
   if(ORVEX_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

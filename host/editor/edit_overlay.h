@@ -17,7 +17,8 @@ class TORXBaseLabel;
 namespace Orvex::Host {
 
 struct TOverlayView {
-    double PixelsPerUnit = 96.0 / 25.4;  // screen pixels per SVG unit: marks keep their size on screen
+    double PixelsPerUnit =
+        96.0 / Qvl::Types::kMMPerInch;  // screen pixels per SVG unit: marks keep their size on screen
     bool Grid = false;
     std::optional<TQVLSnapHit> Snap;  // where the last pointer position snapped
 };

@@ -163,7 +163,7 @@ void TEditSession::SetView(double aPixelsPerUnit) {
     fView.PixelsPerUnit = aPixelsPerUnit;
     TORXBaseDraw& draw = fDoc.Editor().fDraw;
     const std::int64_t scale = std::max<std::int64_t>(1, fDoc.Measure().fDrawScale);
-    const double inch = 25400.0 * static_cast<double>(scale);
+    const double inch = static_cast<double>(kBasePerInch) * static_cast<double>(scale);
     const double basePerUnit = static_cast<double>(TJSONUtils::UnitToBase(1000.0, fDoc.Units())) / 1000.0;
     const double dpi = aPixelsPerUnit / basePerUnit * inch * kDeviceSubPixels;
     draw.fDpix = draw.fDpiy = static_cast<std::int32_t>(std::clamp(std::llround(dpi), 1LL, 2000000000LL));

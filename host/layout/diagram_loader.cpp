@@ -39,7 +39,6 @@ namespace {
 // [SECTION] Measures and mappings
 //-----------------------------------------------------------------------------------------------------
 
-constexpr double kBasePerMM = 1000.0;
 constexpr TQVLineType kDashed = TQVLineType::ii22;
 constexpr TAlphaColor kNoteColor = 0xFFFFF8C4u;  // pale yellow, opaque
 constexpr TAlphaColor kFrameFill = 0xFFFFFFDEu;  // a container's ground: pale yellow
@@ -60,7 +59,7 @@ constexpr double kFigureWidth = 12.0;     // mm: an actor's stick figure
 constexpr double kFigureHeight = 19.0;
 
 std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * kBasePerMM));
+    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
 }
 
 TQVLTermType EdgeTerm(TQVLDiagEdgeArrow arrow) {
@@ -459,8 +458,9 @@ TTextMeasure FontMeasure(const TQVLFont& aFont) {
             if (end == std::string_view::npos) break;
             start = end + 1;
         }
-        return TLayoutSize{static_cast<double>(widest) / kBasePerMM,
-                           static_cast<double>(lines * metrics.LineHeight(aFont)) / kBasePerMM};
+        return TLayoutSize{
+            static_cast<double>(widest) / static_cast<double>(kBasePerMM),
+            static_cast<double>(lines * metrics.LineHeight(aFont)) / static_cast<double>(kBasePerMM)};
     };
 }
 

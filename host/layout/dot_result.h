@@ -1,6 +1,6 @@
-// What a dot layout yields that the diagram layout reads back: the bounding box, node centres, edge
-// routes and cluster boxes, in Graphviz's points (y upwards). A plain record, so that it can come from a
-// layout in another process as well as from one in this process.
+// Private to host/layout: what a dot layout yields that the diagram layout reads back: the bounding box, node
+// centres, edge routes and cluster boxes, in Graphviz's points (y upwards). A plain record, so that it can
+// come from a layout in another process as well as from one in this process.
 #pragma once
 
 #include <graphviz/cgraph.h>

@@ -19,13 +19,14 @@
 #include "host/layout/graphviz_settings.h"
 #include "host/layout/isolated_run.h"
 #include "host/layout/layered_layout.h"
+#include "orvex/core/units.h"
 #include "orvex/diagrams/diagram_model.h"
 
 namespace Orvex {
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
-constexpr double kMMPerInch = 25.4;
+using Qvl::Types::kMMPerInch;
+using Qvl::Types::kPointsPerInch;
 constexpr double kMMPerPoint = kMMPerInch / kPointsPerInch;
 constexpr const char* kLabelFontSize = "9";     // pt; what the link text is drawn with
 constexpr const char* kClusterFontSize = "10";  // pt; a container's title

@@ -1,7 +1,7 @@
-// Which layout a flowchart-like graph gets and how Graphviz's dot is tuned for it. dot's time grows
-// faster than the graph, with the edges as much as with the nodes, and it cannot be cancelled: graphs
-// beyond what it handles in time go to the plain layered layout (layered_layout.h) at once, and graphs
-// whose time is uncertain are laid out in a child process that is given up after a time budget.
+// Private to host/layout: which layout a flowchart-like graph gets and how Graphviz's dot is tuned for it.
+// dot's time grows faster than the graph, with the edges as much as with the nodes, and it cannot be
+// cancelled: graphs beyond what it handles in time go to the plain layered layout (layered_layout.h) at once,
+// and graphs whose time is uncertain are laid out in a child process that is given up after a time budget.
 #pragma once
 
 #include <graphviz/cgraph.h>

@@ -24,7 +24,6 @@ namespace {
 // [SECTION] Item helpers
 //-----------------------------------------------------------------------------------------------------
 
-constexpr double kBasePerMM = 1000.0;
 constexpr TQVLineType kDashed = TQVLineType::ii22;
 constexpr TAlphaColor kNoteColor = 0xFFFFF8C4u;  // pale yellow
 constexpr TAlphaColor kBoxColor = 0x40C8D2E6u;   // translucent grey-blue behind boxed participants
@@ -34,7 +33,7 @@ constexpr TAlphaColor kDividerColor = 0xFFE8E8E8u;
 constexpr TAlphaColor kActivationColor = 0xFFF4F4F4u;
 
 std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * kBasePerMM));
+    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
 }
 
 template <class T>

@@ -13,13 +13,12 @@
 namespace Orvex {
 namespace {
 
-constexpr double kBasePerMM = 1000.0;
 constexpr double kRowGap = 0.6;          // mm between two rows of a compartment
 constexpr double kCompartmentPad = 1.5;  // mm above and below a compartment's rows
 constexpr double kEmptyCompartment = 3.0;
 
 std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * kBasePerMM));
+    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
 }
 
 bool DrawsEmptyCompartments(const TQVLDiagNode& node) {

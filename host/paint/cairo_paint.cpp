@@ -18,11 +18,12 @@ double TPainter::Y(std::int64_t base) const {
 }
 
 double TPainter::Len(std::int64_t base) const {
-    return static_cast<double>(base) * Draw.fDpix / (static_cast<double>(Draw.fDrawScale) * 25400.0);
+    return static_cast<double>(base) * Draw.fDpix /
+           (static_cast<double>(Draw.fDrawScale) * static_cast<double>(kBasePerInch));
 }
 
 double TPainter::MM(float mm) const {
-    return static_cast<double>(mm) * Draw.fDpix / 25.4;
+    return static_cast<double>(mm) * Draw.fDpix / kMMPerInch;
 }
 
 double TPainter::PenPx(float mm) const {

@@ -40,7 +40,7 @@ std::int64_t DrawScale(const TORXBaseLabel& document) {
 
 // Label lengths (base units of the drawing) on paper, in inches.
 double PaperInches(std::int64_t base, std::int64_t drawScale) {
-    return static_cast<double>(base) / (static_cast<double>(drawScale) * 25400.0);
+    return static_cast<double>(base) / (static_cast<double>(drawScale) * static_cast<double>(kBasePerInch));
 }
 
 bool Shows(const TORXBaseItem& item, TQVLDrawState pass) {
@@ -223,12 +223,12 @@ TQVLPageSize PdfPageSize(const TORXBaseLabel& document) {
     const TORXMeasure& m = document.Measure();
     const std::int64_t scale = DrawScale(document);
     const TQVLRect extent = Extent(document, TQVLDrawState::dsPrint);
-    const double labelW = PaperInches(extent.GetWidth(), scale) * 72.0;
-    const double labelH = PaperInches(extent.GetHeight(), scale) * 72.0;
-    const double paperW = PaperInches(m.fPaperWidth, 1) * 72.0;
-    const double paperH = PaperInches(m.fPaperHeight, 1) * 72.0;
-    const double left = PaperInches(m.fMarginLeft, 1) * 72.0;
-    const double top = PaperInches(m.fMarginTop, 1) * 72.0;
+    const double labelW = PaperInches(extent.GetWidth(), scale) * kPointsPerInch;
+    const double labelH = PaperInches(extent.GetHeight(), scale) * kPointsPerInch;
+    const double paperW = PaperInches(m.fPaperWidth, 1) * kPointsPerInch;
+    const double paperH = PaperInches(m.fPaperHeight, 1) * kPointsPerInch;
+    const double left = PaperInches(m.fMarginLeft, 1) * kPointsPerInch;
+    const double top = PaperInches(m.fMarginTop, 1) * kPointsPerInch;
     constexpr double kSlack = 0.01;  // rounding of sizes stored in micrometres
     if (paperW > 0.0 && paperH > 0.0 && left + labelW <= paperW + kSlack && top + labelH <= paperH + kSlack)
         return {paperW, paperH, left, top};
@@ -247,7 +247,7 @@ bool EncodePdf(const TORXBaseLabel& document, std::vector<std::uint8_t>& pdf, st
     // The print pass places on whole device pixels; a 720 dpi grid keeps that a tenth of a point.
     constexpr std::int32_t kPdfDpi = 720;
     cairo_translate(cr, page.LabelX, page.LabelY);
-    cairo_scale(cr, 72.0 / kPdfDpi, 72.0 / kPdfDpi);
+    cairo_scale(cr, kPointsPerInch / kPdfDpi, kPointsPerInch / kPdfDpi);
     {
         TCairoDraw draw(cr);
         draw.fDpix = draw.fDpiy = kPdfDpi;

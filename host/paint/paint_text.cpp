@@ -83,7 +83,8 @@ void PaintItem(const TORXBaseRichText& item, const TPainter& p) {
         const TRichTextFormat& f = parsed.Formats[static_cast<std::size_t>(seg.FormatIndex)];
         TQVLFont font;
         font.Name = f.FontName;
-        font.FontHeight = static_cast<float>(f.FontSize * 25.4 / 72.0);  // sizes of the markup are points
+        font.FontHeight =
+            static_cast<float>(f.FontSize * kMMPerInch / kPointsPerInch);  // sizes of the markup are points
         font.FontColor = f.FontColor;
         font.Bold = f.Bold;
         font.Italic = f.Italic;

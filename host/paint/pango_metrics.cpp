@@ -15,7 +15,7 @@ namespace {
 // Texts are measured at a hundred device units per millimetre of font height: large enough that glyph
 // advances keep their precision, and with hinting off they scale exactly to any other size.
 constexpr double kUnitsPerMM = 100.0;
-constexpr double kBasePerUnit = 1000.0 / kUnitsPerMM;
+constexpr double kBasePerUnit = static_cast<double>(kBasePerMM) / kUnitsPerMM;
 
 std::int64_t ToBase(double units) {
     return static_cast<std::int64_t>(std::llround(units * kBasePerUnit));

@@ -36,11 +36,11 @@ float TQVLPto::GetY(TQVLUnits unit) const {
 }
 
 void TQVLPto::SetDpIBaseX(float value, std::int32_t dpi) {
-    if (dpi > 0) X = RoundHalfEven(static_cast<double>(value) * 25400.0 / dpi);
+    if (dpi > 0) X = RoundHalfEven(static_cast<double>(value) * static_cast<double>(kBasePerInch) / dpi);
 }
 
 void TQVLPto::SetDpIBaseY(float value, std::int32_t dpi) {
-    if (dpi > 0) Y = RoundHalfEven(static_cast<double>(value) * 25400.0 / dpi);
+    if (dpi > 0) Y = RoundHalfEven(static_cast<double>(value) * static_cast<double>(kBasePerInch) / dpi);
 }
 
 TQVLBPoint operator*(const TQVLBPoint& a, float f) {

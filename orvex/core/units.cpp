@@ -4,20 +4,23 @@
 
 namespace Qvl::Utils {
 
+using Qvl::Types::kBasePerInch;
+using Qvl::Types::kBasePerMM;
+
 std::int64_t UnitFactor(TQVLUnits unit) {
     switch (unit) {
         case TQVLUnits::unMM:
-            return 1000;
+            return kBasePerMM;
         case TQVLUnits::unINCH:
-            return 25400;
+            return kBasePerInch;
         case TQVLUnits::unCM:
-            return 10000;
+            return 10 * kBasePerMM;
         case TQVLUnits::unDM:
-            return 100000;
+            return 100 * kBasePerMM;
         case TQVLUnits::unM:
-            return 1000000;
+            return 1000 * kBasePerMM;
         case TQVLUnits::unFt:
-            return 304800;
+            return 12 * kBasePerInch;
         case TQVLUnits::unYd:
             return 914000;
     }
@@ -45,11 +48,11 @@ std::string_view SymUnit(TQVLUnits unit, bool shortForm) {
 }
 
 float GetBaseValue(std::int64_t value) {
-    return static_cast<float>(static_cast<double>(value) / 1000.0);
+    return static_cast<float>(static_cast<double>(value) / static_cast<double>(kBasePerMM));
 }
 
 std::int64_t SetBaseValue(float mm) {
-    return RoundHalfEven(static_cast<double>(mm) * 1000.0);
+    return RoundHalfEven(static_cast<double>(mm) * static_cast<double>(kBasePerMM));
 }
 
 float GetValue(std::int64_t value, TQVLUnits unit) {

@@ -12,6 +12,10 @@ inline constexpr int kUnitCount = 7;
 
 // One micrometre: every stored length is a whole number of these.
 inline constexpr std::int64_t kBasePerMM = 1000;
+inline constexpr std::int64_t kBasePerInch = 25400;
+inline constexpr double kMMPerInch = 25.4;
+// Typographic points: font sizes of rich-text markup, Graphviz coordinates and PDF pages count in them.
+inline constexpr double kPointsPerInch = 72.0;
 
 }  // namespace Qvl::Types
 

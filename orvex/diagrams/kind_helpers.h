@@ -1,5 +1,5 @@
-// Small pieces that the per-kind routines of both parsers share: usable lines with their indentation,
-// generated identifiers, and the parent stack of indentation-based trees.
+// Private to the parsers: small pieces that the per-kind routines of both share, usable lines with their
+// indentation, generated identifiers, and the parent stack of indentation-based trees.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// Line reading shared by the UML-family readers: numbered, trimmed statement lines without comments,
-// and the diagnostic every statement that is not drawn gets.
+// Private to the UML-family readers: the line reading they share, numbered, trimmed statement lines without
+// comments, and the diagnostic every statement that is not drawn gets.
 #pragma once
 
 #include <cstdint>

@@ -84,14 +84,16 @@ TORXEditor::TORXEditor(TORXBaseLabel& document) : fDoc(document) {}
 
 TQVLPto64 TORXEditor::ToBase(float x, float y) const {
     // The inverse of the draw context's base-to-device conversion, after the scroll offset.
-    const double inch = 25400.0 * static_cast<double>(fDraw.fDrawScale > 0 ? fDraw.fDrawScale : 1);
+    const double inch =
+        static_cast<double>(kBasePerInch) * static_cast<double>(fDraw.fDrawScale > 0 ? fDraw.fDrawScale : 1);
     const double bx = (static_cast<double>(x) - fDraw.fDX) * inch / std::max(1, fDraw.fDpix);
     const double by = (static_cast<double>(y) - fDraw.fDY) * inch / std::max(1, fDraw.fDpiy);
     return {MathRound(bx), MathRound(by)};
 }
 
 std::int64_t TORXEditor::Tolerance() const {
-    const double inch = 25400.0 * static_cast<double>(fDraw.fDrawScale > 0 ? fDraw.fDrawScale : 1);
+    const double inch =
+        static_cast<double>(kBasePerInch) * static_cast<double>(fDraw.fDrawScale > 0 ? fDraw.fDrawScale : 1);
     return std::max<std::int64_t>(1, MathRound(fPickGap * inch / std::max(1, fDraw.fDpix)));
 }
 

@@ -82,11 +82,11 @@ std::int64_t TORX2DItem::BaseScaleHeight() const {
 }
 
 float TORX2DItem::WidthPx(std::int32_t dpi) const {
-    return static_cast<float>(static_cast<double>(Width()) * dpi / 25400.0);
+    return static_cast<float>(static_cast<double>(Width()) * dpi / static_cast<double>(kBasePerInch));
 }
 
 float TORX2DItem::HeightPx(std::int32_t dpi) const {
-    return static_cast<float>(static_cast<double>(Height()) * dpi / 25400.0);
+    return static_cast<float>(static_cast<double>(Height()) * dpi / static_cast<double>(kBasePerInch));
 }
 
 void TORX2DItem::CalcValues(std::int16_t value) {

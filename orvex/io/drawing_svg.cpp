@@ -72,10 +72,10 @@ std::string TORXBaseLabel::SVG(TQVLExportSVG kind, float scale, bool flag) const
     }
     if (!groups.empty()) groups += "</g>\n";
 
-    const double widthMM =
-        static_cast<double>(extent.GetWidth()) / 1000.0 / static_cast<double>(drawScale) * outScale;
-    const double heightMM =
-        static_cast<double>(extent.GetHeight()) / 1000.0 / static_cast<double>(drawScale) * outScale;
+    const double widthMM = static_cast<double>(extent.GetWidth()) / static_cast<double>(kBasePerMM) /
+                           static_cast<double>(drawScale) * outScale;
+    const double heightMM = static_cast<double>(extent.GetHeight()) / static_cast<double>(kBasePerMM) /
+                            static_cast<double>(drawScale) * outScale;
     std::string out;
     if (kind == TQVLExportSVG::esFile) out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     out += fmt::format(

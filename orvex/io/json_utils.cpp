@@ -92,11 +92,11 @@ double TJSONUtils::Round(double value) {
 }
 
 double TJSONUtils::BaseToMM(std::int64_t value) {
-    return Round(static_cast<double>(value) / 1000.0);
+    return Round(static_cast<double>(value) / static_cast<double>(kBasePerMM));
 }
 
 std::int64_t TJSONUtils::MMToBase(double mm) {
-    return Qvl::Utils::ClampCoord(RoundHalfEven(mm * 1000.0));
+    return Qvl::Utils::ClampCoord(RoundHalfEven(mm * static_cast<double>(kBasePerMM)));
 }
 
 double TJSONUtils::BaseToUnit(std::int64_t value, TQVLUnits unit) {

@@ -1,5 +1,5 @@
-// Small geometry shared by the line and shape kinds: angles as users enter them, snapping to segments and
-// to the document's intersection points, point lists for SVG. Not part of the public API.
+// Private to the line and shape kinds: the small geometry they share, angles as users enter them, snapping
+// to segments and to the document's intersection points, point lists for SVG.
 #pragma once
 
 #include <cstdint>

@@ -70,11 +70,11 @@ void WalkMarkup(std::string_view text, TVisit visit) {
 }  // namespace
 
 std::int32_t MMToPoints(float mm) {
-    return static_cast<std::int32_t>(std::lround(static_cast<double>(mm) * 72.0 / 25.4));
+    return static_cast<std::int32_t>(std::lround(static_cast<double>(mm) * kPointsPerInch / kMMPerInch));
 }
 
 float PointsToMM(std::int32_t points) {
-    return static_cast<float>(static_cast<double>(points) * 25.4 / 72.0);
+    return static_cast<float>(static_cast<double>(points) * kMMPerInch / kPointsPerInch);
 }
 
 // [SECTION] Content and positions

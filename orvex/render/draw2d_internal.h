@@ -1,5 +1,5 @@
-// Helpers shared by the draw2d_*.cpp files only: exact 128-bit products, rounding to base units, and the
-// candidate search of the extend tools.
+// Private to the draw2d_*.cpp files: exact 128-bit products, rounding to base units, and the candidate
+// search of the extend tools.
 #pragma once
 
 #include <cmath>

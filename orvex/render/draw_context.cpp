@@ -12,7 +12,7 @@ namespace {
 // drawing scale; it counts as full size rather than dividing by zero.
 double InchInBase(const TORXBaseDraw& draw) {
     const std::int64_t scale = draw.fDrawScale > 0 ? draw.fDrawScale : 1;
-    return static_cast<double>(scale * 25400);
+    return static_cast<double>(scale * kBasePerInch);
 }
 
 std::int32_t ClampToInt32(std::int64_t v) {
@@ -26,12 +26,12 @@ double DeviceFromBase(std::int64_t value, std::int32_t dpi, const TORXBaseDraw& 
 }
 
 float MillimetresToDevice(float mm, std::int32_t dpi) {
-    return static_cast<float>(static_cast<double>(mm) * dpi / 25.4);
+    return static_cast<float>(static_cast<double>(mm) * dpi / kMMPerInch);
 }
 
 std::int32_t MillimetresToPrinter(float mm, std::int32_t dpi) {
     if (mm == 0.0f) return 0;
-    return ClampToInt32(RoundHalfEven(static_cast<double>(mm) * dpi / 25.4));
+    return ClampToInt32(RoundHalfEven(static_cast<double>(mm) * dpi / kMMPerInch));
 }
 
 }  // namespace
