@@ -9,6 +9,7 @@
 #include "host/editor/edit_properties.h"
 #include "host/editor/edit_tool_catalog.h"
 #include "host/tools/tool_args.h"
+#include "orvex/core/units.h"
 #include "orvex/document/document.h"
 #include "orvex/document/editor_tools.h"
 #include "orvex/io/drawing_file.h"

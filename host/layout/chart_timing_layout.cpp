@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/layout/chart_layout.h"
+#include "orvex/core/units.h"
 #include "orvex/diagrams/chart_timing.h"
 #include "orvex/items/line_items.h"
 
@@ -18,7 +19,7 @@ namespace {
 using TLane = TQVLTimingChart::TLane;
 
 constexpr double kPlotWidthMM = 150.0;  // the time span's width when the text sets no scale
-constexpr double kMMPerPixel = 25.4 / 96.0;
+constexpr double kMMPerPixel = kMMPerInch / 96.0;
 constexpr double kLevelMM = 7.0;    // between two state levels of a robust lane
 constexpr double kAnalogMM = 20.0;  // height of an analog lane's value range
 constexpr double kWaveMM = 8.0;     // height of a square wave, of a concise segment

@@ -1,5 +1,5 @@
-// The header line and the statement lines after it, as the git graph, timeline, journey and kanban readers
-// take them.
+// Private to the git graph, timeline, journey and kanban readers: the header line and the statement lines
+// after it, as they take them.
 #pragma once
 
 #include <string_view>

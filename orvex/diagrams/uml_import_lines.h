@@ -1,5 +1,5 @@
-// Private to the UML-family readers: the line reading they share, numbered, trimmed statement lines without
-// comments, and the diagnostic every statement that is not drawn gets.
+// Private to the UML-family, requirement and some chart readers: the line reading they share, numbered,
+// trimmed statement lines without comments, and the diagnostic every statement that is not drawn gets.
 #pragma once
 
 #include <cstdint>
