@@ -2,9 +2,9 @@
 // the settings that change the main branch and the lane order, and the statements git would refuse.
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <string>
 
+#include "orvex/core/regex.h"
 #include "orvex/diagrams/chart_gitgraph.h"
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/io/json.h"
@@ -79,10 +79,10 @@ TEST(GitGraphChart, AutomaticIdsAreStableAndCountTheCommits) {
     const auto first = Read(text);
     const auto second = Read(text);
     ASSERT_EQ(first.Git->Commits.size(), 3u);
-    const std::regex shape("^[0-9]+-[0-9a-f]{7}$");
+    const Qvl::Types::TRegex shape(R"(^[0-9]+-[0-9a-f]{7}$)");
     for (std::size_t i = 0; i < 3; ++i) {
         const std::string& id = first.Git->Commits[i].Id;
-        EXPECT_TRUE(std::regex_match(id, shape)) << id;
+        EXPECT_TRUE(shape.Match(id)) << id;
         EXPECT_EQ(id.substr(0, id.find('-')), std::to_string(i));
         EXPECT_EQ(id, second.Git->Commits[i].Id);
     }
