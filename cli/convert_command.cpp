@@ -60,9 +60,9 @@ int Convert(const TConvertArgs& args) {
         const auto loaded = Orvex::LoadDrawingFile(args.Input, document);
         if (!loaded) {
             fmt::print(stderr, "orvex: {}\n", loaded.Message);
-            return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+            return loaded.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
         }
-        PrintReadWarnings(loaded.Warnings);
+        PrintReadWarnings(loaded.Value.Warnings);
     }
     if (picture) return WritePicture(document, args.Output, args.Picture);
     if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {
