@@ -65,12 +65,12 @@ double WallTimeLeft(const Orvex::TPathAnimator& animator) {
 int Animate(const std::string& fileName, int fps) {
     const Orvex::TPathFileResult read = Orvex::ReadPathFile(fileName);
     if (!read.Ok()) {
-        std::fprintf(stderr, "%s\n", read.Error.c_str());
-        return read.IoError ? kExitUsage : kExitInvalid;
+        std::fprintf(stderr, "%s\n", read.Message.c_str());
+        return read.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
     }
     Orvex::TPathAnimator animator;
     try {
-        Orvex::ApplyPathFile(read.File, animator);
+        Orvex::ApplyPathFile(read.Value, animator);
     } catch (const std::out_of_range& e) {
         std::fprintf(stderr, "%s\n", e.what());
         return kExitInvalid;

@@ -9,7 +9,7 @@
 
 #include "cli/commands.h"
 #include "cli/convert_picture.h"
-#include "orvex/diagrams/diagram_import.h"
+#include "host/layout/diagram_loader.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/drawing_file.h"
@@ -23,23 +23,24 @@ struct TConvertArgs {
     TPictureArgs Picture;
 };
 
-// A Mermaid or PlantUML file goes through the registered layout; when it does not place, the parser's
-// findings say why, one per line.
+// A Mermaid or PlantUML file is laid out; when it does not place, the findings of that same parse say
+// why, one per line.
 int LoadDiagram(const std::string& input, Orvex::TORXBaseLabel& document) {
-    std::string text;
-    if (!Orvex::QVLReadDiagramFile(input, text)) {
-        fmt::print(stderr, "orvex: {}: cannot read the file\n", input);
+    const Orvex::TQVLDiagramLoadResult loaded =
+        Orvex::PlaceDiagramFile(document, input, Orvex::TQVLDiagramFormat::dgAuto);
+    if (loaded) return kExitOk;
+    if (loaded.Code == Orvex::QVLErr::kNoFile) {
+        fmt::print(stderr, "orvex: {}\n", loaded.Message);
         return kExitUsage;
     }
-    if (document.LoadFromDiagram(input, Orvex::TQVLDiagramFormat::dgAuto)) return kExitOk;
-    const auto model =
-        Orvex::QVLImportDiagram(text, Orvex::QVLResolveFileFormat(input, Orvex::TQVLDiagramFormat::dgAuto));
     static constexpr const char* kSeverity[] = {"info", "warning", "error"};
-    for (const auto& d : model->Diagnostics())
+    bool errors = false;
+    for (const auto& d : loaded.Value.Diagnostics) {
         fmt::print(stderr, "orvex: {}:{}: {} {}: {}\n", input, d.Line,
                    kSeverity[static_cast<int>(d.Severity)], d.Code, d.MessageText);
-    if (!model->HasDiagnostics(Orvex::TQVLDiagramDiagnosticSeverity::dsError))
-        fmt::print(stderr, "orvex: {}: the diagram could not be placed\n", input);
+        errors = errors || d.Severity == Orvex::TQVLDiagramDiagnosticSeverity::dsError;
+    }
+    if (!errors) fmt::print(stderr, "orvex: {}: the diagram could not be placed\n", input);
     return kExitInvalid;
 }
 
@@ -60,9 +61,9 @@ int Convert(const TConvertArgs& args) {
         const auto loaded = Orvex::LoadDrawingFile(args.Input, document);
         if (!loaded) {
             fmt::print(stderr, "orvex: {}\n", loaded.Message);
-            return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+            return loaded.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
         }
-        PrintReadWarnings(loaded.Warnings);
+        PrintReadWarnings(loaded.Value.Warnings);
     }
     if (picture) return WritePicture(document, args.Output, args.Picture);
     if (const auto saved = Orvex::SaveDrawingAs(args.Output, document); !saved) {

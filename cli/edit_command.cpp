@@ -74,7 +74,7 @@ int Edit(const TEditArgs& args) {
     Orvex::TORXHeadlessLabel document;
     if (const auto opened = Orvex::Host::OpenDrawing(args.File, document); !opened) {
         fmt::print(stderr, "orvex: {}\n", opened.Message);
-        return opened.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+        return opened.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
     }
     Orvex::TORXMCPServer tools;  // never started: its tools serve the page's file and layer actions
     Orvex::Host::TToolOptions toolOptions;

@@ -18,9 +18,9 @@ int Info(const std::string& fileName) {
     const auto loaded = Orvex::LoadDrawingFile(fileName, document);
     if (!loaded) {
         fmt::print(stderr, "orvex: {}\n", loaded.Message);
-        return loaded.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+        return loaded.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
     }
-    PrintReadWarnings(loaded.Warnings);
+    PrintReadWarnings(loaded.Value.Warnings);
     const Orvex::TQVLDrawingSummary s = Orvex::SummarizeDrawing(document);
     const auto unit = Orvex::UnitFactor(s.Units);
     const auto inUnit = [unit](std::int64_t v) { return static_cast<double>(v) / static_cast<double>(unit); };

@@ -265,9 +265,9 @@ int Serve(const TServeArgs& args) {
     const auto opened = Orvex::Host::OpenDrawing(args.Drawing, document);
     if (!opened) {
         fmt::print(stderr, "orvex: {}\n", opened.Message);
-        return opened.Error == Orvex::TQVLFileError::feRead ? kExitUsage : kExitInvalid;
+        return opened.Code == Orvex::QVLErr::kNoFile ? kExitUsage : kExitInvalid;
     }
-    PrintReadWarnings(opened.Warnings);
+    PrintReadWarnings(opened.Value.Warnings);
 
     Orvex::TORXMCPServer server;
     server.SetPort(args.Port);

@@ -18,10 +18,6 @@ namespace {
 
 constexpr TQVLineType kDashed = TQVLineType::ii22;
 
-std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
-}
-
 void ApplyOutline(TORXBaseItem& item, const TChartPaint& paint) {
     item.SetColor(paint.Stroke);
     if (paint.PenMM > 0) item.SetPenWidthMM(paint.PenMM);
@@ -36,14 +32,14 @@ void ApplyFill(TORX2DItem& item, const TChartPaint& paint) {
 TQVLPtoA BasePoints(const std::vector<TLayoutPoint>& points) {
     TQVLPtoA out;
     out.reserve(points.size());
-    for (const TLayoutPoint& p : points) out.push_back({Base(p.X), Base(p.Y)});
+    for (const TLayoutPoint& p : points) out.push_back({BaseFromMM(p.X), BaseFromMM(p.Y)});
     return out;
 }
 
 template <class T>
 void Span(T& item, const TLayoutBox& box) {
-    item.SetBase(1, Base(box.X), Base(box.Y));
-    item.SetBase(2, Base(box.Right()), Base(box.Bottom()));
+    item.SetBase(1, BaseFromMM(box.X), BaseFromMM(box.Y));
+    item.SetBase(2, BaseFromMM(box.Right()), BaseFromMM(box.Bottom()));
 }
 
 double AlignOffset(TChartAlign align, double extent) {
@@ -79,7 +75,7 @@ TAlphaColor ChartSeriesColor(std::size_t aIndex) {
     return kPalette[aIndex % kPalette.size()];
 }
 
-TChartCanvas::TChartCanvas(TORXBaseLabel& aDocument, TDiagramPlacement* aPlacement)
+TChartCanvas::TChartCanvas(TORXBaseLabel& aDocument, TQVLDiagramPlacement* aPlacement)
     : fDocument(aDocument), fPlacement(aPlacement) {}
 
 template <class T>
@@ -96,7 +92,7 @@ TORXBaseRectangle* TChartCanvas::Rect(const TLayoutBox& aBox, const TChartPaint&
     ApplyOutline(*item, aPaint);
     ApplyFill(*item, aPaint);
     if (aPaint.Dashed) item->SetLineType(kDashed);
-    if (aCornerMM > 0) item->SetBaseRadio(static_cast<std::int32_t>(Base(aCornerMM)));
+    if (aCornerMM > 0) item->SetBaseRadio(static_cast<std::int32_t>(BaseFromMM(aCornerMM)));
     return item;
 }
 
@@ -138,8 +134,8 @@ TORXBaseSector* TChartCanvas::Sector(TLayoutPoint aCenter, double aRadius, doubl
 TORXBaseLine* TChartCanvas::Line(TLayoutPoint aFrom, TLayoutPoint aTo, const TChartPaint& aPaint) {
     auto* item = Make<TORXBaseLine>(static_cast<int>(TQVLItemType::itLine));
     if (item == nullptr) return nullptr;
-    item->SetBase(1, Base(aFrom.X), Base(aFrom.Y));
-    item->SetBase(2, Base(aTo.X), Base(aTo.Y));
+    item->SetBase(1, BaseFromMM(aFrom.X), BaseFromMM(aFrom.Y));
+    item->SetBase(2, BaseFromMM(aTo.X), BaseFromMM(aTo.Y));
     ApplyOutline(*item, aPaint);
     if (aPaint.Dashed) item->SetLineType(kDashed);
     return item;
@@ -171,7 +167,7 @@ TORXBaseText* TChartCanvas::Text(TLayoutPoint aAt, const std::string& aText, con
     const TLayoutSize size = Measure(aText, aStyle);
     const double x = aAt.X - AlignOffset(aStyle.Horizontal, size.Width);
     const double y = aAt.Y - AlignOffset(aStyle.Vertical, size.Height);
-    item->SetBase(1, Base(x), Base(y));
+    item->SetBase(1, BaseFromMM(x), BaseFromMM(y));
     item->SetFontHeight(aStyle.Height);
     if (aStyle.Bold) item->SetBold(true);
     if (aStyle.Italic) item->SetItalic(true);

@@ -28,7 +28,7 @@ class TORXBasePolygon;
 class TORXBaseText;
 class TORXBaseFlow;
 class TORXBaseLink;
-struct TDiagramPlacement;
+struct TQVLDiagramPlacement;
 
 enum class TChartAlign : std::uint8_t { caStart, caCenter, caEnd };
 
@@ -59,7 +59,7 @@ TAlphaColor ChartSeriesColor(std::size_t aIndex);
 class TChartCanvas {
   public:
     // aPlacement, when given, receives the boxes made with Box() under the ids given to it.
-    TChartCanvas(TORXBaseLabel& aDocument, TDiagramPlacement* aPlacement = nullptr);
+    TChartCanvas(TORXBaseLabel& aDocument, TQVLDiagramPlacement* aPlacement = nullptr);
 
     // Each returns the item, or null when the document cannot make it (Failed() then turns true).
     TORXBaseRectangle* Rect(const TLayoutBox& aBox, const TChartPaint& aPaint, double aCornerMM = 0);
@@ -93,7 +93,7 @@ class TChartCanvas {
     T* Make(int aType);
 
     TORXBaseLabel& fDocument;
-    TDiagramPlacement* fPlacement;
+    TQVLDiagramPlacement* fPlacement;
     bool fFailed = false;
 };
 

@@ -41,7 +41,7 @@ TChartDrawer DrawerOf(std::string_view type) {
 
 }  // namespace
 
-bool PlaceChart(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel, TDiagramPlacement* aPlacement,
+bool PlaceChart(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel, TQVLDiagramPlacement* aPlacement,
                 double aLeft, double aTop) {
     const TQVLChart* chart = aModel.Chart();
     if (chart == nullptr) return false;

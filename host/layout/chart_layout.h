@@ -12,7 +12,7 @@ class TQVLChart;
 
 // Draws aModel's chart with its top-left corner at (aLeft, aTop) mm. False when the document cannot make
 // the items, or when no drawer knows the chart's type.
-bool PlaceChart(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel, TDiagramPlacement* aPlacement,
+bool PlaceChart(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel, TQVLDiagramPlacement* aPlacement,
                 double aLeft = kLayoutMargin, double aTop = kLayoutMargin);
 
 // One drawer: draws the chart with its top-left corner at aOrigin and returns the extent it used (mm).

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "host/layout/layout_types.h"
 #include "orvex/core/units.h"
 #include "orvex/document/layer.h"
 #include "orvex/items/text_metrics.h"
@@ -17,7 +18,7 @@ std::string ChartWrap(std::string_view aText, double aWidthMM, const TChartTextS
     std::string plain;  // WrapText breaks at "\n" only
     for (const char c : aText)
         if (c != '\r') plain += c;
-    const auto width = static_cast<std::int64_t>(std::llround(aWidthMM * static_cast<double>(kBasePerMM)));
+    const std::int64_t width = BaseFromMM(aWidthMM);
     std::string out;
     for (const std::string& line : WrapText(plain, font, width, QVLTextMetrics())) {
         if (!out.empty()) out += "\r\n";

@@ -8,6 +8,8 @@
 // [SECTION] Entry
 #include "host/layout/diagram_loader.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -56,10 +58,6 @@ constexpr double kTitleGap = 4.0;         // mm between the title and the diagra
 constexpr double kEndLabelOffset = 2.5;   // mm from a link's end to its end label
 constexpr double kFigureWidth = 12.0;     // mm: an actor's stick figure
 constexpr double kFigureHeight = 19.0;
-
-std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
-}
 
 TQVLTermType EdgeTerm(TQVLDiagEdgeArrow arrow) {
     switch (arrow) {
@@ -116,8 +114,8 @@ TORXBaseFlow* AddFlow(TORXBaseLabel& doc, const TLayoutBox& box, TQVLFlowType sh
                       const std::string& text) {
     auto* flow = Create<TORXBaseFlow>(doc, TQVLItemType::itFlow);
     if (flow == nullptr) return nullptr;
-    flow->SetBase(1, Base(box.X), Base(box.Y));
-    flow->SetBase(2, Base(box.Right()), Base(box.Bottom()));
+    flow->SetBase(1, BaseFromMM(box.X), BaseFromMM(box.Y));
+    flow->SetBase(2, BaseFromMM(box.Right()), BaseFromMM(box.Bottom()));
     flow->SetFlowType(shape);
     flow->SetText(text);
     return flow;
@@ -136,15 +134,15 @@ void AddEndLabel(TORXBaseLabel& doc, TLayoutPoint end, TLayoutPoint toward, cons
                           end.Y + dy / length * along + dx / length * kEndLabelOffset};
     auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
     if (item == nullptr) return;
-    item->SetBase(1, Base(at.X - size.Width / 2), Base(at.Y - size.Height / 2));
+    item->SetBase(1, BaseFromMM(at.X - size.Width / 2), BaseFromMM(at.Y - size.Height / 2));
     item->SetText(text);
 }
 
 void AddLine(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to, TQVLineType lineType) {
     auto* line = Create<TORXBaseLine>(doc, TQVLItemType::itLine);
     if (line == nullptr) return;
-    line->SetBase(1, Base(from.X), Base(from.Y));
-    line->SetBase(2, Base(to.X), Base(to.Y));
+    line->SetBase(1, BaseFromMM(from.X), BaseFromMM(from.Y));
+    line->SetBase(2, BaseFromMM(to.X), BaseFromMM(to.Y));
     line->SetLineType(lineType);
 }
 
@@ -307,7 +305,8 @@ double AddTitle(TORXBaseLabel& doc, const std::string& title, double width) {
     item->SetFontHeight(kTitleFontHeight);
     item->SetBold(true);
     item->SetText(title);
-    item->SetBase(1, Base(std::max(kLayoutMargin, (width - size.Width) / 2)), Base(kLayoutMargin));
+    item->SetBase(1, BaseFromMM(std::max(kLayoutMargin, (width - size.Width) / 2)),
+                  BaseFromMM(kLayoutMargin));
     return size.Height + kTitleGap;
 }
 
@@ -359,7 +358,8 @@ void AddLink(TORXBaseLabel& doc, const TQVLDiagEdge& edge, const TLayoutRoute& r
         // The route's bends become the user points of a polyline; its ends stay on the sides it meets.
         link->SetLinkType(TQVLinkType::ltPolyline);
         for (std::size_t i = 1; i + 1 < route.Points.size(); ++i)
-            link->InsertPoint(Base(route.Points[i].X), Base(route.Points[i].Y), link->GetNumLinkPoints() + 1);
+            link->InsertPoint(BaseFromMM(route.Points[i].X), BaseFromMM(route.Points[i].Y),
+                              link->GetNumLinkPoints() + 1);
         link->Bind(from, SideOf(fromBox, route.Points.front()), to, SideOf(toBox, route.Points.back()));
     } else {
         link->SetLinkType(TQVLinkType::ltDirLine);
@@ -464,46 +464,85 @@ TTextMeasure FontMeasure(const TQVLFont& aFont) {
 }
 
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
-    TDiagramPlacement placement;
-    return LoadDiagramWithLayout(aDocument, aText, aFormat, placement);
+    return PlaceDiagramText(aDocument, aText, aFormat).Ok();
 }
 
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
                            TDiagramPlacement& aPlacement) {
-    aPlacement = {};
-    const std::unique_ptr<TORXDiagramModel> model = QVLImportDiagram(aText, aFormat);
-    if (model == nullptr || model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) return false;
+    TQVLDiagramLoadResult loaded = PlaceDiagramText(aDocument, aText, aFormat);
+    aPlacement = std::move(loaded.Value.Placement);
+    return loaded.Ok();
+}
+
+TQVLDiagramLoadResult PlaceDiagramText(TORXBaseLabel& aDocument, std::string_view aText,
+                                       TQVLDiagramFormat aFormat) {
+    TQVLDiagramLoad load;
+    load.Format = aFormat == TQVLDiagramFormat::dgAuto ? QVLDetectDiagramFormat(aText) : aFormat;
+    const std::unique_ptr<TORXDiagramModel> model = QVLImportDiagram(aText, load.Format);
+    load.Diagnostics = model->Diagnostics();
+    for (const TQVLDiagramDiagnostic& d : load.Diagnostics) {
+        if (d.Severity < TQVLDiagramDiagnosticSeverity::dsError) continue;
+        const std::string linePart = d.Line >= 1 ? fmt::format(" at line {}", d.Line) : std::string();
+        return TQVLDiagramLoadResult::Failure(
+            QVLErr::kInvalid, fmt::format("{}{}: {}", d.Code, linePart, d.MessageText), std::move(load));
+    }
     // A family without flow elements cannot show the diagram: refuse before anything is created.
     const std::int32_t countBefore = aDocument.GetItemsCount();
     const TTextMeasure captionMeasure = FontMeasure(TQVLFont{});
+    TQVLDiagramPlacement& placement = load.Placement;
 
     aDocument.BeginUpdate();
     aDocument.SetEditorMode(TQVLEditorMode::emFlowChart);
     bool placed = false;
     switch (model->Kind()) {
         case TQVLDiagramKind::dkSequence:
-            placed = PlaceSequence(aDocument, *model, captionMeasure, aPlacement);
+            placed = PlaceSequence(aDocument, *model, captionMeasure, placement);
             break;
         case TQVLDiagramKind::dkMindMap:
             placed = PlaceGraph(aDocument, *model, LayoutTree(*model, FlowSizes(*model, captionMeasure)),
-                                captionMeasure, aPlacement);
+                                captionMeasure, placement);
             break;
         case TQVLDiagramKind::dkIshikawa:
             placed = PlaceGraph(aDocument, *model, LayoutFishbone(*model, FlowSizes(*model, captionMeasure)),
-                                captionMeasure, aPlacement);
+                                captionMeasure, placement);
             break;
         case TQVLDiagramKind::dkChart:
-            placed = PlaceChart(aDocument, *model, &aPlacement);
+            placed = PlaceChart(aDocument, *model, &placement);
             break;
         case TQVLDiagramKind::dkFlowChart:
             placed = PlaceGraph(aDocument, *model, LayoutGraph(*model, FlowSizes(*model, captionMeasure)),
-                                captionMeasure, aPlacement);
+                                captionMeasure, placement);
             break;
     }
     aDocument.EndUpdate();
-    if (!placed && aDocument.GetItemsCount() > countBefore) aDocument.Undo();  // take back a partial load
-    if (!placed) aPlacement = {};
-    return placed;
+    if (!placed) {
+        if (aDocument.GetItemsCount() > countBefore) aDocument.Undo();  // take back a partial load
+        load.Placement = {};
+        return TQVLDiagramLoadResult::Failure(QVLErr::kInvalid, "the diagram could not be placed",
+                                              std::move(load));
+    }
+    for (std::int32_t i = countBefore; i < aDocument.GetItemsCount(); ++i) {
+        const TORXBaseItem& item = *aDocument.GetItem(i);
+        placement.Items.push_back(item.InID());
+        const TQVLRect& b = item.BoundsRect();
+        TQVLRect& all = placement.Bounds;
+        if (i == countBefore) {
+            all = b;
+        } else {
+            all.Left = std::min(all.Left, b.Left), all.Top = std::min(all.Top, b.Top);
+            all.Right = std::max(all.Right, b.Right), all.Bottom = std::max(all.Bottom, b.Bottom);
+        }
+    }
+    return TQVLDiagramLoadResult::Success(std::move(load));
+}
+
+TQVLDiagramLoadResult PlaceDiagramFile(TORXBaseLabel& aDocument, const std::string& aFileName,
+                                       TQVLDiagramFormat aFormat) {
+    std::string text;
+    if (!QVLReadDiagramFile(aFileName, text))
+        return TQVLDiagramLoadResult::Failure(QVLErr::kNoFile,
+                                              fmt::format("{}: cannot read the file", aFileName));
+    return PlaceDiagramText(aDocument, text, QVLResolveFileFormat(aFileName, aFormat));
 }
 
 void RegisterDiagramLayout() {

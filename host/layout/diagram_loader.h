@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/layout/layout_types.h"
+#include "orvex/diagrams/diagram_load.h"
 #include "orvex/diagrams/diagram_model.h"
 #include "orvex/document/layer.h"
 
@@ -23,25 +24,20 @@ void RegisterDiagramLayout();
 // undo step and the document is in flowchart mode.
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat);
 
-// What one load created, by the diagram's own names: each placed node with its item, each drawn edge with
-// its ends and its item (an edge's label is the link's own). A sequence diagram's participants count as
-// nodes and its messages as edges.
-struct TDiagramPlacement {
-    struct TNode {
-        std::string ID;
-        std::int32_t ItemID = 0;
-    };
-    struct TEdge {
-        std::string From;
-        std::string To;
-        std::int32_t ItemID = 0;
-    };
-    std::vector<TNode> Nodes;
-    std::vector<TEdge> Edges;
-};
 // The same load, reporting what it created into aPlacement (cleared first).
+using TDiagramPlacement = TQVLDiagramPlacement;
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
                            TDiagramPlacement& aPlacement);
+
+// The load with everything it did: the format the text was read as (detected for dgAuto), the parser's
+// diagnostics (on failure too) and the placement with the created items and their bounds. One parse
+// serves the load and its explanation. A failure leaves the document as it was.
+TQVLDiagramLoadResult PlaceDiagramText(TORXBaseLabel& aDocument, std::string_view aText,
+                                       TQVLDiagramFormat aFormat);
+// The same for a file, read as the document's LoadFromDiagram reads it; dgAuto takes the extension's
+// format, and detection when the extension names none.
+TQVLDiagramLoadResult PlaceDiagramFile(TORXBaseLabel& aDocument, const std::string& aFileName,
+                                       TQVLDiagramFormat aFormat);
 
 // Caption extents (lines broken at line feeds) under the process-wide text metrics, in millimetres.
 TTextMeasure FontMeasure(const TQVLFont& aFont);

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "orvex/core/types.h"
+
 namespace Orvex {
 namespace {
 
@@ -138,6 +140,10 @@ TLayoutPoint ClipToBox(const TLayoutBox& aBox, TLayoutPoint aToward) {
     const double sy = dy != 0 ? (aBox.Height / 2) / std::abs(dy) : kInf;
     const double s = std::min({sx, sy, 1.0});
     return {c.X + dx * s, c.Y + dy * s};
+}
+
+std::int64_t BaseFromMM(double aMM) {
+    return static_cast<std::int64_t>(std::llround(aMM * static_cast<double>(kBasePerMM)));
 }
 
 }  // namespace Orvex

@@ -75,6 +75,9 @@ TLayoutSize FlowTextArea(TQVLFlowType aShape, TLayoutSize aBox);
 // The point where the segment from the box's centre towards aToward leaves the box.
 TLayoutPoint ClipToBox(const TLayoutBox& aBox, TLayoutPoint aToward);
 
+// A layout's millimetres as the base units of the items it creates, rounded half away from zero.
+std::int64_t BaseFromMM(double aMM);
+
 inline constexpr double kLayoutMargin = 10.0;  // mm around a laid-out diagram
 inline constexpr double kTextPaddingX = 3.0;   // mm between a caption and its outline
 inline constexpr double kTextPaddingY = 2.0;

@@ -32,10 +32,6 @@ constexpr TAlphaColor kTagColor = 0xFFEEEEEEu;   // the operator tag of a frame
 constexpr TAlphaColor kDividerColor = 0xFFE8E8E8u;
 constexpr TAlphaColor kActivationColor = 0xFFF4F4F4u;
 
-std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
-}
-
 template <class T>
 T* Create(TORXBaseLabel& doc, TQVLItemType type) {
     return dynamic_cast<T*>(doc.CreateItem(type));
@@ -45,8 +41,8 @@ template <class T>
 T* Boxed(TORXBaseLabel& doc, TQVLItemType type, const TLayoutBox& box) {
     T* item = Create<T>(doc, type);
     if (item == nullptr) return nullptr;
-    item->SetBase(1, Base(box.X), Base(box.Y));
-    item->SetBase(2, Base(box.Right()), Base(box.Bottom()));
+    item->SetBase(1, BaseFromMM(box.X), BaseFromMM(box.Y));
+    item->SetBase(2, BaseFromMM(box.Right()), BaseFromMM(box.Bottom()));
     return item;
 }
 
@@ -60,8 +56,8 @@ TORXBaseLine* Line(TORXBaseLabel& doc, TLayoutPoint from, TLayoutPoint to,
                    TQVLineType type = TQVLineType::iiSolid) {
     auto* line = Create<TORXBaseLine>(doc, TQVLItemType::itLine);
     if (line == nullptr) return nullptr;
-    line->SetBase(1, Base(from.X), Base(from.Y));
-    line->SetBase(2, Base(to.X), Base(to.Y));
+    line->SetBase(1, BaseFromMM(from.X), BaseFromMM(from.Y));
+    line->SetBase(2, BaseFromMM(to.X), BaseFromMM(to.Y));
     line->SetLineType(type);
     return line;
 }
@@ -70,7 +66,7 @@ TORXBaseText* Text(TORXBaseLabel& doc, double x, double y, const std::string& te
     if (text.empty()) return nullptr;
     auto* item = Create<TORXBaseText>(doc, TQVLItemType::itText);
     if (item == nullptr) return nullptr;
-    item->SetBase(1, Base(x), Base(y));
+    item->SetBase(1, BaseFromMM(x), BaseFromMM(y));
     item->SetText(text);
     return item;
 }
@@ -210,7 +206,7 @@ void Frame(TORXBaseLabel& doc, const TSeqFrameLayout& f) {
 //-----------------------------------------------------------------------------------------------------
 
 bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel,
-                        const TTextMeasure& aMeasure, TDiagramPlacement* aPlacement) {
+                        const TTextMeasure& aMeasure, TQVLDiagramPlacement* aPlacement) {
     const TSequenceOptions options;
     const TSequenceLayout layout = LayoutSequence(aModel, aMeasure, options);
     const auto& events = aModel.SeqEvents();
@@ -288,8 +284,8 @@ bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel
         auto* arrow = Create<TORXBaseArrowLine>(aDocument, TQVLItemType::itArrowLine);
         if (arrow == nullptr) return false;
         if (aPlacement != nullptr) aPlacement->Edges.push_back({ev.FromActor, ev.ToActor, arrow->InID()});
-        arrow->SetBase(1, Base(m.Points[last - 1].X), Base(m.Points[last - 1].Y));
-        arrow->SetBase(2, Base(m.Points[last].X), Base(m.Points[last].Y));
+        arrow->SetBase(1, BaseFromMM(m.Points[last - 1].X), BaseFromMM(m.Points[last - 1].Y));
+        arrow->SetBase(2, BaseFromMM(m.Points[last].X), BaseFromMM(m.Points[last].Y));
         arrow->SetFromType(ev.FromCircle && last == 1 ? TQVLTermType::ttCircle
                            : last == 1                ? Term(ev.FromArrow)
                                                       : TQVLTermType::ttNone);

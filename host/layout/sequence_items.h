@@ -8,11 +8,11 @@
 namespace Orvex {
 class TORXBaseLabel;
 class TORXDiagramModel;
-struct TDiagramPlacement;
+struct TQVLDiagramPlacement;
 
 // False when the document cannot create the items a sequence diagram needs. aPlacement, when given,
 // receives each participant's head item and each message's arrow.
 bool PlaceSequenceItems(TORXBaseLabel& aDocument, const TORXDiagramModel& aModel,
-                        const TTextMeasure& aMeasure, TDiagramPlacement* aPlacement = nullptr);
+                        const TTextMeasure& aMeasure, TQVLDiagramPlacement* aPlacement = nullptr);
 
 }  // namespace Orvex

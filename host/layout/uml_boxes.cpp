@@ -17,10 +17,6 @@ constexpr double kRowGap = 0.6;          // mm between two rows of a compartment
 constexpr double kCompartmentPad = 1.5;  // mm above and below a compartment's rows
 constexpr double kEmptyCompartment = 3.0;
 
-std::int64_t Base(double mm) {
-    return static_cast<std::int64_t>(std::llround(mm * static_cast<double>(kBasePerMM)));
-}
-
 bool DrawsEmptyCompartments(const TQVLDiagNode& node) {
     // A class shows its two compartments even when empty, as UML draws them; the others only their rows.
     return node.Role == "class" || node.Role == "abstract" || node.Role == "interface";
@@ -105,8 +101,8 @@ void AddCompartments(TORXBaseLabel& aDoc, TORXBaseFlow& aFlow, const TQVLDiagNod
         if (!Shown(aNode, rows)) continue;
         auto* rule = dynamic_cast<TORXBaseLine*>(aDoc.CreateItem(TQVLItemType::itLine));
         if (rule != nullptr) {
-            rule->SetBase(1, Base(aBox.X), Base(y));
-            rule->SetBase(2, Base(aBox.Right()), Base(y));
+            rule->SetBase(1, BaseFromMM(aBox.X), BaseFromMM(y));
+            rule->SetBase(2, BaseFromMM(aBox.Right()), BaseFromMM(y));
             rule->SetColor(aFlow.Color());
         }
         double rowY = y + kCompartmentPad;
@@ -115,7 +111,7 @@ void AddCompartments(TORXBaseLabel& aDoc, TORXBaseFlow& aFlow, const TQVLDiagNod
             auto* text = dynamic_cast<TORXBaseText*>(aDoc.CreateItem(TQVLItemType::itText));
             if (text == nullptr) continue;
             text->SetText(row.Text);
-            text->SetBase(1, Base(aBox.X + kTextPaddingX), Base(rowY));
+            text->SetBase(1, BaseFromMM(aBox.X + kTextPaddingX), BaseFromMM(rowY));
             if (row.Static) text->SetUnderline(true);
             if (row.Abstract) text->SetItalic(true);
             if (aNode.Style.TextColor) text->SetFontColor(*aNode.Style.TextColor);

@@ -5,6 +5,7 @@
 
 #include "host/paint/item_painters.h"
 #include "host/paint/pango_text.h"
+#include "orvex/items/rich_text_layout.h"
 #include "orvex/items/text_metrics.h"
 
 namespace Orvex {
@@ -78,70 +79,26 @@ void PaintItem(const TORXBaseRichText& item, const TPainter& p) {
     const Paint::TDevBox devBox = Paint::ItemBox(p, item);
     if (item.Filled()) Paint::FillBox(p, devBox, 0.0f, item.BackColor());
     const ITextMetrics& metrics = QVLTextMetrics();
-    const TRichTextParseResult parsed = item.Parse();
-    const auto fontOf = [&](const TRichTextSegment& seg) {
-        const TRichTextFormat& f = parsed.Formats[static_cast<std::size_t>(seg.FormatIndex)];
-        TQVLFont font;
-        font.Name = f.FontName;
-        font.FontHeight =
-            static_cast<float>(f.FontSize * kMMPerInch / kPointsPerInch);  // sizes of the markup are points
-        font.FontColor = f.FontColor;
-        font.Bold = f.Bold;
-        font.Italic = f.Italic;
-        font.Underline = f.Underline;
-        font.Strikeout = f.Strikeout;
-        return font;
-    };
-    // Lines end at line breaks; each runs its segments left to right at the alignment of its first one.
-    struct TLine {
-        std::vector<const TRichTextSegment*> Segments;
-        std::int64_t Width = 0;
-        std::int64_t Height = 0;
-        std::int64_t Ascent = 0;
-    };
-    std::vector<TLine> lines(1);
-    for (const auto& seg : parsed.Segments) {
-        const TQVLFont font = fontOf(seg);
-        TLine& line = lines.back();
-        line.Segments.push_back(&seg);
-        line.Width += metrics.TextWidth(seg.Text, font);
-        line.Height = std::max(line.Height, metrics.LineHeight(font));
-        line.Ascent = std::max(line.Ascent, metrics.Ascent(font));
-        if (seg.LineBreak) lines.emplace_back();
-    }
-    if (lines.back().Segments.empty()) lines.pop_back();
-    const TQVLRect box = Paint::ItemRect(item);
-    TQVLRect frame = AdjustRect(box, item.Angle());
-    frame.Inflate(-SetBaseValue(item.PaddingX()), -SetBaseValue(item.PaddingY()));
-    const std::int64_t interline = SetBaseValue(item.Interline());
-    std::int64_t total = 0;
-    for (const auto& line : lines) total += line.Height > 0 ? line.Height : metrics.LineHeight(item.Font());
-    total += static_cast<std::int64_t>(lines.empty() ? 0 : lines.size() - 1) * interline;
-    std::int64_t top = AdjustRectPos(frame, 0, total, TQVLHorzAlign::haLeft, item.VertAlign()).Top;
-
+    const TRichTextPlacement placement = PlaceRichText(item, metrics);
     cairo_save(p.Cr);
     Paint::RotateAbout(p.Cr, item.Angle(), devBox.X + devBox.W / 2.0, devBox.Y + devBox.H / 2.0);
-    for (const auto& line : lines) {
-        const std::int64_t height = line.Height > 0 ? line.Height : metrics.LineHeight(item.Font());
-        const TQVLHorzAlign align = line.Segments.empty() ? item.HorzAlign() : line.Segments.front()->Align;
-        std::int64_t x = AdjustRectPos(frame, line.Width, height, align, TQVLVertAlign::vaTop).Left;
-        const std::int64_t baseline = top + (line.Ascent > 0 ? line.Ascent : metrics.Ascent(item.Font()));
-        for (const TRichTextSegment* seg : line.Segments) {
-            const TQVLFont font = fontOf(*seg);
-            const std::int64_t width = metrics.TextWidth(seg->Text, font);
-            if (!seg->Text.empty()) {
-                const TAlphaColor back = parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)].BackColor;
-                if (AlphaOf(back) != 0) {
-                    const std::int64_t segTop = baseline - metrics.Ascent(font);
-                    cairo_rectangle(p.Cr, p.X(x), p.Y(segTop), p.Len(width), p.Len(height));
-                    Paint::SetColor(p.Cr, back);
+    for (const TRichTextPlacedLine& line : placement.Lines) {
+        std::int64_t x = line.Left;
+        for (const TRichTextRun& run : line.Line.Runs) {
+            const TRichTextFormat& format =
+                placement.Parsed.Formats[static_cast<std::size_t>(run.FormatIndex)];
+            const TQVLFont font = RichTextFont(format);
+            if (!run.Text.empty()) {
+                if (AlphaOf(format.BackColor) != 0) {
+                    const std::int64_t runTop = line.Baseline - metrics.Ascent(font);
+                    cairo_rectangle(p.Cr, p.X(x), p.Y(runTop), p.Len(run.Width), p.Len(line.Height));
+                    Paint::SetColor(p.Cr, format.BackColor);
                     cairo_fill(p.Cr);
                 }
-                Paint::PaintLines(p, {TTextLinePos{seg->Text, x, baseline, width}}, font, 1.0);
+                Paint::PaintLines(p, {TTextLinePos{run.Text, x, line.Baseline, run.Width}}, font, 1.0);
             }
-            x += width;
+            x += run.Width;
         }
-        top += height + interline;
     }
     cairo_restore(p.Cr);
 }

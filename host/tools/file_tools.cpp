@@ -89,7 +89,7 @@ TJSON LoadDrawing(const TToolOptions& aOptions, TORXBaseLabel& aDoc, const TJSON
                                        : LoadDrawingText(aArgs["json"].get<std::string>(), "json", aDoc);
     if (!loaded) return ErrorResult(loaded.Message);
     TJSON summary = Summary(aDoc);
-    if (!loaded.Warnings.empty()) summary["warnings"] = loaded.Warnings;
+    if (!loaded.Value.Warnings.empty()) summary["warnings"] = loaded.Value.Warnings;
     return StructuredResult(std::move(summary));
 }
 

@@ -225,22 +225,22 @@ TAIResponse TMCPAIClient::Send(const TJSON& aOriginalMessages, std::string_view 
         try {
             http = fTransport->Post(GetApiUrl(), BuildHeaders(provider), DumpCompact(request));
         } catch (const std::exception& error) {
-            http.Error = error.what();
-            if (http.Error.empty()) http.Error = "unknown error";
+            const std::string what = error.what();
+            http = TAIHttpResult::Failure(QVLErr::kNoAnswer, what.empty() ? "unknown error" : what);
         }
-        if (!http.Error.empty()) {
-            TAIResponse failed = Failure("Connection error: " + http.Error);
+        if (!http.Ok()) {
+            TAIResponse failed = Failure("Connection error: " + http.Message);
             failed.ConnectionFailed = true;
             return failed;
         }
-        fServer.Log(fmt::format("AI API status: {}", http.Status));
-        if (http.Status != 200) {
-            TAIResponse failed =
-                Failure(fmt::format("API error {}: {}", http.Status, FirstUtf16Units(http.Body, 300)));
-            failed.HttpStatus = http.Status;
+        fServer.Log(fmt::format("AI API status: {}", http.Value.Status));
+        if (http.Value.Status != 200) {
+            TAIResponse failed = Failure(
+                fmt::format("API error {}: {}", http.Value.Status, FirstUtf16Units(http.Value.Body, 300)));
+            failed.HttpStatus = http.Value.Status;
             return failed;
         }
-        TJSONTextResult parsed = ParseJsonText(http.Body);
+        TJSONTextResult parsed = ParseJsonText(http.Value.Body);
         TJSON body = std::move(parsed.Value);
         if (!body.is_object()) {
             // A text beyond the reader's limits says which limit, so that it is not taken for a garbled one.
@@ -248,14 +248,14 @@ TAIResponse TMCPAIClient::Send(const TJSON& aOriginalMessages, std::string_view 
                 parsed.Error == TJSONTextError::jeTooDeep || parsed.Error == TJSONTextError::jeTooLarge;
             TAIResponse failed = Failure(limited ? "Failed to parse API response: " + parsed.Message
                                                  : std::string("Failed to parse API response"));
-            failed.HttpStatus = http.Status;
+            failed.HttpStatus = http.Value.Status;
             return failed;
         }
         fLastResponse = std::move(body);
         TAIResponse response = provider == TMCPAIProvider::aiAnthropic ? ParseAnthropicResponse(fLastResponse)
                                : provider == TMCPAIProvider::aiGemini  ? ParseGeminiResponse(fLastResponse)
                                                                        : ParseOpenAIResponse(fLastResponse);
-        response.HttpStatus = http.Status;
+        response.HttpStatus = http.Value.Status;
         return response;
     } catch (const std::exception& error) {
         fOwned.clear();

@@ -62,20 +62,13 @@ class TCurlTransport final : public IAIHttpTransport {
 
     TAIHttpResult Post(const std::string& aUrl, const TAIHttpHeaders& aHeaders,
                        const std::string& aBody) override {
-        TAIHttpResult result;
         std::unique_ptr<CURL, TEasyDeleter> easy(curl_easy_init());
-        if (!easy) {
-            result.Error = "could not create an HTTP handle";
-            return result;
-        }
+        if (!easy) return TAIHttpResult::Failure(QVLErr::kNoAnswer, "could not create an HTTP handle");
         std::unique_ptr<curl_slist, TListDeleter> headers;
         for (const auto& [name, value] : aHeaders) {
             const std::string line = name + ": " + value;
             curl_slist* grown = curl_slist_append(headers.get(), line.c_str());
-            if (grown == nullptr) {
-                result.Error = "out of memory";
-                return result;
-            }
+            if (grown == nullptr) return TAIHttpResult::Failure(QVLErr::kNoAnswer, "out of memory");
             (void)headers.release();
             headers.reset(grown);
         }
@@ -110,19 +103,16 @@ class TCurlTransport final : public IAIHttpTransport {
 
         const CURLcode code = curl_easy_perform(handle);
         if (code != CURLE_OK) {
-            if (sink.Overflow) {
-                result.Error =
-                    "the answer is larger than " + std::to_string(fOptions.MaxResponseBytes) + " bytes";
-            } else {
-                result.Error = errorText[0] != '\0' ? std::string(errorText) : curl_easy_strerror(code);
-            }
-            return result;
+            if (sink.Overflow)
+                return TAIHttpResult::Failure(
+                    QVLErr::kLimit,
+                    "the answer is larger than " + std::to_string(fOptions.MaxResponseBytes) + " bytes");
+            return TAIHttpResult::Failure(
+                QVLErr::kNoAnswer, errorText[0] != '\0' ? std::string(errorText) : curl_easy_strerror(code));
         }
         long status = 0;
         curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
-        result.Status = static_cast<std::int32_t>(status);
-        result.Body = std::move(sink.Body);
-        return result;
+        return TAIHttpResult::Success({static_cast<std::int32_t>(status), std::move(sink.Body)});
     }
 
   private:

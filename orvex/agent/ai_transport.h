@@ -10,21 +10,24 @@
 #include <utility>
 #include <vector>
 
+#include "orvex/core/result.h"
+
 namespace Orvex {
 
 using TAIHttpHeaders = std::vector<std::pair<std::string, std::string>>;
 
-// Either an HTTP answer (Status and Body, whatever the status) or, when no answer came, an Error text.
-struct TAIHttpResult {
+struct TAIHttpAnswer {
     std::int32_t Status = 0;
     std::string Body;
-    std::string Error;  // non-empty only when the request got no HTTP answer
 };
+// Success is an HTTP answer, whatever its status. A failure means no usable answer came: QVLErr::kNoAnswer
+// (connection, timeout, transport) or kLimit (the answer outgrew MaxResponseBytes).
+using TAIHttpResult = TQVLResult<TAIHttpAnswer>;
 
 class IAIHttpTransport {
   public:
     virtual ~IAIHttpTransport() = default;
-    // Must not throw for network failures; they come back in Error.
+    // Must not throw for network failures; they come back as a failed result.
     virtual TAIHttpResult Post(const std::string& aUrl, const TAIHttpHeaders& aHeaders,
                                const std::string& aBody) = 0;
 };

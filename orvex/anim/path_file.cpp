@@ -133,12 +133,12 @@ std::string_view PathEasingName(TPathEasing value) {
 }
 
 TPathFileResult ParsePathFile(std::string_view text) {
-    TPathFileResult result;
     TJSON root;
     // Only the depth is checked ahead: the library's own message says where a syntax error is.
     if (!JsonTextNestingWithin(text, kJSONMaxDepth)) {
-        result.Error = fmt::format("the path file is not read: nested deeper than {} levels", kJSONMaxDepth);
-        return result;
+        return TPathFileResult::Failure(
+            QVLErr::kLimit,
+            fmt::format("the path file is not read: nested deeper than {} levels", kJSONMaxDepth));
     }
     try {
         root = TJSON::parse(text);
@@ -147,39 +147,30 @@ TPathFileResult ParsePathFile(std::string_view text) {
         std::string_view detail = e.what();
         if (const auto close = detail.find("] "); close != std::string_view::npos)
             detail.remove_prefix(close + 2);
-        result.Error = fmt::format("the path file is not valid JSON: {}", detail);
-        return result;
+        return TPathFileResult::Failure(QVLErr::kNoJson,
+                                        fmt::format("the path file is not valid JSON: {}", detail));
     }
     TReader reader;
-    if (!reader.File(root, result.File)) {
-        result.Error = std::move(reader.Error);
-        result.File = TPathFile{};
-    }
-    return result;
+    TPathFile file;
+    if (!reader.File(root, file)) return TPathFileResult::Failure(QVLErr::kInvalid, std::move(reader.Error));
+    return TPathFileResult::Success(std::move(file));
 }
 
 TPathFileResult ReadPathFile(const std::string& fileName) {
     std::error_code ec;
     if (std::filesystem::is_directory(fileName, ec)) {
-        TPathFileResult result;
-        result.Error = fmt::format("cannot read {}: it is a directory", fileName);
-        result.IoError = true;
-        return result;
+        return TPathFileResult::Failure(QVLErr::kNoFile,
+                                        fmt::format("cannot read {}: it is a directory", fileName));
     }
     std::ifstream stream(fileName, std::ios::binary);
     if (!stream) {
-        TPathFileResult result;
-        result.Error = fmt::format("cannot open {}: {}", fileName, std::strerror(errno));
-        result.IoError = true;
-        return result;
+        return TPathFileResult::Failure(QVLErr::kNoFile,
+                                        fmt::format("cannot open {}: {}", fileName, std::strerror(errno)));
     }
     std::ostringstream bytes;
     bytes << stream.rdbuf();
     if (stream.bad()) {
-        TPathFileResult result;
-        result.Error = fmt::format("cannot read {}", fileName);
-        result.IoError = true;
-        return result;
+        return TPathFileResult::Failure(QVLErr::kNoFile, fmt::format("cannot read {}", fileName));
     }
     return ParsePathFile(Qvl::Utils::DecodeTextFile(bytes.str()));
 }

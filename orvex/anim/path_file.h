@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "orvex/anim/path_animator.h"
+#include "orvex/core/result.h"
 
 namespace Orvex {
 
@@ -19,12 +20,9 @@ struct TPathFile {
     std::vector<TPathSegment> Segments;
 };
 
-struct TPathFileResult {
-    TPathFile File;
-    std::string Error;     // empty when the file was read and is valid
-    bool IoError = false;  // the file could not be read at all, as opposed to read and found invalid
-    bool Ok() const { return Error.empty(); }
-};
+// Codes: QVLErr::kNoFile when the file could not be read at all, kLimit when it nests too deep, kNoJson
+// when it is not JSON, kInvalid when it is JSON but not a valid path. Value is empty on failure.
+using TPathFileResult = TQVLResult<TPathFile>;
 
 TPathFileResult ParsePathFile(std::string_view text);
 TPathFileResult ReadPathFile(const std::string& fileName);

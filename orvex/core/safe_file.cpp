@@ -38,7 +38,7 @@ class TFd {
 TQVLSafeFileResult Refused(const std::string& aFileName, std::string_view aWhy) {
     std::string message = aFileName + ": cannot be written";
     if (!aWhy.empty()) message.append(" (").append(aWhy).append(")");
-    return {false, std::move(message)};
+    return TQVLSafeFileResult::Failure(QVLErr::kWrite, std::move(message));
 }
 
 // What stands at the target now. Opening with O_PATH never follows the last link, never blocks on a FIFO
@@ -145,10 +145,10 @@ TQVLSafeFileResult WriteFileAtomic(const std::string& fileName, std::string_view
 }
 
 TQVLSafeFileResult ReadRegularFile(const std::string& fileName, std::size_t maxBytes, std::string& content) {
-    const auto failed = [&](std::string_view aWhy) {
+    const auto failed = [&](std::string_view aWhy, std::string_view aCode = QVLErr::kNoFile) {
         std::string message = fileName + ": cannot be read";
         if (!aWhy.empty()) message.append(" (").append(aWhy).append(")");
-        return TQVLSafeFileResult{false, std::move(message)};
+        return TQVLSafeFileResult::Failure(aCode, std::move(message));
     };
     // O_NONBLOCK: opening a FIFO for reading would otherwise wait for a writer.
     const TFd fd(::open(fileName.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
@@ -157,7 +157,7 @@ TQVLSafeFileResult ReadRegularFile(const std::string& fileName, std::size_t maxB
     if (::fstat(fd.Get(), &st) != 0) return failed("");
     if (!S_ISREG(st.st_mode)) return failed("not a regular file");
     if (static_cast<std::uintmax_t>(st.st_size) > maxBytes)
-        return failed("larger than " + std::to_string(maxBytes) + " bytes");
+        return failed("larger than " + std::to_string(maxBytes) + " bytes", QVLErr::kLimit);
     content.clear();
     content.reserve(static_cast<std::size_t>(st.st_size));
     char buffer[65536];
@@ -170,7 +170,7 @@ TQVLSafeFileResult ReadRegularFile(const std::string& fileName, std::size_t maxB
         if (got == 0) break;
         // A file that grows while it is read is still held to the limit.
         if (content.size() + static_cast<std::size_t>(got) > maxBytes)
-            return failed("larger than " + std::to_string(maxBytes) + " bytes");
+            return failed("larger than " + std::to_string(maxBytes) + " bytes", QVLErr::kLimit);
         content.append(buffer, static_cast<std::size_t>(got));
     }
     return {};

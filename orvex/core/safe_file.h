@@ -10,13 +10,13 @@
 #include <string>
 #include <string_view>
 
+#include "orvex/core/result.h"
+
 namespace Orvex {
 
-struct TQVLSafeFileResult {
-    bool Ok = true;
-    std::string Message;  // names the file and the problem; empty on success
-    explicit operator bool() const { return Ok; }
-};
+// Codes: QVLErr::kWrite for a refused or failed write; for a read kNoFile, or kLimit for a file over the
+// limit. The message names the file and the problem.
+using TQVLSafeFileResult = TQVLResult<>;
 
 // Hands the text over in pieces; returns false to abandon the write.
 using TQVLFileSink = std::function<bool(std::string_view)>;

@@ -17,24 +17,25 @@ TQVLFileResult LoadDrawingText(const std::string& text, const std::string& name,
         case TJSONTextError::jeNone:
             break;
         case TJSONTextError::jeSyntax:
-            return {TQVLFileError::feNotJson, fmt::format("{}: not a JSON document", name), {}};
+            return TQVLFileResult::Failure(QVLErr::kNoJson, fmt::format("{}: not a JSON document", name));
         case TJSONTextError::jeTooDeep:
         case TJSONTextError::jeTooLarge:
-            return {TQVLFileError::feLimit, fmt::format("{}: not read: {}", name, parsed.Message), {}};
+            return TQVLFileResult::Failure(QVLErr::kLimit,
+                                           fmt::format("{}: not read: {}", name, parsed.Message));
     }
     if (!parsed.Value.is_object())
-        return {TQVLFileError::feNotObject, fmt::format("{}: not a JSON object", name), {}};
+        return TQVLFileResult::Failure(QVLErr::kNoJson, fmt::format("{}: not a JSON object", name));
     document.ReadJson(parsed.Value);
     TQVLFileResult result;
     for (const std::string& warning : document.ReadWarnings())
-        result.Warnings.push_back(fmt::format("{}: {}", name, warning));
+        result.Value.Warnings.push_back(fmt::format("{}: {}", name, warning));
     return result;
 }
 
 TQVLFileResult LoadDrawingFile(const std::string& fileName, TORXBaseLabel& document) {
     std::string text;
     if (const auto read = ReadRegularFile(fileName, kJSONMaxBytes, text); !read)
-        return {TQVLFileError::feRead, read.Message, {}};
+        return TQVLFileResult::Failure(QVLErr::kNoFile, read.Message);
     return LoadDrawingText(text, fileName, document);
 }
 
@@ -42,7 +43,7 @@ TQVLFileResult SaveDrawingFile(const std::string& fileName, const TORXBaseLabel&
     std::string text = document.GetJsonString(indent);
     text += '\n';
     if (const auto written = WriteFileAtomic(fileName, text); !written)
-        return {TQVLFileError::feWrite, written.Message, {}};
+        return TQVLFileResult::Failure(QVLErr::kWrite, written.Message);
     return {};
 }
 
@@ -56,7 +57,7 @@ TQVLDrawingFormat DrawingFormatFromExt(const std::string& fileName) {
 TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& document) {
     const std::string text = document.SVG(TQVLExportSVG::esFile, 1.0f, true);
     if (const auto written = WriteFileAtomic(fileName, text); !written)
-        return {TQVLFileError::feWrite, written.Message, {}};
+        return TQVLFileResult::Failure(QVLErr::kWrite, written.Message);
     return {};
 }
 
@@ -69,8 +70,8 @@ TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& d
         case TQVLDrawingFormat::dfUnknown:
             break;
     }
-    return {
-        TQVLFileError::feWrite, fmt::format("{}: unknown output format (use .json or .svg)", fileName), {}};
+    return TQVLFileResult::Failure(QVLErr::kWrite,
+                                   fmt::format("{}: unknown output format (use .json or .svg)", fileName));
 }
 
 TQVLDrawingSummary SummarizeDrawing(const TORXBaseLabel& document) {

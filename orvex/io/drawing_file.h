@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "orvex/core/result.h"
 #include "orvex/core/types.h"
 #include "orvex/document/document_types.h"
 
@@ -14,16 +15,13 @@ namespace Orvex {
 
 class TORXBaseLabel;
 
-// feLimit: the text is valid so far but nests deeper or runs longer than a drawing may
-// (orvex/io/json_text.h).
-enum class TQVLFileError : std::uint8_t { feNone, feRead, feNotJson, feNotObject, feWrite, feLimit };
-
-struct TQVLFileResult {
-    TQVLFileError Error = TQVLFileError::feNone;
-    std::string Message;                // names the file and the problem; empty on success
+// What reading or writing a drawing file reports besides success. Codes: QVLErr::kNoFile (could not be
+// read), kNoJson (not JSON, or not an object), kLimit (nests deeper or runs longer than a drawing may,
+// orvex/io/json_text.h), kWrite.
+struct TQVLFileReport {
     std::vector<std::string> Warnings;  // a drawing read with entries skipped: one line naming each
-    explicit operator bool() const { return Error == TQVLFileError::feNone; }
 };
+using TQVLFileResult = TQVLResult<TQVLFileReport>;
 
 // Reads the drawing into document; on any failure the document is left as it was. Only a regular file is
 // read (a FIFO or device would block or never end).
@@ -38,7 +36,7 @@ enum class TQVLDrawingFormat : std::uint8_t { dfUnknown, dfJson, dfSvg };
 TQVLDrawingFormat DrawingFormatFromExt(const std::string& fileName);
 // The whole drawing as an SVG file, at natural size on a background of the drawing's surface colour.
 TQVLFileResult SaveDrawingSVG(const std::string& fileName, const TORXBaseLabel& document);
-// As the extension asks (.json indented, .svg); feWrite with a message naming the extension otherwise.
+// As the extension asks (.json indented, .svg); kWrite with a message naming the extension otherwise.
 TQVLFileResult SaveDrawingAs(const std::string& fileName, const TORXBaseLabel& document);
 
 struct TQVLDrawingSummary {

@@ -11,6 +11,7 @@
 #include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
+#include "orvex/items/rich_text_layout.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/items/text_metrics.h"
 
@@ -22,18 +23,6 @@ using U = TJSONUtils;
 template <class E>
 E EnumOf(std::int64_t v, E last) {
     return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
-}
-
-TQVLFont FontOf(const TRichTextFormat& f) {
-    TQVLFont font;
-    font.Name = f.FontName;
-    font.FontHeight = PointsToMM(f.FontSize);
-    font.FontColor = f.FontColor;
-    font.Bold = f.Bold;
-    font.Italic = f.Italic;
-    font.Underline = f.Underline;
-    font.Strikeout = f.Strikeout;
-    return font;
 }
 
 TRichTextFormat FormatOf(const TQVLFont& font) {
@@ -307,64 +296,36 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
     body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
     if (fFill) body.push_back(SvgBoxRect(box, 0.0f, unit, SvgFill(fBackColor, true)));
 
-    // Lines end at line breaks; each runs its segments left to right at the alignment of its first one.
-    struct TLine {
-        std::vector<const TRichTextSegment*> Segments;
-        std::int64_t Width = 0;
-        std::int64_t Height = 0;
-        std::int64_t Ascent = 0;
-    };
-    const TRichTextParseResult parsed = Parse();
-    std::vector<TLine> lines(1);
-    for (const auto& seg : parsed.Segments) {
-        const TQVLFont font = FontOf(parsed.Formats[static_cast<std::size_t>(seg.FormatIndex)]);
-        TLine& line = lines.back();
-        line.Segments.push_back(&seg);
-        line.Width += metrics.TextWidth(seg.Text, font);
-        line.Height = std::max(line.Height, metrics.LineHeight(font));
-        line.Ascent = std::max(line.Ascent, metrics.Ascent(font));
-        if (seg.LineBreak) lines.emplace_back();
-    }
-    if (lines.back().Segments.empty()) lines.pop_back();
-    TQVLRect frame = AdjustRect(box, fAngle);
-    frame.Inflate(-SetBaseValue(fPaddingX), -SetBaseValue(fPaddingY));
-    std::int64_t total = 0;
-    for (const auto& line : lines) total += (line.Height > 0 ? line.Height : metrics.LineHeight(fFont));
-    total += static_cast<std::int64_t>(lines.empty() ? 0 : lines.size() - 1) * SetBaseValue(fInterline);
-    std::int64_t top = AdjustRectPos(frame, 0, total, TQVLHorzAlign::haLeft, fVertAlign).Top;
-
-    std::vector<std::string> backs;  // segment backgrounds go under the text
+    const TRichTextPlacement placement = PlaceRichText(*this, metrics);
+    const auto& formats = placement.Parsed.Formats;
+    std::vector<std::string> backs;  // run backgrounds go under the text
     // Runs meet at their own spaces, which a viewer would otherwise drop at each run's edge.
     std::string text = fmt::format("<text xml:space=\"preserve\"{}{}>", SvgFontAttributes(fFont, unit),
                                    SvgRotation(fAngle, box, unit));
-    for (const auto& line : lines) {
-        const std::int64_t height = line.Height > 0 ? line.Height : metrics.LineHeight(fFont);
-        const TQVLHorzAlign align = line.Segments.empty() ? fHorzAlign : line.Segments.front()->Align;
-        std::int64_t x = AdjustRectPos(frame, line.Width, height, align, TQVLVertAlign::vaTop).Left;
-        const std::int64_t y = top + (line.Ascent > 0 ? line.Ascent : metrics.Ascent(fFont));
+    for (const TRichTextPlacedLine& line : placement.Lines) {
+        std::int64_t x = line.Left;
+        const std::int64_t y = line.Baseline;
         bool first = true;
-        for (const TRichTextSegment* seg : line.Segments) {
-            const TQVLFont font = FontOf(parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)]);
-            const std::int64_t width = metrics.TextWidth(seg->Text, font);
-            if (!seg->Text.empty()) {
-                const TAlphaColor back = parsed.Formats[static_cast<std::size_t>(seg->FormatIndex)].BackColor;
-                if (AlphaOf(back) != 0) {
-                    const TQVLRect r(x, y - metrics.Ascent(font), x + width,
-                                     y - metrics.Ascent(font) + height);
-                    backs.push_back(
-                        SvgBoxRect(r, 0.0f, unit, SvgFill(back, true) + SvgRotation(fAngle, box, unit)));
+        for (const TRichTextRun& run : line.Line.Runs) {
+            const TRichTextFormat& format = formats[static_cast<std::size_t>(run.FormatIndex)];
+            const TQVLFont font = RichTextFont(format);
+            if (!run.Text.empty()) {
+                if (AlphaOf(format.BackColor) != 0) {
+                    const TQVLRect r(x, y - metrics.Ascent(font), x + run.Width,
+                                     y - metrics.Ascent(font) + line.Height);
+                    backs.push_back(SvgBoxRect(
+                        r, 0.0f, unit, SvgFill(format.BackColor, true) + SvgRotation(fAngle, box, unit)));
                 }
                 // Only a line's first run is placed: the others follow the real glyphs of the viewer.
                 const std::string at =
                     first ? fmt::format(" x=\"{}\" y=\"{}\"", SvgLength(x, unit), SvgLength(y, unit))
                           : std::string{};
                 text += fmt::format("<tspan{}{}>{}</tspan>", at, SvgFontAttributes(font, unit),
-                                    SvgEscape(seg->Text));
+                                    SvgEscape(run.Text));
                 first = false;
             }
-            x += width;
+            x += run.Width;
         }
-        top += height + SetBaseValue(fInterline);
     }
     body.insert(body.end(), backs.begin(), backs.end());
     body.push_back(text + "</text>");

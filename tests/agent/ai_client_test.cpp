@@ -280,16 +280,15 @@ TEST_F(AIClient, SendFailuresCarryTheirExactTexts) {
         std::int32_t status;
     };
     const std::vector<Case> cases = {
-        {"not found", {404, R"({"error":"no"})", {}}, R"(API error 404: {"error":"no"})", 404},
-        {"long body", {500, longBody, {}}, "API error 500: " + std::string(299, 'x'), 500},
-        {"not json", {200, "<html>", {}}, "Failed to parse API response", 200},
-        {"array", {200, "[1,2]", {}}, "Failed to parse API response", 200},
+        {"not found", Answer(404, R"({"error":"no"})"), R"(API error 404: {"error":"no"})", 404},
+        {"long body", Answer(500, longBody), "API error 500: " + std::string(299, 'x'), 500},
+        {"not json", Answer(200, "<html>"), "Failed to parse API response", 200},
+        {"array", Answer(200, "[1,2]"), "Failed to parse API response", 200},
         {"nested too deep",
-         {200, R"({"content":)" + std::string(100000, '[') + std::string(100000, ']') + "}", {}},
-         "Failed to parse API response: nested deeper than 512 levels",
-         200},
-        {"refused", {0, "", "Connection refused"}, "Connection error: Connection refused", 0},
-        {"throws", {0, "", "throw"}, "Connection error: socket exploded", 0},
+         Answer(200, R"({"content":)" + std::string(100000, '[') + std::string(100000, ']') + "}"),
+         "Failed to parse API response: nested deeper than 512 levels", 200},
+        {"refused", NoAnswer("Connection refused"), "Connection error: Connection refused", 0},
+        {"throws", NoAnswer("throw"), "Connection error: socket exploded", 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

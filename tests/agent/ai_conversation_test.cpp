@@ -105,10 +105,10 @@ TEST_F(AIConversation, RetriesTransientFailuresWithGrowingPauses) {
         std::size_t pauses;
     };
     const std::vector<Case> cases = {
-        {"recovers", {{429, "", {}}, {503, "", {}}, {0, "", "reset"}, AnthropicText("x")}, true, 4, 3},
-        {"gives up", {{500, "down", {}}}, false, 4, 3},
-        {"client error", {{400, "bad", {}}, AnthropicText("x")}, false, 1, 0},
-        {"bad body", {{200, "nope", {}}, AnthropicText("x")}, false, 1, 0},
+        {"recovers", {Answer(429, ""), Answer(503, ""), NoAnswer("reset"), AnthropicText("x")}, true, 4, 3},
+        {"gives up", {Answer(500, "down")}, false, 4, 3},
+        {"client error", {Answer(400, "bad"), AnthropicText("x")}, false, 1, 0},
+        {"bad body", {Answer(200, "nope"), AnthropicText("x")}, false, 1, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -122,7 +122,7 @@ TEST_F(AIConversation, RetriesTransientFailuresWithGrowingPauses) {
             EXPECT_EQ(fPauses, (std::vector<std::chrono::milliseconds>{1000ms, 2000ms, 4000ms}));
         }
     }
-    Script(fClient, {{502, "gateway", {}}});
+    Script(fClient, {Answer(502, "gateway")});
     EXPECT_EQ(fConversation.Run("hi").ErrorMessage, "API error 502: gateway");
 }
 

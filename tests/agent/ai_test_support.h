@@ -20,8 +20,8 @@ struct TPosted {
     std::string Body;
 };
 
-// Answers from a script, one per request; the last answer repeats. An answer with Error "throw" makes the
-// transport throw instead, as a transport that breaks its contract would.
+// Answers from a script, one per request; the last answer repeats. A failure with the message "throw" makes
+// the transport throw instead, as a transport that breaks its contract would.
 class TScriptedTransport final : public IAIHttpTransport {
   public:
     TAIHttpResult Post(const std::string& aUrl, const TAIHttpHeaders& aHeaders,
@@ -29,7 +29,7 @@ class TScriptedTransport final : public IAIHttpTransport {
         Posted.push_back({aUrl, aHeaders, aBody});
         if (Answers.empty()) throw std::logic_error("no answer scripted");
         const TAIHttpResult& answer = Answers[std::min(Posted.size(), Answers.size()) - 1];
-        if (answer.Error == "throw") throw std::runtime_error("socket exploded");
+        if (answer.Message == "throw") throw std::runtime_error("socket exploded");
         return answer;
     }
 
@@ -37,8 +37,16 @@ class TScriptedTransport final : public IAIHttpTransport {
     std::vector<TPosted> Posted;
 };
 
+inline TAIHttpResult Answer(std::int32_t aStatus, std::string aBody) {
+    return TAIHttpResult::Success({aStatus, std::move(aBody)});
+}
+
 inline TAIHttpResult Ok(const TJSON& aBody) {
-    return {200, aBody.dump(), {}};
+    return Answer(200, aBody.dump());
+}
+
+inline TAIHttpResult NoAnswer(std::string aWhy) {
+    return TAIHttpResult::Failure(QVLErr::kNoAnswer, std::move(aWhy));
 }
 
 // Installs a scripted transport on aClient and returns it (owned by the client).

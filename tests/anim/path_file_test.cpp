@@ -9,27 +9,27 @@ using namespace Orvex;
 
 TEST(PathFile, ReadsTheBundledExampleWithDefaults) {
     const TPathFileResult r = ReadPathFile(ORVEX_SOURCE_DIR "/examples/animation/bezier_path.json");
-    ASSERT_TRUE(r.Ok()) << r.Error;
-    EXPECT_EQ(r.File.PathType, TPathType::ptBezier);
-    EXPECT_EQ(r.File.Easing, TPathEasing::peEaseInOut);
-    EXPECT_EQ(r.File.TotalTime, 2.0);
-    ASSERT_EQ(r.File.Segments.size(), 2u);
-    const TPathSegment& s = r.File.Segments[0];
+    ASSERT_TRUE(r.Ok()) << r.Message;
+    EXPECT_EQ(r.Value.PathType, TPathType::ptBezier);
+    EXPECT_EQ(r.Value.Easing, TPathEasing::peEaseInOut);
+    EXPECT_EQ(r.Value.TotalTime, 2.0);
+    ASSERT_EQ(r.Value.Segments.size(), 2u);
+    const TPathSegment& s = r.Value.Segments[0];
     EXPECT_EQ(s.ControlPoint1, TPoint2D(3, 5));
     EXPECT_EQ(s.EndPoint, TPoint2D(10, 0));
     EXPECT_EQ(s.Radius, 0.0);  // absent fields are 0, an absent speed factor 1
     EXPECT_EQ(s.SpeedFactor, 1.0);
-    EXPECT_EQ(r.File.Segments[1].SpeedFactor, 2.0);
+    EXPECT_EQ(r.Value.Segments[1].SpeedFactor, 2.0);
 }
 
 TEST(PathFile, OptionalKeysDefault) {
     const TPathFileResult r = ParsePathFile(R"({"type":"ptArc","totalTime":1,"segments":[{}]})");
-    ASSERT_TRUE(r.Ok()) << r.Error;
-    EXPECT_EQ(r.File.Easing, TPathEasing::peLinear);
-    EXPECT_EQ(r.File.TimeScale, 1.0);
-    EXPECT_FALSE(r.File.Reverse);
-    EXPECT_EQ(r.File.Segments[0].StartPoint, TPoint2D(0, 0));
-    EXPECT_EQ(r.File.Segments[0].SpeedFactor, 1.0);
+    ASSERT_TRUE(r.Ok()) << r.Message;
+    EXPECT_EQ(r.Value.Easing, TPathEasing::peLinear);
+    EXPECT_EQ(r.Value.TimeScale, 1.0);
+    EXPECT_FALSE(r.Value.Reverse);
+    EXPECT_EQ(r.Value.Segments[0].StartPoint, TPoint2D(0, 0));
+    EXPECT_EQ(r.Value.Segments[0].SpeedFactor, 1.0);
 }
 
 TEST(PathFile, InvalidFilesSayWhy) {
@@ -61,19 +61,20 @@ TEST(PathFile, InvalidFilesSayWhy) {
     for (const TCase& c : cases) {
         SCOPED_TRACE(c.Text);
         const TPathFileResult r = ParsePathFile(c.Text);
-        EXPECT_EQ(r.Error, c.Error);
-        EXPECT_FALSE(r.IoError);
+        EXPECT_EQ(r.Message, c.Error);
+        EXPECT_EQ(r.Code, QVLErr::kInvalid);
     }
     const TPathFileResult broken = ParsePathFile("{\"type\":");
-    EXPECT_EQ(broken.Error.rfind("the path file is not valid JSON: parse error at line 1", 0), 0u)
-        << broken.Error;
+    EXPECT_EQ(broken.Message.rfind("the path file is not valid JSON: parse error at line 1", 0), 0u)
+        << broken.Message;
+    EXPECT_EQ(broken.Code, QVLErr::kNoJson);
 }
 
 TEST(PathFile, AMissingFileIsAnIoError) {
     const TPathFileResult r = ReadPathFile(ORVEX_SOURCE_DIR "/examples/animation/no_such_file.json");
     EXPECT_FALSE(r.Ok());
-    EXPECT_TRUE(r.IoError);
-    EXPECT_TRUE(ReadPathFile(ORVEX_SOURCE_DIR "/examples").IoError);
+    EXPECT_EQ(r.Code, QVLErr::kNoFile);
+    EXPECT_EQ(ReadPathFile(ORVEX_SOURCE_DIR "/examples").Code, QVLErr::kNoFile);
 }
 
 TEST(PathFile, ApplyingABadTimingLeavesTheAnimatorAlone) {
@@ -83,7 +84,7 @@ TEST(PathFile, ApplyingABadTimingLeavesTheAnimatorAlone) {
     TPathFileResult r = ParsePathFile(R"({"type":"ptLine","totalTime":0,"segments":[{"end":[10,0]}]})");
     ASSERT_TRUE(r.Ok());
     try {
-        ApplyPathFile(r.File, a);
+        ApplyPathFile(r.Value, a);
         ADD_FAILURE() << "expected an exception";
     } catch (const std::out_of_range& e) {
         EXPECT_STREQ(e.what(), "TotalTime must be greater than zero");
@@ -91,9 +92,9 @@ TEST(PathFile, ApplyingABadTimingLeavesTheAnimatorAlone) {
     EXPECT_EQ(a.GetTotalTime(), 3.0);
     EXPECT_DOUBLE_EQ(a.GetPathLength(), 0.0 + 1e-6);  // still the degenerate circle
 
-    r.File.TotalTime = 2.0;
-    r.File.Reverse = true;
-    ApplyPathFile(r.File, a);
+    r.Value.TotalTime = 2.0;
+    r.Value.Reverse = true;
+    ApplyPathFile(r.Value, a);
     EXPECT_EQ(a.GetCurrentTime(), 2.0);  // a reverse run starts at its end
     EXPECT_EQ(a.GetPathLength(), 10.0);
 }

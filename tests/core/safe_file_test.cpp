@@ -116,6 +116,7 @@ TEST_F(SafeFileTest, RefusesLinksFifosAndFoldersAtOnce) {
         SCOPED_TRACE(c.Target.string());
         const auto result = WriteFileAtomic(c.Target.string(), "replaced");
         EXPECT_FALSE(result);
+        EXPECT_EQ(result.Code, QVLErr::kWrite);
         EXPECT_EQ(result.Message, c.Target.string() + ": cannot be written (" + c.Why + ")");
     }
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(2));
@@ -133,6 +134,7 @@ TEST_F(SafeFileTest, ReadsOnlyRegularFilesWithinTheLimit) {
 
     const auto tooLarge = ReadRegularFile(fTarget.string(), 4, text);
     EXPECT_FALSE(tooLarge);
+    EXPECT_EQ(tooLarge.Code, QVLErr::kLimit);
     EXPECT_EQ(tooLarge.Message, fTarget.string() + ": cannot be read (larger than 4 bytes)");
 
     // A FIFO without a writer would block a plain open; here it is refused at once.
@@ -140,6 +142,7 @@ TEST_F(SafeFileTest, ReadsOnlyRegularFilesWithinTheLimit) {
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     const auto piped = ReadRegularFile(fifo.string(), 1024, text);
     EXPECT_FALSE(piped);
+    EXPECT_EQ(piped.Code, QVLErr::kNoFile);
     EXPECT_EQ(piped.Message, fifo.string() + ": cannot be read (not a regular file)");
     EXPECT_FALSE(ReadRegularFile((fDir / "missing.json").string(), 1024, text));
 }

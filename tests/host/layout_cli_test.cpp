@@ -58,4 +58,27 @@ TEST(LayoutCli, ConvertOfAnEmptyDiagramPrintsItsDiagnosticsAndWritesNothing) {
     fs::remove_all(dir);
 }
 
+TEST(LayoutCli, ConvertExplainsARefusalWithEveryFindingOnceAndAMissingFileAsUsage) {
+    const fs::path dir =
+        fs::temp_directory_path() / ("orvex_layout_cli_findings_" + std::to_string(::getpid()));
+    fs::create_directories(dir);
+    const fs::path in = dir / "bad.mmd";
+    std::ofstream(in) << "flowchart TD\n  ??? nonsense\n";
+    const fs::path out = dir / "bad.svg";
+    EXPECT_EQ(RunOrvex("convert " + in.string() + " -o " + out.string(), dir / "err.txt"), 1);
+    const std::string err = Slurp(dir / "err.txt");
+    const std::string warning = "orvex: " + in.string() + ":2: warning MERMAID_UNRECOGNIZED_LINE: ";
+    const std::string error = "orvex: " + in.string() + ":0: error DIAGRAM_EMPTY_RESULT: ";
+    ASSERT_NE(err.find(warning), std::string::npos) << err;
+    EXPECT_EQ(err.find(warning, err.find(warning) + 1), std::string::npos)
+        << err;  // once, not once per parse
+    EXPECT_LT(err.find(warning), err.find(error)) << err;
+    EXPECT_FALSE(fs::exists(out));
+
+    const fs::path missing = dir / "missing.mmd";
+    EXPECT_EQ(RunOrvex("convert " + missing.string() + " -o " + out.string(), dir / "err.txt"), 2);
+    EXPECT_EQ(Slurp(dir / "err.txt"), "orvex: " + missing.string() + ": cannot read the file\n");
+    fs::remove_all(dir);
+}
+
 }  // namespace

@@ -245,12 +245,12 @@ TEST(DrawingFileTest, NotJsonOrNotAnObjectIsRefusedAndTheDocumentKept) {
     TORXHeadlessLabel doc;
     doc.CreateItem(TQVLItemType::itLine);
     const auto notJson = LoadDrawingText("{oops", "a.json", doc);
-    EXPECT_EQ(notJson.Error, TQVLFileError::feNotJson);
+    EXPECT_EQ(notJson.Code, QVLErr::kNoJson);
     EXPECT_EQ(notJson.Message, "a.json: not a JSON document");
     const auto array = LoadDrawingText("[1, 2]", "b.json", doc);
     EXPECT_EQ(array.Message, "b.json: not a JSON object");
     EXPECT_EQ(doc.GetItemsCount(), 1);
-    EXPECT_EQ(LoadDrawingFile("/nonexistent/c.json", doc).Error, TQVLFileError::feRead);
+    EXPECT_EQ(LoadDrawingFile("/nonexistent/c.json", doc).Code, QVLErr::kNoFile);
 }
 
 TEST(DrawingFileTest, ExampleDrawingIsAFixedPoint) {

@@ -58,7 +58,7 @@ TEST(HostileDrawingTest, DeeplyNestedFilesAreRefusedAndTheDocumentKept) {
     for (const std::string& text : {R"({"Symbols":[{"Name":"deep","Items":)" + Nested(100000) + "}]}",
                                     R"({"Items":[{"Type":2,"Extra":)" + Nested(100000) + "}]}"}) {
         const TQVLFileResult loaded = LoadDrawingText(text, "deep.json", doc);
-        EXPECT_EQ(loaded.Error, TQVLFileError::feLimit);
+        EXPECT_EQ(loaded.Code, QVLErr::kLimit);
         EXPECT_EQ(loaded.Message, "deep.json: not read: nested deeper than 512 levels");
     }
     EXPECT_EQ(doc.GetItemsCount(), 1);
@@ -94,14 +94,15 @@ TEST(HostileDrawingTest, UnusableItemsAreNamedInTheLoadWarnings) {
         "w.json", doc);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(doc.GetItemsCount(), 1);
-    EXPECT_EQ(loaded.Warnings, (std::vector<std::string>{
-                                   "w.json: Items[0] is null, not an item object; skipped",
-                                   "w.json: Items[1] is a string, not an item object; skipped",
-                                   "w.json: Items[2] is an array, not an item object; skipped",
-                                   "w.json: Items[4] has the unknown item type 300; skipped",
-                                   "w.json: Items[5] has the unknown item type 99 (\"Hologram\"); skipped",
-                                   "w.json: Items[6] is a Boolean, not an item object; skipped",
-                               }));
+    EXPECT_EQ(loaded.Value.Warnings,
+              (std::vector<std::string>{
+                  "w.json: Items[0] is null, not an item object; skipped",
+                  "w.json: Items[1] is a string, not an item object; skipped",
+                  "w.json: Items[2] is an array, not an item object; skipped",
+                  "w.json: Items[4] has the unknown item type 300; skipped",
+                  "w.json: Items[5] has the unknown item type 99 (\"Hologram\"); skipped",
+                  "w.json: Items[6] is a Boolean, not an item object; skipped",
+              }));
     // A clean read clears the warnings of the one before.
     ASSERT_TRUE(LoadDrawingText(R"({"Items":[{"Type":2}]})", "clean.json", doc));
     EXPECT_TRUE(doc.ReadWarnings().empty());
