@@ -472,6 +472,8 @@ bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQV
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
                            TDiagramPlacement& aPlacement) {
     aPlacement = {};
+    // The layout measures captions through helpers that do not know the document.
+    const TTextMetricsScope metrics(QVLTextMetrics(&aDocument));
     const std::unique_ptr<TORXDiagramModel> model = QVLImportDiagram(aText, aFormat);
     if (model == nullptr || model->HasDiagnostics(TQVLDiagramDiagnosticSeverity::dsError)) return false;
     // A family without flow elements cannot show the diagram: refuse before anything is created.

@@ -43,7 +43,8 @@ struct TDiagramPlacement {
 bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat,
                            TDiagramPlacement& aPlacement);
 
-// Caption extents (lines broken at line feeds) under the process-wide text metrics, in millimetres.
+// Caption extents (lines broken at line feeds) under QVLTextMetrics() as it is when measuring, in
+// millimetres: the loading document's metrics while LoadDiagramWithLayout runs.
 TTextMeasure FontMeasure(const TQVLFont& aFont);
 
 }  // namespace Orvex

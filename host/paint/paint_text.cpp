@@ -77,7 +77,7 @@ void PaintItem(const TORXBaseRichText& item, const TPainter& p) {
     if (item.NumPoints() < 2) return;
     const Paint::TDevBox devBox = Paint::ItemBox(p, item);
     if (item.Filled()) Paint::FillBox(p, devBox, 0.0f, item.BackColor());
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(item.QVLab());
     const TRichTextParseResult parsed = item.Parse();
     const auto fontOf = [&](const TRichTextSegment& seg) {
         const TRichTextFormat& f = parsed.Formats[static_cast<std::size_t>(seg.FormatIndex)];
@@ -155,7 +155,7 @@ void PaintItem(const TORXDataPoly& item, const TPainter& p) {
         return;
     }
     // A text fills the box: the font follows the box's height and the number of lines.
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(item.QVLab());
     const std::vector<std::string> lines = WrapText(item.ShownText(), TQVLFont{}, 0, metrics);
     const TQVLRect rect = Paint::ItemRect(item);
     const TQVLRect frame = AdjustRect(rect, item.Angle());
