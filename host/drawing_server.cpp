@@ -23,7 +23,7 @@ void BindDrawingServer(TORXMCPServer& aServer, TORXBaseLabel& aDocument, IMainTh
     aServer.SetLabel(&aDocument);
     aServer.SetMainThreadRunner(&aRunner);
     aServer.SetDocumentHooks(MakeDocumentHooks());
-    InstallStandardTools(aTools);
+    aServer.SetToolsRegistration(StandardToolsRegistration(aTools));
 }
 
 }  // namespace Orvex::Host

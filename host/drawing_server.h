@@ -19,8 +19,9 @@ namespace Orvex::Host {
 // marks the document loaded. An empty name just starts empty.
 TQVLFileResult OpenDrawing(const std::string& aFileName, TORXBaseLabel& aDocument);
 
-// Binds aServer to aDocument with the standard tools, running them through aRunner (not owned; both must
-// outlive the server's use of them).
+// Binds aServer to aDocument with the standard tools under aTools as its own registration (the
+// process-wide one is left alone), running them through aRunner (not owned; both must outlive the server's
+// use of them).
 void BindDrawingServer(TORXMCPServer& aServer, TORXBaseLabel& aDocument, IMainThreadRunner& aRunner,
                        const TToolOptions& aTools);
 

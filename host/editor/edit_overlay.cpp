@@ -235,7 +235,7 @@ std::string Caret(const TORXEditor& aEditor, const TUnits& u) {
     const auto* text = dynamic_cast<const TORXBaseText*>(edit.Item);
     if (text == nullptr || text->Angle() != TQVLAngle::ag0) return out;
     const auto lines = text->TextLines();
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(text->QVLab());
     const double scale = text->ScaleX() > 0.0f ? text->ScaleX() : 1.0;
     std::int64_t x = edit.Item->BoundsRect().Left;
     std::int64_t baseline = edit.Item->BoundsRect().Bottom;

@@ -476,6 +476,8 @@ bool LoadDiagramWithLayout(TORXBaseLabel& aDocument, std::string_view aText, TQV
 
 TQVLDiagramLoadResult PlaceDiagramText(TORXBaseLabel& aDocument, std::string_view aText,
                                        TQVLDiagramFormat aFormat) {
+    // The layout measures captions through helpers that do not know the document.
+    const TTextMetricsScope metrics(QVLTextMetrics(&aDocument));
     TQVLDiagramLoad load;
     load.Format = aFormat == TQVLDiagramFormat::dgAuto ? QVLDetectDiagramFormat(aText) : aFormat;
     const std::unique_ptr<TORXDiagramModel> model = QVLImportDiagram(aText, load.Format);

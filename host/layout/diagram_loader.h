@@ -39,7 +39,8 @@ TQVLDiagramLoadResult PlaceDiagramText(TORXBaseLabel& aDocument, std::string_vie
 TQVLDiagramLoadResult PlaceDiagramFile(TORXBaseLabel& aDocument, const std::string& aFileName,
                                        TQVLDiagramFormat aFormat);
 
-// Caption extents (lines broken at line feeds) under the process-wide text metrics, in millimetres.
+// Caption extents (lines broken at line feeds) under QVLTextMetrics() as it is when measuring, in
+// millimetres: the loading document's metrics while LoadDiagramWithLayout runs.
 TTextMeasure FontMeasure(const TQVLFont& aFont);
 
 }  // namespace Orvex

@@ -1,5 +1,7 @@
 #include "host/paint/cairo_label.h"
 
+#include <utility>
+
 #include "host/paint/item_painters.h"
 
 namespace Orvex {
@@ -31,6 +33,11 @@ TPangoMetricsScope::~TPangoMetricsScope() {
 
 TORXCairoLabel::TORXCairoLabel() {
     Paint::RetainTextMetrics();
+    // Its own as well, so that its texts are measured as they are painted whatever the process-wide
+    // metrics become later.
+    TQVLDocumentServices services;
+    services.TextMetrics = &Paint::PangoTextMetrics();
+    SetServices(std::move(services));
 }
 
 TORXCairoLabel::~TORXCairoLabel() {

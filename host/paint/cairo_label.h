@@ -41,9 +41,9 @@ class TPangoMetricsScope {
 };
 
 // Derives the headless document so that kinds without painting code, and link binding after reads, work
-// as there; every kind that has painting code gets its Cairo class from the factory. While a Cairo
-// document lives, Pango supplies the process-wide text metrics, so that texts are laid out with the
-// same glyph widths they are painted with.
+// as there; every kind that has painting code gets its Cairo class from the factory. Its own texts are
+// measured with Pango (its services' text metrics), so that they are laid out with the glyph widths they
+// are painted with; while a Cairo document lives, Pango also supplies the process-wide text metrics.
 class TORXCairoLabel : public TORXHeadlessLabel {
   public:
     TORXCairoLabel();

@@ -15,6 +15,7 @@
 #include "orvex/items/rich_text_item.h"
 #include "orvex/items/shape_items.h"
 #include "orvex/items/text_items.h"
+#include "orvex/items/text_metrics.h"
 
 namespace Orvex {
 
@@ -59,9 +60,10 @@ void PaintContainerFrame(const TORXBaseFlow& item, const TPainter& p);
 // The item kinds that have painting code, created on document; nullptr for the others.
 TORXBaseItem* CreateCairoItem(TORXBaseLabel* document, TQVLItemType type);
 
-// Pango's metrics serve texts while at least one Cairo document lives.
+// Pango's metrics are the process-wide ones while at least one Cairo document lives.
 void RetainTextMetrics();
 void ReleaseTextMetrics();
+const ITextMetrics& PangoTextMetrics();  // what a Cairo document lays its own texts out with
 
 }  // namespace Paint
 

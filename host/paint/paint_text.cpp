@@ -78,7 +78,7 @@ void PaintItem(const TORXBaseRichText& item, const TPainter& p) {
     if (item.NumPoints() < 2) return;
     const Paint::TDevBox devBox = Paint::ItemBox(p, item);
     if (item.Filled()) Paint::FillBox(p, devBox, 0.0f, item.BackColor());
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(item.QVLab());
     const TRichTextPlacement placement = PlaceRichText(item, metrics);
     cairo_save(p.Cr);
     Paint::RotateAbout(p.Cr, item.Angle(), devBox.X + devBox.W / 2.0, devBox.Y + devBox.H / 2.0);
@@ -112,7 +112,7 @@ void PaintItem(const TORXDataPoly& item, const TPainter& p) {
         return;
     }
     // A text fills the box: the font follows the box's height and the number of lines.
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(item.QVLab());
     const std::vector<std::string> lines = WrapText(item.ShownText(), TQVLFont{}, 0, metrics);
     const TQVLRect rect = Paint::ItemRect(item);
     const TQVLRect frame = AdjustRect(rect, item.Angle());

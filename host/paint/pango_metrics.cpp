@@ -86,7 +86,11 @@ void RetainTextMetrics() {
 }
 
 void ReleaseTextMetrics() {
-    if (--gMetricsUsers == 0 && &QVLTextMetrics() == &gPangoMetrics) QVLSetTextMetrics(nullptr);
+    if (--gMetricsUsers == 0 && QVLGetTextMetrics() == &gPangoMetrics) QVLSetTextMetrics(nullptr);
+}
+
+const ITextMetrics& PangoTextMetrics() {
+    return gPangoMetrics;
 }
 
 }  // namespace Orvex::Paint

@@ -8,10 +8,12 @@
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/text_items.h"
+#include "orvex/items/text_metrics.h"
 
 namespace Orvex::Host {
 
 TCaptionRoom FlowCaptionRoom(const TORXBaseItem& aFlow) {
+    const TTextMetricsScope metrics(QVLTextMetrics(aFlow.QVLab()));
     const TJSON json = aFlow.WriteJson();
     const TQVLFont font = TJSONUtils::GetFont(json.value("Font", TJSON::object()));
     const TLayoutSize text = FontMeasure(font)(json.value("Text", std::string()));

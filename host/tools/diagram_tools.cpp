@@ -107,8 +107,8 @@ TJSON LoadDiagram(TToolSession& aSession, TORXBaseLabel& aDoc, const TJSON& aArg
             "the diagram has errors; fix them and load it again:" + DiagnosticLines(result["diagnostics"]);
         return ErrorResult(message, std::move(result));
     }
-    const TQVLDiagramLoader loader = QVLGetDiagramLoader();
-    if (loader == nullptr)
+    const TQVLDiagramLoaderFunc loader = QVLDiagramLoaderOf(aDoc);
+    if (!loader)
         return ErrorResult(
             "no diagram layout is installed; build the diagram with add_flow and add_link instead",
             std::move(result));
@@ -123,9 +123,11 @@ TJSON LoadDiagram(TToolSession& aSession, TORXBaseLabel& aDoc, const TJSON& aArg
     const std::int32_t before = aDoc.GetItemsCount();
 
     TDiagramPlacement placement;
-    const bool loaded = loader == static_cast<TQVLDiagramLoader>(&LoadDiagramWithLayout)
+    // The host's own layout also reports what it placed, which the result describes.
+    const TQVLDiagramLoader* plain = loader.target<TQVLDiagramLoader>();
+    const bool loaded = plain != nullptr && *plain == static_cast<TQVLDiagramLoader>(&LoadDiagramWithLayout)
                             ? LoadDiagramWithLayout(aDoc, text, format, placement)
-                            : aDoc.LoadFromDiagramText(text, format);
+                            : loader(aDoc, text, format);
     std::vector<TORXBaseItem*> created;
     for (std::int32_t i = before; loaded && i < aDoc.GetItemsCount(); ++i) created.push_back(aDoc.GetItem(i));
     result["loaded"] = loaded;

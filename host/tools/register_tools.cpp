@@ -1,6 +1,7 @@
 #include "host/tools/register_tools.h"
 
 #include <mutex>
+#include <utility>
 
 #include "host/tools/tool_args.h"
 #include "host/tools/tool_registry.h"
@@ -65,6 +66,11 @@ void RegisterStandardTools(TORXMCPServer& aServer, const TToolOptions& aOptions)
     RegisterFileTools(registry);
     RegisterDiagramTools(registry);
     RegisterPreviewTools(registry);
+}
+
+TMCPToolsRegistration StandardToolsRegistration(TToolOptions aOptions) {
+    return
+        [options = std::move(aOptions)](TORXMCPServer& aServer) { RegisterStandardTools(aServer, options); };
 }
 
 namespace {

@@ -173,7 +173,14 @@ class TORXMCPServer {
     // Tools, in registration order. RegisterTool keeps duplicates; lookups find the first.
     void RegisterTool(std::string aName, std::string aDescription, TJSON aInputSchema, TMCPToolCall aHandler,
                       TJSON aOutputSchema = nullptr);
-    void RegisterDefaultTools();  // calls the procedure set by MCPSetDefaultToolsRegistration, if any
+    // Calls the server's own registration when it has one, else the procedure set by
+    // MCPSetDefaultToolsRegistration, if any. Start and BuildAIToolDefinitions call it while no tool is
+    // registered.
+    void RegisterDefaultTools();
+    // The registration this server uses instead of the process-wide one; an empty one restores that. Set
+    // it while stopped, before the first tool is registered.
+    void SetToolsRegistration(TMCPToolsRegistration aRegistration);
+    bool HasToolsRegistration() const;
     std::size_t ToolCount() const;
     std::vector<TMCPToolDef> Tools() const;  // a snapshot
     std::string EffectiveInstructions() const;
@@ -220,7 +227,8 @@ class TORXMCPServer {
     IMainThreadRunner* fRunner = nullptr;
     TMCPDocumentHooks fHooks;
     std::mutex fInlineMutex;                                // serialises tools when no runner is set
-    mutable std::shared_mutex fToolsMutex;                  // fTools, fToolsGeneration
+    TMCPToolsRegistration fToolsRegistration;               // guarded by fToolsMutex
+    mutable std::shared_mutex fToolsMutex;                  // fTools, fToolsGeneration, fToolsRegistration
     std::uint64_t fToolsGeneration = 0;                     // advances with every registration
     mutable std::mutex fToolsTextMutex;                     // fToolsText, fToolsTextGeneration
     mutable std::shared_ptr<const std::string> fToolsText;  // the tools array of tools/list, compact

@@ -158,7 +158,26 @@ void TORXMCPServer::RegisterTool(std::string aName, std::string aDescription, TJ
 }
 
 void TORXMCPServer::RegisterDefaultTools() {
-    if (const auto proc = MCPDefaultToolsRegistration()) proc(*this);
+    TMCPToolsRegistration own;
+    {
+        // Called outside the lock: the registration calls RegisterTool, which takes it.
+        std::shared_lock lock(fToolsMutex);
+        own = fToolsRegistration;
+    }
+    if (own)
+        own(*this);
+    else if (const auto proc = MCPDefaultToolsRegistration())
+        proc(*this);
+}
+
+void TORXMCPServer::SetToolsRegistration(TMCPToolsRegistration aRegistration) {
+    std::unique_lock lock(fToolsMutex);
+    fToolsRegistration = std::move(aRegistration);
+}
+
+bool TORXMCPServer::HasToolsRegistration() const {
+    std::shared_lock lock(fToolsMutex);
+    return static_cast<bool>(fToolsRegistration);
 }
 
 std::size_t TORXMCPServer::ToolCount() const {

@@ -32,8 +32,12 @@ struct TMCPToolDef {
 using TMCPRegisterProc = void (*)(TORXMCPServer& aServer);
 
 // The process-wide procedure that registers the host's tools on a server that has none; nullptr clears it.
+// A server given its own registration (TORXMCPServer::SetToolsRegistration) does not use it.
 void MCPSetDefaultToolsRegistration(TMCPRegisterProc aProc);
 TMCPRegisterProc MCPDefaultToolsRegistration();
+
+// One server's own registration: it may carry the options its tools are built with.
+using TMCPToolsRegistration = std::function<void(TORXMCPServer& aServer)>;
 
 // "get_drawing_info" -> "Get Drawing Info": "-", "." and "_" become blanks and start a word.
 std::string ToolTitle(std::string_view aName);

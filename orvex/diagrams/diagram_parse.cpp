@@ -11,6 +11,7 @@
 #include "orvex/core/text.h"
 #include "orvex/diagrams/mermaid_parser.h"
 #include "orvex/diagrams/plantuml_parser.h"
+#include "orvex/document/document.h"
 
 namespace Orvex {
 namespace {
@@ -74,9 +75,16 @@ TQVLDiagramLoader QVLGetDiagramLoader() {
     return gDiagramLoader.load();
 }
 
+TQVLDiagramLoaderFunc QVLDiagramLoaderOf(const TORXBaseLabel& aDocument) {
+    if (aDocument.Services().DiagramLoader) return aDocument.Services().DiagramLoader;
+    if (const TQVLDiagramLoader loader = gDiagramLoader.load()) return loader;
+    return {};
+}
+
 bool QVLLoadDiagramText(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat) {
-    const TQVLDiagramLoader loader = gDiagramLoader.load();
-    return loader != nullptr && loader(aDocument, aText, aFormat);
+    // Through a copy: a loader may replace the document's services while it runs.
+    const TQVLDiagramLoaderFunc loader = QVLDiagramLoaderOf(aDocument);
+    return loader && loader(aDocument, aText, aFormat);
 }
 
 bool QVLReadDiagramFile(const std::string& aFileName, std::string& aText) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "orvex/diagrams/diagram_model.h"
+#include "orvex/document/document_services.h"
 
 namespace Orvex {
 class TORXBaseLabel;
@@ -28,10 +29,14 @@ using TQVLDiagramLoader = bool (*)(TORXBaseLabel& aDocument, std::string_view aT
                                    TQVLDiagramFormat aFormat);
 void QVLSetDiagramLoader(TQVLDiagramLoader aLoader);  // replaces the previous one; nullptr removes it
 TQVLDiagramLoader QVLGetDiagramLoader();
+// The loader that serves this document: its own (TQVLDocumentServices) when it has one, else the
+// process-wide one as it is at this call; empty when there is neither.
+TQVLDiagramLoaderFunc QVLDiagramLoaderOf(const TORXBaseLabel& aDocument);
 
-// What the document's LoadFromDiagramText and LoadFromDiagram do: false without a loader, else the
-// loader's answer. The file is read whole as UTF-8 (a byte-order mark dropped), or as Windows-1252 when it
-// is not valid UTF-8; dgAuto becomes the format of the file's extension, which may still be dgAuto.
+// What the document's LoadFromDiagramText and LoadFromDiagram do: false without a loader, else the answer
+// of the document's loader. The file is read whole as UTF-8 (a byte-order mark dropped), or as
+// Windows-1252 when it is not valid UTF-8; dgAuto becomes the format of the file's extension, which may
+// still be dgAuto.
 bool QVLLoadDiagramText(TORXBaseLabel& aDocument, std::string_view aText, TQVLDiagramFormat aFormat);
 bool QVLLoadDiagramFile(TORXBaseLabel& aDocument, const std::string& aFileName, TQVLDiagramFormat aFormat);
 

@@ -17,11 +17,13 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "orvex/core/types.h"
 #include "orvex/document/base_item.h"
 #include "orvex/document/doc_objects.h"
+#include "orvex/document/document_services.h"
 #include "orvex/document/document_types.h"
 #include "orvex/document/layer.h"
 #include "orvex/document/observer.h"
@@ -73,10 +75,14 @@ class TORXBaseLabel {
     virtual void AssignSymbolAndFlowLinks() {}
     virtual void ComposeImage(const TQVLRect& area,
                               std::int32_t zoom);  // throws: hosts that compose maps override
-    // Diagram import through the loader the host registered (QVLSetDiagramLoader): false without one, and
-    // for a file that does not exist. Defined beside the diagram parsers.
+    // Diagram import through this document's own loader, else the process-wide one (QVLSetDiagramLoader):
+    // false without either, and for a file that does not exist. Defined beside the diagram parsers.
     bool LoadFromDiagramText(std::string_view text, TQVLDiagramFormat format);
     bool LoadFromDiagram(const std::string& fileName, TQVLDiagramFormat format);
+    // The host's services for this document; what they leave empty comes from the process-wide defaults.
+    // Set them before texts are added: texts already placed keep their layout until they change.
+    const TQVLDocumentServices& Services() const { return fServices; }
+    void SetServices(TQVLDocumentServices services) { fServices = std::move(services); }
 
     // [SECTION] Items and selection. Item indexes are zero-based, in paint order.
     TORXBaseItem* GetItem(std::int32_t index) const;  // null outside the list
@@ -390,6 +396,7 @@ class TORXBaseLabel {
     std::unordered_set<const TORXBaseItem*> fPendingCalcSet;  // the same items, for the duplicate check
     std::vector<std::unique_ptr<TORXCounter>> fCounters;
     std::string fClipboard;
+    TQVLDocumentServices fServices;
     std::vector<std::string> fReadWarnings;
     std::vector<std::unique_ptr<TORXCmd>> fUndoStack;
     std::vector<std::unique_ptr<TORXCmd>> fRedoStack;

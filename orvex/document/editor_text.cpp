@@ -160,7 +160,7 @@ std::size_t CaretAtX(const TORXBaseItem* item, std::int64_t x) {
     if (text == nullptr || text->Angle() != TQVLAngle::ag0) return std::string::npos;
     const std::vector<TTextLinePos> lines = text->TextLines();
     if (lines.empty()) return std::string::npos;
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(item->QVLab());
     const double scale = text->ScaleX() > 0.0f ? text->ScaleX() : 1.0;
     const std::string& s = text->Text();
     std::size_t best = 0;

@@ -25,7 +25,7 @@ std::uint8_t Mix(std::uint8_t a, std::uint8_t b, int percentB) {
 
 std::int64_t ContainerBandHeight(const TORXBaseFlow& frame, std::int64_t width) {
     if (frame.Text().empty()) return 0;
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(frame.QVLab());
     const std::int64_t padX = SetBaseValue(frame.PaddingX());
     const std::int64_t padY = SetBaseValue(frame.PaddingY());
     const auto lines = WrapText(frame.Text(), frame.Font(), width - 2 * padX, metrics);

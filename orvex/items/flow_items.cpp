@@ -156,7 +156,7 @@ void TORXBaseFlow::QueueLinks() {
 }
 
 void TORXBaseFlow::UpdatePoints() {
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     TQVLRect area = FlowTextArea(fFlowType, Box());
     const auto lines = WrapText(fText, fFont, area.GetWidth() - 2 * SetBaseValue(fPaddingX), metrics);
     const auto placed =

@@ -118,7 +118,7 @@ void TORXBasePoly::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
     if (fFill) body.push_back(SvgBoxRect(box, fRadio, unit, SvgFill(fBackColor, true)));
     // The text fills the box line by line; a code shows its frame and its data until the encoders draw it.
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     std::vector<std::string> lines = WrapText(ShownText(), TQVLFont{}, 0, metrics);
     TQVLFont font;
     font.FontColor = fColor;

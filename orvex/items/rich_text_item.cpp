@@ -292,7 +292,7 @@ void TORXBaseRichText::WriteSVG(std::vector<std::string>& defs, std::vector<std:
     (void)defs, (void)mode, (void)factor, (void)flag;
     const TQVLUnits unit = fOwner->Units();
     const TQVLRect box = BoxOf(*this);
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     body.push_back(fmt::format("<g id=\"{}\">", SvgEscape(fID)));
     if (fFill) body.push_back(SvgBoxRect(box, 0.0f, unit, SvgFill(fBackColor, true)));
 

@@ -114,8 +114,9 @@ TQVLRect TORXTextItem::Box() const {
 }
 
 std::vector<TTextLinePos> TORXTextItem::TextLines() const {
-    return PosBaseLinesText(WrapText(fText, fFont, 0, QVLTextMetrics()), fFont, Box(), fHorzAlign, fVertAlign,
-                            fAngle, MM(fPaddingX), MM(fPaddingY), 0, QVLTextMetrics());
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
+    return PosBaseLinesText(WrapText(fText, fFont, 0, metrics), fFont, Box(), fHorzAlign, fVertAlign, fAngle,
+                            MM(fPaddingX), MM(fPaddingY), 0, metrics);
 }
 
 bool TORXTextItem::Pick(std::int64_t x, std::int64_t y, std::int32_t tolerance, bool flag) const {
@@ -314,7 +315,7 @@ std::vector<TTextLinePos> TORXBaseText::TextLines() const {
 
 void TORXBaseText::UpdatePoints() {
     if (fPoints.size() < 2) return;
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     const auto lines = WrapText(fText, fFont, 0, metrics);
     std::int64_t width = 0;
     for (const auto& line : lines) width = std::max(width, metrics.TextWidth(line, fFont));
@@ -461,7 +462,7 @@ TQVLSPoint TORXBasePara::Position(const TORXBaseDraw& draw) const {
 
 std::vector<TTextLinePos> TORXBasePara::TextLines() const {
     const TQVLRect frame = AdjustRect(Box(), fAngle);
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     std::vector<bool> ends;
     const auto lines = WrapText(ShownText(), fFont, frame.GetWidth() - 2 * MM(fPaddingX), metrics, &ends);
     auto out = PosBaseLinesText(lines, fFont, Box(), fHorzAlign, fVertAlign, fAngle, MM(fPaddingX),
@@ -472,7 +473,7 @@ std::vector<TTextLinePos> TORXBasePara::TextLines() const {
 
 std::int64_t TORXBasePara::LinesHeight() const {
     const TQVLRect frame = AdjustRect(Box(), fAngle);
-    const ITextMetrics& metrics = QVLTextMetrics();
+    const ITextMetrics& metrics = QVLTextMetrics(QVLab());
     const auto count = static_cast<std::int64_t>(
         WrapText(ShownText(), fFont, frame.GetWidth() - 2 * MM(fPaddingX), metrics).size());
     return count * metrics.LineHeight(fFont) + std::max<std::int64_t>(0, count - 1) * MM(fInterline) +

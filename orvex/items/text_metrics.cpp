@@ -4,12 +4,14 @@
 #include <cmath>
 
 #include "orvex/core/text.h"
+#include "orvex/document/document.h"
 
 namespace Orvex {
 
 namespace {
 const TApproxTextMetrics kApprox;
 std::atomic<const ITextMetrics*> gMetrics{nullptr};
+thread_local const ITextMetrics* tScopeMetrics = nullptr;  // the innermost TTextMetricsScope's
 
 std::int64_t HeightBase(const TQVLFont& font) {
     return SetBaseValue(font.FontHeight);
@@ -45,12 +47,31 @@ std::int64_t TApproxTextMetrics::Ascent(const TQVLFont& font) const {
 }
 
 const ITextMetrics& QVLTextMetrics() {
+    if (tScopeMetrics != nullptr) return *tScopeMetrics;
     const ITextMetrics* metrics = gMetrics.load();
     return metrics != nullptr ? *metrics : kApprox;
 }
 
+const ITextMetrics& QVLTextMetrics(const TORXBaseLabel* document) {
+    if (document != nullptr && document->Services().TextMetrics != nullptr)
+        return *document->Services().TextMetrics;
+    return QVLTextMetrics();
+}
+
+TTextMetricsScope::TTextMetricsScope(const ITextMetrics& metrics) : fPrevious(tScopeMetrics) {
+    tScopeMetrics = &metrics;
+}
+
+TTextMetricsScope::~TTextMetricsScope() {
+    tScopeMetrics = fPrevious;
+}
+
 void QVLSetTextMetrics(const ITextMetrics* metrics) {
     gMetrics.store(metrics);
+}
+
+const ITextMetrics* QVLGetTextMetrics() {
+    return gMetrics.load();
 }
 
 }  // namespace Orvex

@@ -10,6 +10,8 @@
 
 namespace Orvex {
 
+class TORXBaseLabel;
+
 // Lengths in base units for a font whose height (TQVLFont::FontHeight) is in millimetres.
 class ITextMetrics {
   public:
@@ -29,8 +31,27 @@ class TApproxTextMetrics final : public ITextMetrics {
 };
 
 // The process-wide metrics: the approximation until a host installs its own (not owned; nullptr resets).
+// On a thread inside a TTextMetricsScope, QVLTextMetrics() answers the scope's metrics instead.
 const ITextMetrics& QVLTextMetrics();
 void QVLSetTextMetrics(const ITextMetrics* metrics);
+const ITextMetrics* QVLGetTextMetrics();  // the installed process-wide metrics; nullptr for the approximation
+// The metrics a document's texts are laid out with: its own (TQVLDocumentServices) when it has them, else
+// QVLTextMetrics(). A null document gets QVLTextMetrics().
+const ITextMetrics& QVLTextMetrics(const TORXBaseLabel* document);
+
+// Makes metrics what QVLTextMetrics() answers on this thread while the scope lives, so that a layout
+// stage measuring through helpers that have no document at hand measures with its document's metrics.
+// Scopes nest; each restores the one before it. The metrics must outlive the scope.
+class TTextMetricsScope {
+  public:
+    explicit TTextMetricsScope(const ITextMetrics& metrics);
+    ~TTextMetricsScope();
+    TTextMetricsScope(const TTextMetricsScope&) = delete;
+    TTextMetricsScope& operator=(const TTextMetricsScope&) = delete;
+
+  private:
+    const ITextMetrics* fPrevious;
+};
 
 // Code points in a UTF-8 text: what the approximation counts as characters.
 std::size_t CodePointCount(std::string_view text);
