@@ -162,7 +162,7 @@ class TStateReader {
             TQVLDiagGroup first;
             first.ID = owner + "#1";
             first.Parent = owner;
-            first.Style.Dash = true;
+            first.Region = true;
             TQVLDiagGroup* comp = fModel.FindGroup(owner);
             first.Members = comp->Members;
             comp->Members.clear();
@@ -176,7 +176,7 @@ class TStateReader {
         TQVLDiagGroup next;
         next.ID = owner + "#" + std::to_string(fRegions.back());
         next.Parent = owner;
-        next.Style.Dash = true;
+        next.Region = true;
         fModel.AddGroup(next);
         fOpen.push_back(next.ID);
     }
