@@ -1,6 +1,7 @@
-// Graphviz measures link captions through a text-layout plugin. This one measures them with the process's
-// own text metrics, the ones the captions are painted with, so dot leaves the room the painted text
-// takes, and Graphviz does not load its own Pango plugin (with a second font) just to size them.
+// Private to the graph layout: Graphviz measures link captions through a text-layout plugin, and this one
+// measures them with the process's own text metrics, the ones the captions are painted with, so dot
+// leaves the room the painted text takes and Graphviz does not load its own Pango plugin (with a second
+// font) just to size them.
 #pragma once
 
 #include <graphviz/gvc.h>

@@ -1,6 +1,6 @@
-// libcurl, opened when the AI client first sends a request rather than when the program starts: curl
-// brings a TLS stack, LDAP, SSH and Kerberos, whose loading and start-up code would cost every run of
-// `orvex` several milliseconds although only `chat` and the AI tools ever talk HTTPS.
+// Private to the AI client's transport: libcurl, opened when the first request is sent rather than when
+// the program starts. curl brings a TLS stack, LDAP, SSH and Kerberos, whose loading and start-up code would
+// cost every run of `orvex` several milliseconds although only `chat` and the AI tools ever talk HTTPS.
 #pragma once
 
 #include <curl/curl.h>
