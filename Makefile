@@ -66,6 +66,7 @@ bench: build
 peers: build
 	bash bench/peers/mermaid_parse.sh $(BUILD_DIR)/orvex
 	bash bench/peers/mermaid_render.sh $(BUILD_DIR)/orvex
+	bash bench/peers/mermaid_agreement.sh $(BUILD_DIR)/orvex
 	bash bench/peers/mcp_throughput.sh $(BUILD_DIR)/orvex
 
 format:

@@ -322,6 +322,7 @@ TORXBaseFlow* AddFrame(TORXBaseLabel& doc, const TQVLDiagGroup& group, const TLa
     frame->SetBackColor(kFrameFill);
     frame->SetFilled(true);
     frame->SetColor(kFrameStroke);
+    if (group.Region) frame->SetLineType(kDashed);  // the separator between concurrent regions
     ApplyStyle(*frame, group.Style);
     return frame;
 }

@@ -17,6 +17,7 @@
 
 #include "host/layout/dot_result.h"
 #include "host/layout/graphviz_settings.h"
+#include "host/layout/graphviz_text.h"
 #include "host/layout/isolated_run.h"
 #include "host/layout/layered_layout.h"
 #include "orvex/core/units.h"
@@ -62,9 +63,9 @@ std::string EscapeLabel(std::string_view text) {
 // One Graphviz context for the whole process, never freed. Graphviz's Pango text plugin keeps a pointer
 // to the last font name it measured, and that name belongs to the context: freeing a context and making
 // another left the pointer dangling for the next layout's labels. One context also reads the plugin
-// configuration only once.
+// configuration only once. Its text layout is the process's own metrics (graphviz_text.h).
 GVC_t* GraphvizContext() {
-    static GVC_t* const context = gvContext();
+    static GVC_t* const context = NewGraphvizContextWithOwnText();
     return context;
 }
 

@@ -1,28 +1,24 @@
 // The AI client's HTTPS POST over libcurl: one easy handle per request, bounded time and size, no redirects
-// (a POST must not be replayed elsewhere), and loopback never sent through a proxy.
-#include <curl/curl.h>
-
+// (a POST must not be replayed elsewhere), and loopback never sent through a proxy. libcurl itself is
+// opened on the first request (curl_library.h).
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "orvex/agent/ai_transport.h"
+#include "orvex/agent/curl_library.h"
 
 namespace Orvex {
 
 namespace {
 
-void GlobalInitOnce() {
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-}
-
 struct TEasyDeleter {
-    void operator()(CURL* aHandle) const { curl_easy_cleanup(aHandle); }
+    const TCurlLibrary* Curl = nullptr;
+    void operator()(CURL* aHandle) const { Curl->EasyCleanup(aHandle); }
 };
 struct TListDeleter {
-    void operator()(curl_slist* aList) const { curl_slist_free_all(aList); }
+    const TCurlLibrary* Curl = nullptr;
+    void operator()(curl_slist* aList) const { Curl->SlistFreeAll(aList); }
 };
 
 struct TSink {
@@ -58,22 +54,25 @@ std::string NoProxyList() {
 
 class TCurlTransport final : public IAIHttpTransport {
   public:
-    explicit TCurlTransport(const TAIHttpOptions& aOptions) : fOptions(aOptions) { GlobalInitOnce(); }
+    explicit TCurlTransport(const TAIHttpOptions& aOptions) : fOptions(aOptions) {}
 
     TAIHttpResult Post(const std::string& aUrl, const TAIHttpHeaders& aHeaders,
                        const std::string& aBody) override {
-        std::unique_ptr<CURL, TEasyDeleter> easy(curl_easy_init());
+        std::string openError;
+        const TCurlLibrary* curl = OpenCurlLibrary(openError);
+        if (curl == nullptr) return TAIHttpResult::Failure(QVLErr::kNoAnswer, openError);
+        std::unique_ptr<CURL, TEasyDeleter> easy(curl->EasyInit(), TEasyDeleter{curl});
         if (!easy) return TAIHttpResult::Failure(QVLErr::kNoAnswer, "could not create an HTTP handle");
-        std::unique_ptr<curl_slist, TListDeleter> headers;
+        std::unique_ptr<curl_slist, TListDeleter> headers(nullptr, TListDeleter{curl});
         for (const auto& [name, value] : aHeaders) {
             const std::string line = name + ": " + value;
-            curl_slist* grown = curl_slist_append(headers.get(), line.c_str());
+            curl_slist* grown = curl->SlistAppend(headers.get(), line.c_str());
             if (grown == nullptr) return TAIHttpResult::Failure(QVLErr::kNoAnswer, "out of memory");
             (void)headers.release();
             headers.reset(grown);
         }
         // "Expect: 100-continue" would add a round trip to every large request.
-        curl_slist* grown = curl_slist_append(headers.get(), "Expect:");
+        curl_slist* grown = curl->SlistAppend(headers.get(), "Expect:");
         if (grown != nullptr) {
             (void)headers.release();
             headers.reset(grown);
@@ -84,34 +83,34 @@ class TCurlTransport final : public IAIHttpTransport {
         char errorText[CURL_ERROR_SIZE] = {};
         const std::string noProxy = NoProxyList();
         CURL* handle = easy.get();
-        curl_easy_setopt(handle, CURLOPT_URL, aUrl.c_str());
-        curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
-        curl_easy_setopt(handle, CURLOPT_POST, 1L);
-        curl_easy_setopt(handle, CURLOPT_POSTFIELDS, aBody.data());
-        curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(aBody.size()));
-        curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers.get());
-        curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &WriteBody);
-        curl_easy_setopt(handle, CURLOPT_WRITEDATA, &sink);
-        curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
-        curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS,
+        curl->EasySetopt(handle, CURLOPT_URL, aUrl.c_str());
+        curl->EasySetopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
+        curl->EasySetopt(handle, CURLOPT_POST, 1L);
+        curl->EasySetopt(handle, CURLOPT_POSTFIELDS, aBody.data());
+        curl->EasySetopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(aBody.size()));
+        curl->EasySetopt(handle, CURLOPT_HTTPHEADER, headers.get());
+        curl->EasySetopt(handle, CURLOPT_WRITEFUNCTION, &WriteBody);
+        curl->EasySetopt(handle, CURLOPT_WRITEDATA, &sink);
+        curl->EasySetopt(handle, CURLOPT_ERRORBUFFER, errorText);
+        curl->EasySetopt(handle, CURLOPT_CONNECTTIMEOUT_MS,
                          static_cast<long>(fOptions.ConnectTimeout.count()));
-        curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(fOptions.TotalTimeout.count()));
-        curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);  // timeouts without SIGALRM, safe on any thread
-        curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 0L);
-        curl_easy_setopt(handle, CURLOPT_NOPROXY, noProxy.c_str());
-        curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "");  // whatever this libcurl can decompress
+        curl->EasySetopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(fOptions.TotalTimeout.count()));
+        curl->EasySetopt(handle, CURLOPT_NOSIGNAL, 1L);  // timeouts without SIGALRM, safe on any thread
+        curl->EasySetopt(handle, CURLOPT_FOLLOWLOCATION, 0L);
+        curl->EasySetopt(handle, CURLOPT_NOPROXY, noProxy.c_str());
+        curl->EasySetopt(handle, CURLOPT_ACCEPT_ENCODING, "");  // whatever this libcurl can decompress
 
-        const CURLcode code = curl_easy_perform(handle);
+        const CURLcode code = curl->EasyPerform(handle);
         if (code != CURLE_OK) {
             if (sink.Overflow)
                 return TAIHttpResult::Failure(
                     QVLErr::kLimit,
                     "the answer is larger than " + std::to_string(fOptions.MaxResponseBytes) + " bytes");
             return TAIHttpResult::Failure(
-                QVLErr::kNoAnswer, errorText[0] != '\0' ? std::string(errorText) : curl_easy_strerror(code));
+                QVLErr::kNoAnswer, errorText[0] != '\0' ? std::string(errorText) : curl->EasyStrerror(code));
         }
         long status = 0;
-        curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
+        curl->EasyGetinfo(handle, CURLINFO_RESPONSE_CODE, &status);
         return TAIHttpResult::Success({static_cast<std::int32_t>(status), std::move(sink.Body)});
     }
 

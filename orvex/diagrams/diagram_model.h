@@ -82,7 +82,8 @@ struct TQVLDiagGroup {
     std::string Parent;  // the enclosing group's ID; empty at the top
     std::optional<TQVLFlowDirection> Direction;
     std::vector<std::string> Members;  // IDs of the nodes (or participants) directly inside, in order
-    TQVLDiagStyle Style;
+    TQVLDiagStyle Style;               // what the text sets, nothing else
+    bool Region = false;               // a concurrent region of a composite state: drawn with a dashed frame
 };
 
 struct TQVLDiagNode {

@@ -24,6 +24,7 @@
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
 #include "orvex/diagrams/plantuml_parser.h"
+#include "orvex/diagrams/uml_import_lines.h"
 
 namespace Orvex {
 namespace {
@@ -39,38 +40,6 @@ constexpr auto kCaseless = TRegexFlag::rfCaseless;
 //-----------------------------------------------------------------------------------------------------
 // [SECTION] Lines
 //-----------------------------------------------------------------------------------------------------
-
-struct TLine {
-    std::string_view Text;  // trimmed, without a trailing comment
-    std::int32_t No = 0;
-};
-
-// The lines with their numbers; "'" comments and "/' ... '/" blocks removed.
-std::vector<TLine> ReadLines(std::string_view text) {
-    std::vector<TLine> out;
-    const auto lines = QVLSplitDiagramLines(text);
-    bool inBlock = false;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        std::string_view line = Trim(lines[i]);
-        if (inBlock) {
-            const std::size_t close = line.find("'/");
-            if (close == std::string_view::npos) continue;
-            inBlock = false;
-            line = Trim(line.substr(close + 2));
-        }
-        if (line.starts_with("/'")) {
-            const std::size_t close = line.find("'/", 2);
-            if (close == std::string_view::npos) {
-                inBlock = true;
-                continue;
-            }
-            line = Trim(line.substr(close + 2));
-        }
-        if (line.empty() || line.front() == '\'') continue;
-        out.push_back({line, static_cast<std::int32_t>(i + 1)});
-    }
-    return out;
-}
 
 // Splits macro arguments on top-level commas, each trimmed and unquoted; named arguments ("$tags=...")
 // are left out.
@@ -426,7 +395,7 @@ class TStructureReader {
   public:
     TStructureReader(TORXDiagramModel& model, bool creole) : fModel(model), fCreole(creole) {}
 
-    void Read(const std::vector<TLine>& lines) {
+    void Read(const std::vector<TUmlLine>& lines) {
         fModel.fKind = TQVLDiagramKind::dkFlowChart;
         fModel.fDirection = TQVLFlowDirection::fdTopDown;
         for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -452,7 +421,7 @@ class TStructureReader {
     std::string Caption(std::string_view text) const { return QVLPlainCaption(text, fCreole); }
 
     // Reads the statement at lines[i]; returns the index of its last line.
-    std::size_t Line(const std::vector<TLine>& lines, std::size_t i) {
+    std::size_t Line(const std::vector<TUmlLine>& lines, std::size_t i) {
         static const TRegex kSkip(
             R"(^(@start\w*|@end\w*|hide\b|show\b|scale\b|header\b|footer\b|caption\b|legend\b|endlegend\b|newpage\b|allowmixing\b|allow_mixing\b|set\s+separator\b|SHOW_\w+\s*\(|HIDE_\w+\s*\(|LAYOUT_WITH_LEGEND\s*\(|LAYOUT_AS_SKETCH\s*\(|accTitle\b|accDescr\b|UpdateLayoutConfig\b))",
             {kCaseless});
@@ -460,7 +429,7 @@ class TStructureReader {
             R"(^(left\s+to\s+right|top\s+to\s+bottom)\s+direction$|^LAYOUT_(LEFT_RIGHT|LANDSCAPE|TOP_DOWN)\s*\(\s*\)$)",
             {kCaseless});
         static const TRegex kTitle(R"(^title\s*:?\s*(.*)$)", {kCaseless});
-        const TLine& line = lines[i];
+        const TUmlLine& line = lines[i];
         const std::string_view t = line.Text;
         TRegexMatch m;
         if (t.starts_with('!')) {
@@ -505,13 +474,13 @@ class TStructureReader {
         return i;
     }
 
-    std::size_t SkipTo(const std::vector<TLine>& lines, std::size_t i, std::string_view end) {
+    std::size_t SkipTo(const std::vector<TUmlLine>& lines, std::size_t i, std::string_view end) {
         while (i + 1 < lines.size() && !Qvl::Utils::StartsWithIgnoringCase(lines[i].Text, end)) ++i;
         return i;
     }
 
     // "skinparam key value", "skinparam key { ... }" and "skinparam { key value ... }".
-    std::size_t Skinparam(const std::vector<TLine>& lines, std::size_t i) {
+    std::size_t Skinparam(const std::vector<TUmlLine>& lines, std::size_t i) {
         std::string_view rest = Trim(lines[i].Text.substr(9));
         if (rest.ends_with('{')) {
             const std::string prefix(Trim(rest.substr(0, rest.size() - 1)));
@@ -533,7 +502,7 @@ class TStructureReader {
 
     // "componentBackgroundColor", "ArrowColor", "BackgroundColor<<stereo>>": the element word (or "" for
     // all, "arrow" for links) and the property.
-    void SkinKey(const std::string& key, std::string_view value, const TLine& line) {
+    void SkinKey(const std::string& key, std::string_view value, const TUmlLine& line) {
         static const std::array<std::string_view, 9> kProperties{
             "backgroundcolor", "bordercolor",   "fontcolor",   "borderthickness", "fontstyle",
             "linecolor",       "linethickness", "borderstyle", "linestyle"};
@@ -566,7 +535,7 @@ class TStructureReader {
     }
 
     // A <style> block: selectors nest with braces; "Name value" lines set properties.
-    std::size_t StyleBlock(const std::vector<TLine>& lines, std::size_t i) {
+    std::size_t StyleBlock(const std::vector<TUmlLine>& lines, std::size_t i) {
         std::vector<std::string> selectors;
         std::size_t k = i + 1;
         for (; k < lines.size(); ++k) {
@@ -604,12 +573,12 @@ class TStructureReader {
 
     // "note left of X : text", "note right of X" ... "end note", "note "text" as N", "note as N" ...
     // "end note", "note on link". A note becomes a node joined to its element by a dashed link.
-    std::size_t NoteStatement(const std::vector<TLine>& lines, std::size_t i) {
+    std::size_t NoteStatement(const std::vector<TUmlLine>& lines, std::size_t i) {
         static const TRegex kNote(
             R"re(^note\s+(?:(left|right|top|bottom)(?:\s+of\s+("[^"]+"|\[[^\]]+\]|\([^)]+\)|:[^:]+:|[\w.$@]+))?|("[^"]+")\s+as\s+([\w.]+)|as\s+([\w.]+)|(on\s+link))\s*(#\S+)?\s*(?::\s*(.*))?$)re",
             {kCaseless});
         TRegexMatch m;
-        const TLine& line = lines[i];
+        const TUmlLine& line = lines[i];
         if (!kNote.Match(line.Text, m)) {
             Warn(line.No, "UNRECOGNIZED_LINE", "The note was not recognized and was ignored.", line.Text);
             return i;
@@ -654,7 +623,7 @@ class TStructureReader {
     }
 
     // C4 and ArchiMate macros: elements, boundaries (containers) and relations.
-    bool Macro(const TLine& line) {
+    bool Macro(const TUmlLine& line) {
         static const TRegex kMacro(R"(^(\w+)\s*\((.*)\)\s*(\{)?\s*$)");
         TRegexMatch m;
         if (!kMacro.Match(line.Text, m)) return false;
@@ -715,7 +684,7 @@ class TStructureReader {
 
     // Person(alias, label, description), Container(alias, label, technology, description), ...
     void AddC4Element(const std::vector<std::string>& args, TQVLFlowType shape, const std::string& role,
-                      bool external, const TLine& line) {
+                      bool external, const TUmlLine& line) {
         if (args.empty()) {
             Warn(line.No, "UNRECOGNIZED_LINE", "The element has no alias and was ignored.", line.Text);
             return;
@@ -732,7 +701,7 @@ class TStructureReader {
             node->Style.TextColor = 0xFFFFFFFFu;
     }
 
-    bool MacroRelation(const std::string& name, const std::vector<std::string>& args, const TLine& line) {
+    bool MacroRelation(const std::string& name, const std::vector<std::string>& args, const TUmlLine& line) {
         if (args.size() < 2) {
             Warn(line.No, "UNRECOGNIZED_LINE", "The relation names fewer than two elements.", line.Text);
             return true;
@@ -769,7 +738,7 @@ class TStructureReader {
         return true;
     }
 
-    bool Relation(const TLine& line) {
+    bool Relation(const TUmlLine& line) {
         TRelation r;
         if (!ParseRelation(line.Text, r)) return false;
         r.From = Resolve(r.From, r.FromKind);
@@ -779,7 +748,7 @@ class TStructureReader {
         return true;
     }
 
-    void AddRelation(const TRelation& r, const TLine& line) {
+    void AddRelation(const TRelation& r, const TUmlLine& line) {
         (void)line;
         for (const std::string& end : {r.From, r.To}) {
             if (fModel.NodeIndexOf(end) >= 0 || fModel.FindGroup(end) != nullptr) continue;
@@ -834,7 +803,7 @@ class TStructureReader {
 
     // "component X", "component "Long name" as X", "X as "Long"", "[Long name] as X", "(Use) as U",
     // ":Actor: as A", "package P {", "node "N" as n #pink {", with stereotypes and colours.
-    bool Declaration(const std::vector<TLine>& lines, std::size_t i) {
+    bool Declaration(const std::vector<TUmlLine>& lines, std::size_t i) {
         static const TRegex kDeclaration(
             R"re(^(?:([\w/]+)\s+)?("[^"]*"|\[[^\]]*\]|\([^)]*\)|:[^:]+:|[\w.$@]+)(?:\s+as\s+("[^"]*"|\[[^\]]*\]|\([^)]*\)|:[^:]+:|[\w.$@]+))?((?:\s*<<[^>]*>>)*)\s*(#\S+)?\s*(##\S+)?\s*(\[|\{)?\s*$)re",
             {kCaseless});
@@ -842,7 +811,7 @@ class TStructureReader {
         static const TRegex kColourFirst(R"(^([\w/]+)\s+(#[\w.:;-]+)\s+(.+)$)");
         // "cloud {": a container without a name.
         static const TRegex kAnonymous(R"(^([\w/]+)\s*(#\S+)?\s*\{$)");
-        const TLine& line = lines[i];
+        const TUmlLine& line = lines[i];
         TRegexMatch m;
         if (kAnonymous.Match(line.Text, m) && FindElementWord(m.Group(1)) != nullptr) {
             const std::string id = RoleOf(m.Group(1)) + "_" + std::to_string(fModel.Groups().size() + 1);
@@ -913,7 +882,7 @@ class TStructureReader {
         return true;
     }
 
-    void OpenGroup(const std::string& id, const std::string& caption, const TLine& line) {
+    void OpenGroup(const std::string& id, const std::string& caption, const TUmlLine& line) {
         (void)line;
         TQVLDiagGroup group;
         group.ID = id;
@@ -1011,23 +980,23 @@ bool QVLImportStructure(std::string_view aText, TQVLDiagramFormat aFormat, TORXD
     if (aFormat == TQVLDiagramFormat::dgMermaid) {
         if (!QVLMermaidHeaderWord(aText).starts_with("c4")) return false;
     } else {
-        if (TORXPlantUMLParser::KindFromMarker(aText) != TKind::pkUnknown) return false;
-        TORXDiagramModel scratch;
-        const auto content = TORXPlantUMLParser::ContentLines(aText, scratch);
-        const TKind kind = TORXPlantUMLParser::DetectKind(content);
+        const auto content = UmlPlantUMLContent(aText);
+        if (!content) return false;
+        const TKind kind = content->Kind;
         if (kind != TKind::pkStructure && kind != TKind::pkC4 && kind != TKind::pkArchimate) return false;
         // Class and object diagrams have their own reader.
         static const TRegex kClassWord(
             R"(^(class|abstract|enum|annotation|object|map|json|struct|exception|metaclass|protocol|stereotype|namespace)\s)",
             {kCaseless});
         static const TRegex kClassLink(R"((<\|--|--\|>|<\|\.\.|\.\.\|>))");
-        for (const std::string_view line : content)
+        for (const std::string_view line : content->Lines)
             if (kClassWord.Match(line) || kClassLink.Match(line)) return false;
     }
-    std::vector<TLine> lines = ReadLines(aText);
-    if (aFormat == TQVLDiagramFormat::dgMermaid) {
-        // The header line is no statement, and Mermaid's comments are "%%".
-        std::erase_if(lines, [](const TLine& l) { return l.Text.starts_with("%%"); });
+    const bool mermaid = aFormat == TQVLDiagramFormat::dgMermaid;
+    std::vector<TUmlLine> lines =
+        UmlStatementLines(aText, mermaid ? TQVLDiagramFormat::dgMermaid : TQVLDiagramFormat::dgPlantUML);
+    if (mermaid) {
+        // The header line is no statement.
         std::size_t header = 0;
         while (header < lines.size() && !ToLowerAscii(lines[header].Text).starts_with("c4")) ++header;
         if (header < lines.size())

@@ -548,17 +548,13 @@ class TClassReader {
 
 bool IsPlantUMLClassDiagram(std::string_view text) {
     using TKind = TORXPlantUMLParser::TPumlKind;
-    const TKind marker = TORXPlantUMLParser::KindFromMarker(text);
-    if (marker != TKind::pkUnknown) return false;
-    TORXDiagramModel scratch;
-    const auto content = TORXPlantUMLParser::ContentLines(text, scratch);
-    const TKind kind = TORXPlantUMLParser::DetectKind(content);
-    if (kind != TKind::pkStructure && kind != TKind::pkUnknown) return false;
+    const auto content = UmlPlantUMLContent(text);
+    if (!content || (content->Kind != TKind::pkStructure && content->Kind != TKind::pkUnknown)) return false;
     static const TRegex kClassWord(
         R"(^(class|abstract|interface|enum|annotation|object|map|json|struct|exception|metaclass|protocol|stereotype|namespace)\s)",
         {TRegexFlag::rfCaseless});
     static const TRegex kClassLink(R"((<\|--|--\|>|<\|\.\.|\.\.\|>))");
-    for (const std::string_view line : content)
+    for (const std::string_view line : content->Lines)
         if (kClassWord.Match(line) || kClassLink.Match(line)) return true;
     return false;
 }
@@ -567,13 +563,9 @@ bool IsPlantUMLClassDiagram(std::string_view text) {
 
 bool QVLImportClassDiagram(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel) {
     const bool mermaid = aFormat == TQVLDiagramFormat::dgMermaid;
-    if (mermaid) {
-        const std::string header = QVLMermaidHeaderWord(aText);
-        if (header != "classdiagram" && header != "classdiagram-v2") return false;
-        aModel.fTitle = QVLFrontMatterValue(aText, "title");
-    } else if (!IsPlantUMLClassDiagram(aText)) {
+    if (mermaid ? !UmlMermaidHeaderIs(aText, {"classdiagram", "classdiagram-v2"}, aModel)
+                : !IsPlantUMLClassDiagram(aText))
         return false;
-    }
     aModel.fKind = TQVLDiagramKind::dkFlowChart;
     TClassReader reader(aModel, mermaid);
     reader.Read(UmlStatementLines(aText, aFormat));

@@ -1,6 +1,7 @@
 #include "orvex/diagrams/uml_import_lines.h"
 
 #include "orvex/core/text.h"
+#include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_text.h"
 #include "orvex/diagrams/import_text.h"
 
@@ -47,6 +48,27 @@ std::vector<TUmlLine> UmlStatementLines(std::string_view aText, TQVLDiagramForma
         out.push_back({line, static_cast<std::int32_t>(i + 1)});
     }
     return out;
+}
+
+bool UmlMermaidHeaderIs(std::string_view aText, std::initializer_list<std::string_view> aHeaders,
+                        TORXDiagramModel& aModel) {
+    const std::string header = QVLMermaidHeaderWord(aText);
+    for (const std::string_view wanted : aHeaders) {
+        if (header != wanted) continue;
+        aModel.fTitle = QVLFrontMatterValue(aText, "title");
+        return true;
+    }
+    return false;
+}
+
+std::optional<TUmlPlantUMLContent> UmlPlantUMLContent(std::string_view aText) {
+    if (TORXPlantUMLParser::KindFromMarker(aText) != TORXPlantUMLParser::TPumlKind::pkUnknown)
+        return std::nullopt;
+    TORXDiagramModel scratch;  // the reading's own findings are the core parser's, not the importer's
+    TUmlPlantUMLContent content;
+    content.Lines = TORXPlantUMLParser::ContentLines(aText, scratch);
+    content.Kind = TORXPlantUMLParser::DetectKind(content.Lines);
+    return content;
 }
 
 void UmlNotDrawn(TORXDiagramModel& aModel, const TUmlLine& aLine, std::string_view aWhy) {

@@ -162,7 +162,7 @@ class TStateReader {
             TQVLDiagGroup first;
             first.ID = owner + "#1";
             first.Parent = owner;
-            first.Style.Dash = true;
+            first.Region = true;
             TQVLDiagGroup* comp = fModel.FindGroup(owner);
             first.Members = comp->Members;
             comp->Members.clear();
@@ -176,7 +176,7 @@ class TStateReader {
         TQVLDiagGroup next;
         next.ID = owner + "#" + std::to_string(fRegions.back());
         next.Parent = owner;
-        next.Style.Dash = true;
+        next.Region = true;
         fModel.AddGroup(next);
         fOpen.push_back(next.ID);
     }
@@ -383,17 +383,10 @@ class TStateReader {
 bool QVLImportStateDiagram(std::string_view aText, TQVLDiagramFormat aFormat, TORXDiagramModel& aModel) {
     const bool mermaid = aFormat == TQVLDiagramFormat::dgMermaid;
     if (mermaid) {
-        const std::string header = QVLMermaidHeaderWord(aText);
-        if (header != "statediagram" && header != "statediagram-v2") return false;
-        aModel.fTitle = QVLFrontMatterValue(aText, "title");
+        if (!UmlMermaidHeaderIs(aText, {"statediagram", "statediagram-v2"}, aModel)) return false;
     } else {
-        using TKind = TORXPlantUMLParser::TPumlKind;
-        TORXDiagramModel scratch;
-        const TKind marker = TORXPlantUMLParser::KindFromMarker(aText);
-        if (marker != TKind::pkUnknown) return false;
-        if (TORXPlantUMLParser::DetectKind(TORXPlantUMLParser::ContentLines(aText, scratch)) !=
-            TKind::pkState)
-            return false;
+        const auto content = UmlPlantUMLContent(aText);
+        if (!content || content->Kind != TORXPlantUMLParser::TPumlKind::pkState) return false;
     }
     TStateReader reader(aModel, mermaid);
     reader.Read(UmlStatementLines(aText, aFormat));

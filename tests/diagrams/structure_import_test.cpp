@@ -204,6 +204,33 @@ TEST(StructureImport, ArchimateElementsTakeTheirLayerColour) {
     EXPECT_EQ(model->Edges()[0].Text, "serves");
 }
 
+// Comments and directives are no statements: nothing is drawn for them and nothing is reported, and the
+// line numbers of what follows stay those of the text.
+TEST(StructureImport, CommentsAndDirectivesAreSkippedInBothFormats) {
+    const auto puml = Puml(
+        "' a line comment\n"
+        "/' a block comment\n"
+        "   [Ghost] --> [Phantom]\n"
+        "'/ [Web] --> [Api]\n"
+        "/' inline '/ [Api] --> [Store]\n"
+        "this is : not & a statement ??\n");
+    ASSERT_EQ(puml->Edges().size(), 2u);
+    EXPECT_EQ(puml->Edges()[0].FromID, "Web");
+    EXPECT_EQ(puml->Edges()[1].ToID, "Store");
+    EXPECT_LT(puml->NodeIndexOf("Ghost"), 0);
+    ASSERT_EQ(puml->Diagnostics().size(), 1u);
+    EXPECT_EQ(puml->Diagnostics()[0].Line, 7);  // after "@startuml"
+
+    const auto mermaid = QVLImportDiagram(
+        "---\ntitle: Shop\n---\n%%{init: {'theme': 'dark'}}%%\nC4Context\n%% who uses it\n"
+        "Person(user, \"Customer\")\nSystem(shop, \"Shop\")\nRel(user, shop, \"Uses\")\n",
+        TQVLDiagramFormat::dgMermaid);
+    EXPECT_EQ(mermaid->Title(), "Shop");
+    EXPECT_EQ(mermaid->Nodes().size(), 2u);
+    EXPECT_EQ(mermaid->Edges().size(), 1u);
+    EXPECT_TRUE(mermaid->Diagnostics().empty());
+}
+
 TEST(StructureImport, LeavesClassDiagramsAndReportsWhatItCannotRead) {
     const auto classes = Puml("class A\nA <|-- B\n");
     EXPECT_TRUE(classes->Groups().empty());

@@ -189,6 +189,12 @@ TEST(UmlImport, CompositeStatesKeepTheirOwnStartEndAndRegions) {
     EXPECT_EQ(NodeOf(*model, "Left").Compartments, (std::vector<Rows>{{"working hard"}}));
     ASSERT_EQ(model->Groups().size(), 3u);
     EXPECT_EQ(model->Groups()[1].Parent, "Busy");
+    // Regions are marked as such; their style holds only what the text sets, here nothing.
+    EXPECT_FALSE(model->Groups()[0].Region);
+    for (std::size_t g = 1; g < 3; ++g) {
+        EXPECT_TRUE(model->Groups()[g].Region);
+        EXPECT_FALSE(model->Groups()[g].Style.Dash.has_value());
+    }
     EXPECT_EQ(EdgeOf(*model, "note1", "pick").Dotted, true);
     EXPECT_TRUE(model->Diagnostics().empty());
 }

@@ -10,49 +10,22 @@ ORVEX=${1:?usage: run.sh PATH/TO/orvex [SHOTS_DIR]}
 ORVEX=$(cd "$(dirname "$ORVEX")" && pwd)/$(basename "$ORVEX")
 SHOTS=${2:-$(dirname "$ORVEX")/editor-screenshots}
 HERE=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-CHROMIUM=${CHROMIUM:-/usr/bin/chromium}
 SKIP=77
 
 source "$HERE/../node_env.sh"
 require_node "the editor test"
-if [[ ! -x $CHROMIUM ]]; then
-  echo "SKIP: $CHROMIUM is missing (Debian packages chromium and chromium-driver)" >&2
-  exit $SKIP
-fi
+require_chromium
 
 cd "$HERE"
-export PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
 npm_ci_once
-
-WORK=$(mktemp -d)
-SERVE_PID=
-EDIT_PID=
-cleanup() {
-  for pid in $SERVE_PID $EDIT_PID; do
-    if kill -0 "$pid" 2>/dev/null; then kill -KILL "$pid" 2>/dev/null || true; fi
-  done
-  rm -rf "$WORK"
-}
-trap cleanup EXIT
-
-# Waits until the log names an address matching the sed pattern; prints it.
-wait_for() {
-  local log=$1 pattern=$2 pid=$3 found=
-  for _ in $(seq 1 500); do
-    found=$(sed -n "$pattern" "$log" | head -n1)
-    [[ -n $found ]] && { echo "$found"; return 0; }
-    kill -0 "$pid" 2>/dev/null || break
-    sleep 0.02
-  done
-  cat "$log" >&2
-  return 1
-}
+make_work_dir
 
 export ORVEX_MCP_TOKEN="editor-test-$$-$RANDOM"
 mkdir -p "$WORK/files" "$WORK/own"
 "$ORVEX" serve --port 0 --edit-port 0 --files-root "$WORK/files" --drawing "$WORK/files/drawing.json" \
   2>"$WORK/serve.log" </dev/null &
 SERVE_PID=$!
+track_pid $SERVE_PID
 MCP_URL=$(wait_for "$WORK/serve.log" 's|.*listening on \(http://127\.0\.0\.1:[0-9]*/mcp\).*|\1|p' $SERVE_PID) ||
   { echo "FAIL: orvex serve did not start" >&2; exit 1; }
 EDITOR_URL=$(wait_for "$WORK/serve.log" 's|.*editor on \(http://[^ ]*\).*|\1|p' $SERVE_PID) ||
@@ -61,6 +34,7 @@ EDITOR_URL=$(wait_for "$WORK/serve.log" 's|.*editor on \(http://[^ ]*\).*|\1|p' 
 # A plain `orvex edit` beside it, on a drawing of its own; it prints its address on standard output.
 "$ORVEX" edit "$WORK/own/sketch.json" --port 0 >"$WORK/edit.out" 2>"$WORK/edit.log" </dev/null &
 EDIT_PID=$!
+track_pid $EDIT_PID
 EDIT_URL=$(wait_for "$WORK/edit.out" 's|^orvex edit: .* on \(http://[^ ]*\)$|\1|p' $EDIT_PID) ||
   { cat "$WORK/edit.log" >&2; echo "FAIL: orvex edit did not start" >&2; exit 1; }
 
@@ -68,15 +42,7 @@ status=0
 HOME="$WORK" timeout 180 node edit.mjs "$EDITOR_URL" "$MCP_URL" "$WORK/files/drawing.json" "$CHROMIUM" "$SHOTS" \
   "$EDIT_URL" "$WORK/own/sketch.json" || status=1
 
-for pid in $SERVE_PID $EDIT_PID; do
-  kill -TERM "$pid"
-  if ! wait "$pid"; then
-    echo "FAIL: process $pid did not exit cleanly on SIGTERM" >&2
-    status=1
-  fi
-done
-SERVE_PID=
-EDIT_PID=
+stop_cleanly "$SERVE_PID" "$EDIT_PID" || status=1
 [[ $status -eq 0 ]] || cat "$WORK/serve.log" "$WORK/edit.log" >&2
 [[ $status -eq 0 ]] && echo "editor: screenshots in $SHOTS"
 exit $status

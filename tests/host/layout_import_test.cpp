@@ -241,8 +241,15 @@ TEST(LayoutImport, ClustersThatUpsetGraphvizStillLoad) {
                                       "    check --> Printing : more jobs\n",
                                       TQVLDiagramFormat::dgMermaid));
     int containers = 0;
-    for (auto* flow : ItemsOf<TORXBaseFlow>(doc)) containers += flow->IsContainerFrame() ? 1 : 0;
+    int dashed = 0;
+    for (auto* flow : ItemsOf<TORXBaseFlow>(doc)) {
+        if (!flow->IsContainerFrame()) continue;
+        ++containers;
+        dashed += flow->LineType() == TQVLineType::ii22 ? 1 : 0;
+    }
     EXPECT_GE(containers, 3);  // the composite and its two regions
+    EXPECT_EQ(dashed, 2);      // the regions' frames: the separator between them
+    EXPECT_EQ(FrameTitled(doc, "Printing")->LineType(), TQVLineType::iiSolid);
 }
 
 }  // namespace

@@ -17,27 +17,16 @@ require_node "the MCP client tests"
 cd "$HERE"
 npm_ci_once
 
-WORK=$(mktemp -d)
-SERVER_PID=
-cleanup() {
-  if [[ -n $SERVER_PID ]] && kill -0 "$SERVER_PID" 2>/dev/null; then kill -KILL "$SERVER_PID" 2>/dev/null || true; fi
-  rm -rf "$WORK"
-}
-trap cleanup EXIT
+make_work_dir
 
 export ORVEX_MCP_TOKEN="client-test-$$-$RANDOM"
 mkdir -p "$WORK/files"
 "$ORVEX" serve --port 0 --drawing "$WORK/drawing.json" --save-on-exit --files-root "$WORK/files" \
   2>"$WORK/serve.log" </dev/null &
 SERVER_PID=$!
-PORT=
-for _ in $(seq 1 250); do
-  PORT=$(sed -n 's|.*listening on http://127\.0\.0\.1:\([0-9]*\)/mcp.*|\1|p' "$WORK/serve.log" | head -n1)
-  [[ -n $PORT ]] && break
-  kill -0 "$SERVER_PID" 2>/dev/null || { cat "$WORK/serve.log" >&2; echo "FAIL: orvex serve did not start" >&2; exit 1; }
-  sleep 0.02
-done
-[[ -n $PORT ]] || { cat "$WORK/serve.log" >&2; echo "FAIL: orvex serve did not report its port" >&2; exit 1; }
+track_pid $SERVER_PID
+PORT=$(wait_for "$WORK/serve.log" 's|.*listening on http://127\.0\.0\.1:\([0-9]*\)/mcp.*|\1|p' $SERVER_PID) ||
+  { echo "FAIL: orvex serve did not start" >&2; exit 1; }
 URL="http://127.0.0.1:$PORT/mcp"
 
 status=0
@@ -46,12 +35,7 @@ timeout 60 node sdk_http.mjs "$URL" || status=1
 timeout 60 node client2_http.mjs "$URL" || status=1
 ( unset ORVEX_MCP_TOKEN; timeout 60 node sdk_stdio.mjs "$ORVEX" ) || status=1
 
-kill -TERM "$SERVER_PID"
-if ! wait "$SERVER_PID"; then
-  echo "FAIL: orvex serve did not exit cleanly on SIGTERM" >&2
-  status=1
-fi
-SERVER_PID=
+stop_cleanly "$SERVER_PID" || status=1
 if ! node -e 'const d=JSON.parse(require("fs").readFileSync(process.argv[1],"utf8")); if (d.Items.length !== 5) process.exit(1)' \
   "$WORK/drawing.json"; then
   echo "FAIL: --save-on-exit did not write the flowchart" >&2
