@@ -1,5 +1,5 @@
 // The item base: construction, common setters with undo recording, one-based point access, hit tests,
-// bounds, moves and quarter turns. The JSON form lives in orvex/io/item_json.cpp.
+// bounds, moves and quarter turns. The JSON form lives in item_json.cpp.
 #include "orvex/document/base_item.h"
 
 #include <fmt/format.h>

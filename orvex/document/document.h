@@ -278,7 +278,7 @@ class TORXBaseLabel {
     void MoveSelection(float dx, float dy);  // in the document's unit
     void MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWidth, std::int64_t dHeight);  // base units
 
-    // [SECTION] Persistence: defined in orvex/io/drawing_json.cpp and orvex/io/drawing_svg.cpp.
+    // [SECTION] Persistence: defined in drawing_json.cpp and drawing_svg.cpp.
     TJSON GetJson() const;                             // a new object; the caller owns it
     std::string GetJsonString(int indent = -1) const;  // compact with -1
     void ReadJson(const TJSON& obj);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"
 
