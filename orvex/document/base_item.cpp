@@ -21,11 +21,10 @@ TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, bool preview
         fInID = owner->NextID();
     SetName();
     fFromPreview = preview;
-    owner->AdoptItem(this, preview);
     fLayer = owner->GetLayer(1);
     fPoints.assign(static_cast<std::size_t>(std::max(0, NumPointsItem(type))), TQVLPto{});
-    // Preview copies mirror an item of the drawing; taking them back is not an edit.
-    if (!preview) TORXCreateCmd::AddCommand(this);
+    // The document takes the item only once it is fully built (TORXBaseLabel::AddItem), so a kind whose
+    // construction throws leaves nothing behind.
 }
 
 TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, TORXLayer* layer, bool preview)
