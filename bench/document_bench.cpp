@@ -7,7 +7,7 @@
 #include <string>
 
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/text_items.h"

@@ -36,7 +36,7 @@ TFlowchart& Flowchart() {
         const std::int64_t mm = SetBaseValue(1.0f);
         doc.BeginUpdate(true);
         for (int i = 0; i < kFlows; ++i) {
-            auto* flow = new THeadlessItem<TORXBaseFlow>(&doc, false);  // the document owns it
+            auto* flow = doc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
             const std::int64_t x = (i % 250) * 40 * mm;
             const std::int64_t y = (i / 250) * 30 * mm;
             flow->SetBase(1, x, y);
@@ -44,7 +44,7 @@ TFlowchart& Flowchart() {
             c->Flows.push_back(flow);
         }
         for (int i = 1; i < kFlows; ++i) {
-            auto* link = new THeadlessItem<TORXBaseLink>(&doc, TQVLinkType::ltRoundCorner, false);
+            auto* link = doc.AddNew<THeadlessItem<TORXBaseLink>>(TQVLinkType::ltRoundCorner, false);
             link->Bind(c->Flows[static_cast<std::size_t>(i - 1)], -1, c->Flows[static_cast<std::size_t>(i)],
                        -1);
         }

@@ -14,7 +14,7 @@
 #include "host/layout/graph_layout.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include "orvex/agent/main_thread.h"
 #include "orvex/agent/mcp_server.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace OrvexCli {
 namespace {

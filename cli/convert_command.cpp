@@ -12,7 +12,7 @@
 #include "host/layout/diagram_loader.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace OrvexCli {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "cli/commands.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace OrvexCli {
 namespace {

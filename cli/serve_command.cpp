@@ -33,7 +33,7 @@
 #include "orvex/agent/mcp_server.h"
 #include "orvex/core/text.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace OrvexCli {
 namespace {

@@ -1,5 +1,5 @@
-# The installed package: headers, the three static libraries as namespaced targets (orvex::core,
-# orvex::agent, orvex::host), the `orvex` command, a CMake package (find_package(Orvex)) and pkg-config
+# The installed package: headers, the module libraries as namespaced targets (orvex::core bundling the
+# modules below the agent, orvex::agent, orvex::host), the `orvex` command, a CMake package (find_package(Orvex)) and pkg-config
 # files (orvex, orvex-agent, orvex-host).
 #
 # Headers are installed under <prefix>/include/orvex so that an embedder includes them exactly as our own
@@ -43,7 +43,10 @@ orvex_install_headers(${ORVEX_PUBLIC_HEADERS})
 install(FILES ${CMAKE_BINARY_DIR}/generated/orvex/version.h DESTINATION ${ORVEX_INSTALL_INCLUDEDIR}/orvex
   COMPONENT development)
 
-install(TARGETS orvex_core orvex_agent orvex_host EXPORT OrvexTargets
+# Every module library (ORVEX_LAYERS in CMakeLists.txt) is installed; orvex::core is the interface target
+# that bundles the ones below the agent.
+list(TRANSFORM ORVEX_LAYER_NAMES PREPEND orvex_ OUTPUT_VARIABLE ORVEX_LAYER_TARGETS)
+install(TARGETS ${ORVEX_LAYER_TARGETS} orvex_core EXPORT OrvexTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(TARGETS orvex RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 
@@ -58,6 +61,14 @@ install(FILES ${CMAKE_BINARY_DIR}/generated/OrvexConfig.cmake ${CMAKE_BINARY_DIR
 
 # The .pc files find their prefix from their own folder, so a tree installed with `cmake --install
 # --prefix` anywhere (or moved afterwards) still names the right paths.
+# orvex.pc links the core modules highest first, as a static link needs them.
+set(ORVEX_PC_CORE_LIBS)
+foreach(name ${ORVEX_LAYER_NAMES})
+  if(NOT name STREQUAL "agent" AND NOT name STREQUAL "host")
+    set(ORVEX_PC_CORE_LIBS "-lorvex_${name} ${ORVEX_PC_CORE_LIBS}")
+  endif()
+endforeach()
+string(STRIP "${ORVEX_PC_CORE_LIBS}" ORVEX_PC_CORE_LIBS)
 file(RELATIVE_PATH ORVEX_PC_TO_PREFIX /prefix/${ORVEX_INSTALL_PKGCONFIGDIR} /prefix)
 string(REGEX REPLACE "/$" "" ORVEX_PC_TO_PREFIX "${ORVEX_PC_TO_PREFIX}")
 foreach(pc orvex orvex-agent orvex-host)

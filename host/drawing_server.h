@@ -6,7 +6,7 @@
 
 #include "host/tools/register_tools.h"
 #include "orvex/agent/mcp_server.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace Orvex {
 class IMainThreadRunner;

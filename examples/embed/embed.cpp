@@ -15,7 +15,7 @@
 #include "orvex/diagrams/diagram_import.h"
 #include "orvex/diagrams/diagram_parse.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"
 #include "orvex/items/shape_items.h"

@@ -4,7 +4,7 @@
 
 #include "fuzz/targets/fuzz_targets.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json.h"
 
 namespace Orvex::Fuzz {

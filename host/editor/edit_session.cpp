@@ -12,7 +12,7 @@
 #include "orvex/core/units.h"
 #include "orvex/document/document.h"
 #include "orvex/document/editor_tools.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json_utils.h"
 
 namespace Orvex::Host {

@@ -3,43 +3,42 @@
 
 namespace Orvex::Paint {
 
-TORXBaseItem* CreateCairoItem(TORXBaseLabel* document, TQVLItemType type) {
-    // The document owns every item it creates.
+std::unique_ptr<TORXBaseItem> CreateCairoItem(TORXBaseLabel* document, TQVLItemType type) {
     switch (type) {
         case TQVLItemType::itLine:
-            return new TCairoItem<TORXBaseLine>(document);
+            return std::make_unique<TCairoItem<TORXBaseLine>>(document);
         case TQVLItemType::itPolyLine:
-            return new TCairoItem<TORXBasePolyLine>(document);
+            return std::make_unique<TCairoItem<TORXBasePolyLine>>(document);
         case TQVLItemType::itArc:
-            return new TCairoItem<TORXBaseArc>(document);
+            return std::make_unique<TCairoItem<TORXBaseArc>>(document);
         case TQVLItemType::itArrowLine:
-            return new TCairoItem<TORXBaseArrowLine>(document);
+            return std::make_unique<TCairoItem<TORXBaseArrowLine>>(document);
         case TQVLItemType::itDim:
-            return new TCairoItem<TORXBaseDim>(document);
+            return std::make_unique<TCairoItem<TORXBaseDim>>(document);
         case TQVLItemType::itRectangle:
-            return new TCairoItem<TORXBaseRectangle>(document);
+            return std::make_unique<TCairoItem<TORXBaseRectangle>>(document);
         case TQVLItemType::itPolygon:
-            return new TCairoItem<TORXBasePolygon>(document);
+            return std::make_unique<TCairoItem<TORXBasePolygon>>(document);
         case TQVLItemType::itBezier:
-            return new TCairoItem<TORXBaseBezier>(document);
+            return std::make_unique<TCairoItem<TORXBaseBezier>>(document);
         case TQVLItemType::itCircle:
-            return new TCairoItem<TORXBaseCircle>(document);
+            return std::make_unique<TCairoItem<TORXBaseCircle>>(document);
         case TQVLItemType::itEllipse:
-            return new TCairoItem<TORXBaseEllipse>(document);
+            return std::make_unique<TCairoItem<TORXBaseEllipse>>(document);
         case TQVLItemType::itSector:
-            return new TCairoItem<TORXBaseSector>(document);
+            return std::make_unique<TCairoItem<TORXBaseSector>>(document);
         case TQVLItemType::itText:
-            return new TCairoItem<TORXBaseText>(document, false);
+            return std::make_unique<TCairoItem<TORXBaseText>>(document, false);
         case TQVLItemType::itPara:
-            return new TCairoItem<TORXBasePara>(document, false);
+            return std::make_unique<TCairoItem<TORXBasePara>>(document, false);
         case TQVLItemType::itPolyText:
-            return new TCairoItem<TORXDataPoly>(document, false);
+            return std::make_unique<TCairoItem<TORXDataPoly>>(document, false);
         case TQVLItemType::itRichText:
-            return new TCairoItem<TORXBaseRichText>(document, false);
+            return std::make_unique<TCairoItem<TORXBaseRichText>>(document, false);
         case TQVLItemType::itFlow:
-            return new TCairoItem<TORXBaseFlow>(document, false);
+            return std::make_unique<TCairoItem<TORXBaseFlow>>(document, false);
         case TQVLItemType::itLink:
-            return new TCairoItem<TORXBaseLink>(document, false);
+            return std::make_unique<TCairoItem<TORXBaseLink>>(document, false);
         default:
             return nullptr;
     }

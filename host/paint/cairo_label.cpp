@@ -44,9 +44,9 @@ TORXCairoLabel::~TORXCairoLabel() {
     Paint::ReleaseTextMetrics();
 }
 
-TORXBaseItem* TORXCairoLabel::CreateItem(TQVLItemType type) {
-    if (TORXBaseItem* item = Paint::CreateCairoItem(this, type)) return item;
-    return TORXHeadlessLabel::CreateItem(type);
+std::unique_ptr<TORXBaseItem> TORXCairoLabel::MakeItem(TQVLItemType type) {
+    if (auto item = Paint::CreateCairoItem(this, type)) return item;
+    return TORXHeadlessLabel::MakeItem(type);
 }
 
 }  // namespace Orvex

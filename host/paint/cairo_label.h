@@ -48,7 +48,7 @@ class TORXCairoLabel : public TORXHeadlessLabel {
   public:
     TORXCairoLabel();
     ~TORXCairoLabel() override;
-    TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds
+    std::unique_ptr<TORXBaseItem> MakeItem(TQVLItemType type) override;  // nullptr outside the known kinds
 };
 
 }  // namespace Orvex

@@ -58,7 +58,7 @@ void PaintCode(const TPainter& p, const TORXBasePoly& item, const TDevBox& box);
 void PaintContainerFrame(const TORXBaseFlow& item, const TPainter& p);
 
 // The item kinds that have painting code, created on document; nullptr for the others.
-TORXBaseItem* CreateCairoItem(TORXBaseLabel* document, TQVLItemType type);
+std::unique_ptr<TORXBaseItem> CreateCairoItem(TORXBaseLabel* document, TQVLItemType type);
 
 // Pango's metrics are the process-wide ones while at least one Cairo document lives.
 void RetainTextMetrics();

@@ -11,7 +11,7 @@
 #include "orvex/core/safe_file.h"
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 namespace Orvex::Host {
 

@@ -11,7 +11,7 @@
 #include "orvex/core/paper.h"
 #include "orvex/core/text.h"
 #include "orvex/document/document.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json_utils.h"
 
 namespace Orvex::Host {

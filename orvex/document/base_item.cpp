@@ -1,5 +1,5 @@
 // The item base: construction, common setters with undo recording, one-based point access, hit tests,
-// bounds, moves and quarter turns. The JSON form lives in orvex/io/item_json.cpp.
+// bounds, moves and quarter turns. The JSON form lives in item_json.cpp.
 #include "orvex/document/base_item.h"
 
 #include <fmt/format.h>
@@ -21,11 +21,10 @@ TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, bool preview
         fInID = owner->NextID();
     SetName();
     fFromPreview = preview;
-    owner->AdoptItem(this, preview);
     fLayer = owner->GetLayer(1);
     fPoints.assign(static_cast<std::size_t>(std::max(0, NumPointsItem(type))), TQVLPto{});
-    // Preview copies mirror an item of the drawing; taking them back is not an edit.
-    if (!preview) TORXCreateCmd::AddCommand(this);
+    // The document takes the item only once it is fully built (TORXBaseLabel::AddItem), so a kind whose
+    // construction throws leaves nothing behind.
 }
 
 TORXBaseItem::TORXBaseItem(TORXBaseLabel* owner, TQVLItemType type, TORXLayer* layer, bool preview)

@@ -1,6 +1,6 @@
 // The document-level objects a drawing carries beside its items: page measures, background surface,
 // settings, print information, data binding, map settings and library symbols. Their JSON form lives in
-// orvex/io/; lengths are held in base units, sizes that users type in millimetres.
+// drawing_json.cpp; lengths are held in base units, sizes that users type in millimetres.
 #pragma once
 
 #include <cstdint>

@@ -126,13 +126,26 @@ TORXBaseItem* TORXBaseLabel::GetPreviewItem(std::int32_t index) const {
     return fPreviewItems[static_cast<std::size_t>(index)].get();
 }
 
-void TORXBaseLabel::AdoptItem(TORXBaseItem* item, bool preview) {
-    (preview ? fPreviewItems : fItems).emplace_back(item);
-    if (preview) return;
+TORXBaseItem* TORXBaseLabel::CreateItem(TQVLItemType type) {
+    return AddItem(MakeItem(type));
+}
+
+TORXBaseItem* TORXBaseLabel::AddItem(std::unique_ptr<TORXBaseItem> item) {
+    if (!item) return nullptr;
+    if (item->QVLab() != this) throw std::invalid_argument("the item was built on another document");
+    TORXBaseItem* added = item.get();
+    // Preview copies mirror an item of the drawing; taking them back is not an edit.
+    if (added->FromPreview()) {
+        fPreviewItems.push_back(std::move(item));
+        return added;
+    }
+    fItems.push_back(std::move(item));
     AddState(TOrvexState::lsModified);
-    if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(item)) fPickIndexDirty = true;
-    if (fIdIndex) fIdIndex->Appended(item);
-    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Added(item);
+    if (!fPickIndexDirty && fPickIndex && !fPickIndex->Appended(added)) fPickIndexDirty = true;
+    if (fIdIndex) fIdIndex->Appended(added);
+    if (fFlowLinks && fFlowLinks->Valid()) fFlowLinks->Added(added);
+    TORXCreateCmd::AddCommand(added);
+    return added;
 }
 
 TORXBaseItem* TORXBaseLabel::FlowByInID(std::int32_t id) const {

@@ -68,9 +68,13 @@ class TORXBaseLabel {
     // a repaint is requested for the next flush.
     void Clear(TQVLClears what, bool notify);
     void Loaded();  // once, after the host has set its properties
-    // The item factory: a new item of the kind on this document, or nullptr for a kind the family does
-    // not know (readers then skip the item).
-    virtual TORXBaseItem* CreateItem(TQVLItemType type) = 0;
+    // A new item of the kind, built by the family's factory and then added: nullptr for a kind the family
+    // does not know (readers then skip the item). When building throws, no item joins the document and
+    // nothing is recorded for undo.
+    TORXBaseItem* CreateItem(TQVLItemType type);
+    // The family's factory: a fully built item on this document that the document does not hold yet, or
+    // nullptr for a kind the family does not know.
+    virtual std::unique_ptr<TORXBaseItem> MakeItem(TQVLItemType type) = 0;
     // Binds items that refer to others by id; a family with links or symbols overrides it.
     virtual void AssignSymbolAndFlowLinks() {}
     virtual void ComposeImage(const TQVLRect& area,
@@ -106,8 +110,19 @@ class TORXBaseLabel {
     void FillSelPoints();  // the handles of the selected items
     std::int32_t GetPreviewCount() const { return static_cast<std::int32_t>(fPreviewItems.size()); }
     TORXBaseItem* GetPreviewItem(std::int32_t index) const;
-    void AdoptItem(TORXBaseItem* item, bool preview);  // the item constructor hands itself over here
-    TQVLRect ItemsBounds() const;                      // union of the items' bounds; empty without items
+    // Takes a fully built item of this document: a preview copy joins the previews, any other item the
+    // end of the paint order, recorded for undo. Returns it, or nullptr for nullptr; an item built on
+    // another document is refused (std::invalid_argument) and destroyed.
+    TORXBaseItem* AddItem(std::unique_ptr<TORXBaseItem> item);
+    // Builds an item of a concrete class on this document, TItem(this, args...), and adds it.
+    template <class TItem, class... TArgs>
+    TItem* AddNew(TArgs&&... args) {
+        auto item = std::make_unique<TItem>(this, std::forward<TArgs>(args)...);
+        TItem* built = item.get();
+        AddItem(std::move(item));
+        return built;
+    }
+    TQVLRect ItemsBounds() const;  // union of the items' bounds; empty without items
     // The topmost item, among those accept passes (all without it), whose own hit test takes (x, y): the
     // item a walk down the paint order would find first. A grid of the items' extents, rebuilt on the first
     // pick after a change, spares the walk over a large drawing.
@@ -284,7 +299,7 @@ class TORXBaseLabel {
     void MoveSelection(float dx, float dy);  // in the document's unit
     void MoveSize(std::int64_t dx, std::int64_t dy, std::int64_t dWidth, std::int64_t dHeight);  // base units
 
-    // [SECTION] Persistence: defined in orvex/io/drawing_json.cpp and orvex/io/drawing_svg.cpp.
+    // [SECTION] Persistence: defined in drawing_json.cpp and drawing_svg.cpp.
     TJSON GetJson() const;                             // a new object; the caller owns it
     std::string GetJsonString(int indent = -1) const;  // compact with -1
     void ReadJson(const TJSON& obj);

@@ -87,48 +87,48 @@ bool IsBoxKind(TQVLItemType type) {
     }
 }
 
-TORXBaseItem* TORXHeadlessLabel::CreateItem(TQVLItemType type) {
+std::unique_ptr<TORXBaseItem> TORXHeadlessLabel::MakeItem(TQVLItemType type) {
     if (static_cast<int>(type) >= kItemTypeCount) return nullptr;
     switch (type) {
         case TQVLItemType::itText:
-            return new THeadlessItem<TORXBaseText>(this, false);
+            return std::make_unique<THeadlessItem<TORXBaseText>>(this, false);
         case TQVLItemType::itPara:
-            return new THeadlessItem<TORXBasePara>(this, false);
+            return std::make_unique<THeadlessItem<TORXBasePara>>(this, false);
         case TQVLItemType::itPolyText:
-            return new THeadlessItem<TORXDataPoly>(this, false);
+            return std::make_unique<THeadlessItem<TORXDataPoly>>(this, false);
         case TQVLItemType::itRichText:
-            return new THeadlessItem<TORXBaseRichText>(this, false);
+            return std::make_unique<THeadlessItem<TORXBaseRichText>>(this, false);
         case TQVLItemType::itFlow:
-            return new THeadlessItem<TORXBaseFlow>(this, false);
+            return std::make_unique<THeadlessItem<TORXBaseFlow>>(this, false);
         case TQVLItemType::itLink:
-            return new THeadlessItem<TORXBaseLink>(this, false);
+            return std::make_unique<THeadlessItem<TORXBaseLink>>(this, false);
         case TQVLItemType::itLine:
-            return new THeadlessItem<TORXBaseLine>(this);
+            return std::make_unique<THeadlessItem<TORXBaseLine>>(this);
         case TQVLItemType::itPolyLine:
-            return new THeadlessItem<TORXBasePolyLine>(this);
+            return std::make_unique<THeadlessItem<TORXBasePolyLine>>(this);
         case TQVLItemType::itArc:
-            return new THeadlessItem<TORXBaseArc>(this);
+            return std::make_unique<THeadlessItem<TORXBaseArc>>(this);
         case TQVLItemType::itArrowLine:
-            return new THeadlessItem<TORXBaseArrowLine>(this);
+            return std::make_unique<THeadlessItem<TORXBaseArrowLine>>(this);
         case TQVLItemType::itDim:
-            return new THeadlessItem<TORXBaseDim>(this);
+            return std::make_unique<THeadlessItem<TORXBaseDim>>(this);
         case TQVLItemType::itRectangle:
-            return new THeadlessItem<TORXBaseRectangle>(this);
+            return std::make_unique<THeadlessItem<TORXBaseRectangle>>(this);
         case TQVLItemType::itPolygon:
-            return new THeadlessItem<TORXBasePolygon>(this);
+            return std::make_unique<THeadlessItem<TORXBasePolygon>>(this);
         case TQVLItemType::itBezier:
-            return new THeadlessItem<TORXBaseBezier>(this);
+            return std::make_unique<THeadlessItem<TORXBaseBezier>>(this);
         case TQVLItemType::itCircle:
-            return new THeadlessItem<TORXBaseCircle>(this);
+            return std::make_unique<THeadlessItem<TORXBaseCircle>>(this);
         case TQVLItemType::itEllipse:
-            return new THeadlessItem<TORXBaseEllipse>(this);
+            return std::make_unique<THeadlessItem<TORXBaseEllipse>>(this);
         case TQVLItemType::itSector:
-            return new THeadlessItem<TORXBaseSector>(this);
+            return std::make_unique<THeadlessItem<TORXBaseSector>>(this);
         default:
             break;
     }
-    if (IsBoxKind(type)) return new TORXHeadlessBox(this, type);  // the document owns it
-    return new TORXHeadlessPoint(this, type);
+    if (IsBoxKind(type)) return std::make_unique<TORXHeadlessBox>(this, type);
+    return std::make_unique<TORXHeadlessPoint>(this, type);
 }
 
 void TORXHeadlessLabel::AssignSymbolAndFlowLinks() {

@@ -51,8 +51,8 @@ class THeadlessItem final : public TKind {
 class TORXHeadlessLabel : public TORXBaseLabel {
   public:
     TORXHeadlessLabel() = default;
-    TORXBaseItem* CreateItem(TQVLItemType type) override;  // nullptr outside the known kinds
-    void AssignSymbolAndFlowLinks() override;              // links find their flow elements by id
+    std::unique_ptr<TORXBaseItem> MakeItem(TQVLItemType type) override;  // nullptr outside the known kinds
+    void AssignSymbolAndFlowLinks() override;  // links find their flow elements by id
 };
 
 }  // namespace Orvex

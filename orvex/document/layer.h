@@ -1,11 +1,12 @@
 // Layers, dimension styles and counters: the named, ordered objects a document keeps beside its items.
-// Their JSON form lives in orvex/io/.
+// Their JSON form lives in layer_json.cpp.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <utility>
 
+#include "orvex/core/font.h"
 #include "orvex/core/types.h"
 #include "orvex/document/item_types.h"
 #include "orvex/io/json_fwd.h"
@@ -14,17 +15,6 @@
 namespace Orvex {
 
 class TORXBaseLabel;
-
-struct TQVLFont {
-    std::string Name = "Arial";
-    bool Bold = false;
-    bool Italic = false;
-    bool Underline = false;
-    bool Strikeout = false;
-    float FontHeight = 3.5f;  // millimetres
-    TAlphaColor FontColor = kOpaqueBlack;
-    friend bool operator==(const TQVLFont&, const TQVLFont&) = default;
-};
 
 // A background image of a layer; margins in base units, Img the embedded image as text (base64).
 struct TQVLLayerImage {

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "orvex/core/font.h"
 #include "orvex/core/numeric.h"
-#include "orvex/document/layer.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {

@@ -10,7 +10,7 @@ namespace Orvex {
 namespace {
 
 TORXBaseFlow* NewFlow(TORXBaseLabel& doc) {
-    return new THeadlessItem<TORXBaseFlow>(&doc, false);  // the document owns it
+    return doc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
 }
 
 TEST(ItemIdIndex, FindsTheItemOfTheKindThroughEditsAndUndo) {
@@ -24,7 +24,7 @@ TEST(ItemIdIndex, FindsTheItemOfTheKindThroughEditsAndUndo) {
 
     // Added after the index was built.
     TORXBaseFlow* c = NewFlow(doc);
-    auto* line = new THeadlessItem<TORXBaseLine>(&doc, false);
+    auto* line = doc.AddNew<THeadlessItem<TORXBaseLine>>(false);
     EXPECT_EQ(doc.FindItemByInID(TQVLItemType::itFlow, c->InID()), c);
     EXPECT_EQ(doc.FindItemByInID(TQVLItemType::itLine, line->InID()), line);
 

@@ -197,9 +197,9 @@ TEST(ItemTest, LinkPointsAreTheMiddlesOfTheBoundsSides) {
 
 TEST(ItemTest, DrawElementUsesPreviewCopiesForDataItemsInPreviewAndExport) {
     TORXHeadlessLabel doc;
-    auto* item = new TCountingItem(&doc, false, true);
-    auto* cell = new TCountingItem(&doc, true, false);
-    auto* other = new TCountingItem(&doc, true, false);
+    auto* item = doc.AddNew<TCountingItem>(false, true);
+    auto* cell = doc.AddNew<TCountingItem>(true, false);
+    auto* other = doc.AddNew<TCountingItem>(true, false);
     cell->SetInID(item->InID());
     cell->PreviewPos(1, 2);
     other->SetInID(item->InID());

@@ -17,7 +17,7 @@
 
 #include "orvex/document/headless.h"
 #include "orvex/document/item_types.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json.h"
 
 namespace Orvex::Testing {

@@ -8,7 +8,7 @@
 
 #include "host/paint/cairo_label.h"
 #include "host/paint/export.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/items/text_metrics.h"
 #include "tests/host/paint_support.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json.h"
 
 namespace Orvex {

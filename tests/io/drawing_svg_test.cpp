@@ -8,7 +8,7 @@
 #include <string>
 
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/items/line_items.h"
 #include "orvex/items/shape_items.h"
 

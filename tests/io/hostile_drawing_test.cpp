@@ -9,7 +9,7 @@
 
 #include "orvex/core/numeric.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/svg_style.h"

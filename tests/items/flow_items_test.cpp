@@ -9,7 +9,7 @@ namespace Orvex {
 namespace {
 
 TORXBaseFlow* MakeFlow(TORXBaseLabel& doc, TQVLFlowType type, const TQVLRect& box) {
-    auto* flow = new THeadlessItem<TORXBaseFlow>(&doc, false);  // the document owns it
+    auto* flow = doc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
     flow->SetFlowType(type);
     flow->SetBase(1, box.Left, box.Top);
     flow->SetBase(2, box.Right, box.Bottom);

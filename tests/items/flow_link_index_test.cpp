@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"
 
@@ -16,13 +16,13 @@ namespace {
 class FlowLinkIndexTest : public ::testing::Test {
   protected:
     TORXBaseFlow* Flow(std::int64_t x) {
-        auto* flow = new THeadlessItem<TORXBaseFlow>(&fDoc, false);  // the document owns it
+        auto* flow = fDoc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
         flow->SetBase(1, x, 10000);
         flow->SetBase(2, x + 20000, 20000);
         return flow;
     }
     TORXBaseLink* Link(TORXBaseFlow* aFrom, TORXBaseFlow* aTo) {
-        auto* link = new THeadlessItem<TORXBaseLink>(&fDoc, TQVLinkType::ltDirLine, false);
+        auto* link = fDoc.AddNew<THeadlessItem<TORXBaseLink>>(TQVLinkType::ltDirLine, false);
         link->Bind(aFrom, -1, aTo, -1);
         fDoc.EndUpdate();
         return link;

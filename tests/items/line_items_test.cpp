@@ -47,7 +47,7 @@ TEST(LineItems, KindKeysFollowTheCommonKeysInOrder) {
 TEST(LineItems, TheLayerConstructorPlacesTheNewItem) {
     TORXHeadlessLabel doc;
     TORXLayer* second = doc.AddLayer();
-    auto* dim = new THeadlessItem<TORXBaseDim>(&doc, second, false);  // the document owns it
+    auto* dim = doc.AddNew<THeadlessItem<TORXBaseDim>>(second, false);
     EXPECT_EQ(dim->Layer(), second);
     EXPECT_EQ(doc.GetItem(doc.GetItemsCount() - 1), dim);
     EXPECT_EQ(dim->NumPoints(), 10);

@@ -13,13 +13,13 @@ namespace {
 class LinkItemsTest : public ::testing::Test {
   protected:
     TORXBaseFlow* Flow(const TQVLRect& box) {
-        auto* flow = new THeadlessItem<TORXBaseFlow>(&fDoc, false);  // the document owns it
+        auto* flow = fDoc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
         flow->SetBase(1, box.Left, box.Top);
         flow->SetBase(2, box.Right, box.Bottom);
         return flow;
     }
     TORXBaseLink* Link(TQVLinkType type) {
-        auto* link = new THeadlessItem<TORXBaseLink>(&fDoc, false);
+        auto* link = fDoc.AddNew<THeadlessItem<TORXBaseLink>>(false);
         link->SetLinkType(type);
         link->Bind(fA, -1, fB, -1);
         fDoc.EndUpdate();
@@ -32,7 +32,7 @@ class LinkItemsTest : public ::testing::Test {
 };
 
 TEST_F(LinkItemsTest, SetLinkTypeLeavesThePointCountOfTheType) {
-    auto* link = new THeadlessItem<TORXBaseLink>(&fDoc, false);
+    auto* link = fDoc.AddNew<THeadlessItem<TORXBaseLink>>(false);
     link->InsertPoint(1000, 1000, 1);
     link->InsertPoint(2000, 2000, 2);
     struct TCase {
@@ -184,7 +184,7 @@ TEST_F(LinkItemsTest, SvgCarriesTerminatorsAtBothEnds) {
 
 TEST_F(LinkItemsTest, TerminatorColoursComeFromTheDocumentSettings) {
     fDoc.Settings().fTermColor = 0xFF123456u;
-    auto* link = new THeadlessItem<TORXBaseLink>(&fDoc, TQVLinkType::ltCurve, false);
+    auto* link = fDoc.AddNew<THeadlessItem<TORXBaseLink>>(TQVLinkType::ltCurve, false);
     EXPECT_EQ(link->FromColor(), 0xFF123456u);
     EXPECT_EQ(link->ToColor(), 0xFF123456u);
     EXPECT_EQ(link->LinkType(), TQVLinkType::ltCurve);

@@ -120,7 +120,7 @@ TEST(RichTextParserTest, ComposeParsesBackToTheSameSegments) {
 class RichTextItemTest : public ::testing::Test {
   protected:
     TORXHeadlessLabel fDoc;
-    TORXBaseRichText* fItem = new THeadlessItem<TORXBaseRichText>(&fDoc, false);  // the document owns it
+    TORXBaseRichText* fItem = fDoc.AddNew<THeadlessItem<TORXBaseRichText>>(false);
 };
 
 TEST_F(RichTextItemTest, PositionsMapBetweenPlainTextAndMarkup) {

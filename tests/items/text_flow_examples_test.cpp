@@ -12,7 +12,7 @@
 
 #include "host/paint/cairo_label.h"
 #include "orvex/document/headless.h"
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 #include "orvex/io/json.h"
 #include "orvex/items/flow_items.h"
 #include "orvex/items/link_items.h"

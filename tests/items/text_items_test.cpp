@@ -14,7 +14,7 @@ namespace {
 
 template <class T>
 T* Make(TORXBaseLabel& doc) {
-    return new THeadlessItem<T>(&doc, false);  // the document owns it
+    return doc.AddNew<THeadlessItem<T>>(false);
 }
 
 std::vector<std::string> KeysAfter(const TJSON& obj, const std::string& last) {

@@ -1,4 +1,4 @@
-#include "orvex/io/drawing_file.h"
+#include "orvex/formats/drawing_file.h"
 
 #include <fmt/format.h>
 
