@@ -32,10 +32,11 @@ void FillDrawing(Orvex::TORXMCPServer& aServer, Orvex::TORXBaseLabel& aDoc) {
         const double x = 2 + (i % 40) * 10.0, y = 2 + (i / 40) * 10.0;
         switch (i % 3) {
             case 0:
-                call("add_rectangle", {{"x", x}, {"y", y}, {"width", 7}, {"height", 6}});
+                call("add_shape", {{"kind", "rectangle"}, {"x", x}, {"y", y}, {"width", 7}, {"height", 6}});
                 break;
             case 1:
-                call("add_text", {{"x", x}, {"y", y + 4}, {"text", "T" + std::to_string(i)}});
+                call("add_shape",
+                     {{"kind", "text"}, {"x", x}, {"y", y + 4}, {"text", "T" + std::to_string(i)}});
                 break;
             default:
                 call("add_flow", {{"x", x}, {"y", y}, {"width", 7}, {"height", 6}, {"text", "F"}});

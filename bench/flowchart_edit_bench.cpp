@@ -78,10 +78,12 @@ std::string AddPolylineRequest(int aPoints) {
     TJSON points = TJSON::array();
     for (int i = 0; i < aPoints; ++i)
         points.push_back({{"x", (i % 1000) * 0.25}, {"y", (i / 1000) * 0.5 + (i % 7) * 0.1}});
-    TJSON call = {{"jsonrpc", "2.0"},
-                  {"id", 1},
-                  {"method", "tools/call"},
-                  {"params", {{"name", "add_polyline"}, {"arguments", {{"points", std::move(points)}}}}}};
+    TJSON call = {
+        {"jsonrpc", "2.0"},
+        {"id", 1},
+        {"method", "tools/call"},
+        {"params",
+         {{"name", "add_shape"}, {"arguments", {{"kind", "polyline"}, {"points", std::move(points)}}}}}};
     return call.dump();
 }
 

@@ -57,10 +57,13 @@ TJSON AddItems(const TToolCreators& aCreators, TORXBaseLabel& aDoc, const TJSON&
         const auto at = [&](const std::string& aMessage) {
             return EToolArgument(fmt::format("items[{}] ({}): {}", i, kind, aMessage));
         };
-        const auto creator = aCreators.find(kind);
-        if (creator == aCreators.end()) throw at("no such kind");
+        // A shape kind is add_shape's, which takes the kind with the rest of its arguments.
+        const bool shape = std::ranges::find(ShapeKindNames(), kind) != ShapeKindNames().end();
+        const auto creator = aCreators.find(shape ? "shape" : kind);
+        if (creator == aCreators.end() || kind == "shape") throw at("no such kind");
         TJSON args = entry;
-        for (const char* own : {"kind", "key", "from_key", "to_key"}) args.erase(own);
+        for (const char* own : {"kind", "key", "from_key", "to_key"})
+            if (!shape || std::string_view(own) != "kind") args.erase(own);
         for (const auto& [keyArg, idArg] : {std::pair{"from_key", "from_id"}, {"to_key", "to_id"}}) {
             if (!entry.contains(keyArg)) continue;
             const auto& local = entry[keyArg].get_ref<const std::string&>();
@@ -240,11 +243,9 @@ TJSON UngroupItems(TORXBaseLabel& aDoc, const TJSON& aArgs) {
     return StructuredResult({{"members", members}});
 }
 
-TJSON IdsProp(std::string_view aDescription, std::int64_t aMinItems) {
-    return {{"type", "array"},
-            {"description", aDescription},
-            {"items", {{"type", "integer"}}},
-            {"minItems", aMinItems}};
+// Item ids, which the descriptions name as "ids".
+TJSON IdsProp(std::int64_t aMinItems) {
+    return {{"type", "array"}, {"items", {{"type", "integer"}}}, {"minItems", aMinItems}};
 }
 
 }  // namespace
@@ -255,60 +256,52 @@ void RegisterBatchTools(TToolRegistry& aRegistry) {
     const std::shared_ptr<TToolCreators> creators = aRegistry.Creators();
     std::vector<std::string_view> kinds;
     for (const auto& [kind, creator] : *creators)
-        if (kind != "layer") kinds.push_back(kind);
-    const TJSON summaries = OutputSchema({{"items", ArrayOf("object")}});
+        if (kind != "layer" && kind != "shape") kinds.push_back(kind);
+    kinds.insert(kinds.end(), ShapeKindNames().begin(), ShapeKindNames().end());
     TJSON entry = {{"type", "object"},
                    {"properties",
-                    {{"kind", EnumProp("What to add.", kinds)},
-                     {"key", StringProp("A name for this item within the batch.")},
-                     {"from_key", StringProp("A link's source, by key.")},
-                     {"to_key", StringProp("A link's target, by key.")}}},
+                    {{"kind", EnumProp("", kinds)},
+                     {"key", StringProp("")},
+                     {"from_key", StringProp("")},
+                     {"to_key", StringProp("")}}},
                    {"required", {"kind"}}};
     const TJSON entries = {{"type", "array"}, {"minItems", 1}, {"items", std::move(entry)}};
     aRegistry.Add(
         "add_items",
-        "Create many items in one call and one undo step. Each entry has kind (flow, link, rectangle... as "
-        "the add_ tools are named) and that tool's arguments; an optional key names it within the batch, "
-        "and a link may give from_key and to_key instead of from_id and to_id. All or nothing: the first "
-        "failing entry is reported and nothing is kept. Returns every item's summary and ids (key -> id).",
+        "Add many items in one undo step, all or nothing. An entry holds add_flow, add_link or "
+        "add_shape arguments, kind (flow, link or a shape kind) and an optional key naming it; "
+        "links may use from_key, to_key. Returns items and ids (key -> id).",
         ObjectSchema({{"items", entries}}, {"items"}),
         [creators](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddItems(*creators, aDoc, aArgs); },
-        WithOutputProperties(summaries, {{"ids", "object"}}));
-    aRegistry.Add("align_items",
-                  "Line items up with the first of ids: left, right, top or bottom edges, center (the same "
-                  "horizontal centre) or middle (the same vertical centre). Links follow their elements.",
-                  ObjectSchema({{"ids", IdsProp("Item ids; the first stays put.", 2)},
-                                {"align", EnumProp("Which edges or centres.", AlignNames())}},
-                               {"ids", "align"}),
-                  AlignItems, summaries);
+        ObjectResultSchema());
     aRegistry.Add(
-        "distribute_items",
-        "Space items out left to right (horizontal) or top to bottom (vertical): gap apart when given, "
-        "else with equal gaps between the outermost two.",
-        ObjectSchema({{"ids", IdsProp("Item ids.", 2)},
-                      {"direction", EnumProp("Along which axis.", {"horizontal", "vertical"})},
-                      {"gap", NumberProp("Space between neighbours.")}},
-                     {"ids", "direction"}),
-        DistributeItems, summaries);
+        "align_items",
+        "Align items to the first of ids: edges, center (same horizontal centre) or middle (same "
+        "vertical centre).",
+        ObjectSchema({{"ids", IdsProp(2)}, {"align", EnumProp("", AlignNames())}}, {"ids", "align"}),
+        AlignItems, ObjectResultSchema());
+    aRegistry.Add("distribute_items",
+                  "Space items out horizontally or vertically: gap apart, else evenly between the outermost "
+                  "two.",
+                  ObjectSchema({{"ids", IdsProp(2)},
+                                {"direction", EnumProp("", {"horizontal", "vertical"})},
+                                {"gap", NumberProp("")}},
+                               {"ids", "direction"}),
+                  DistributeItems, ObjectResultSchema());
     aRegistry.Add(
         "duplicate_items",
-        "Copy items (links too, when both their elements are copied) offset by dx, dy (default 10 mm each). "
-        "Returns the copies and copies (original id -> copy id).",
-        ObjectSchema({{"ids", IdsProp("Item ids.", 1)},
-                      {"dx", NumberProp("Offset right. Default 10 mm.")},
-                      {"dy", NumberProp("Offset down. Default 10 mm.")}},
-                     {"ids"}),
-        DuplicateItems, WithOutputProperties(summaries, {{"copies", "object"}}));
-    aRegistry.Add(
-        "group_items",
-        "Put items into a new group: a titled frame behind them that moves, copies and deletes with "
-        "them (an imported subgraph is one too). Listing a group nests it. One undo step.",
-        ObjectSchema({{"ids", IdsProp("Item ids.", 1)}, {"title", StringProp("The frame's title.")}},
-                     {"ids"}),
-        GroupItems, WithOutputProperties(ItemSummarySchema(), {{"members", ArrayOf("integer")}}));
-    aRegistry.Add("ungroup_items", "Remove a group's frame; its members stay where they are. One undo step.",
-                  ObjectSchema({{"id", IntegerProp("The group's id.", 1, INT32_MAX)}}, {"id"}), UngroupItems,
-                  OutputSchema({{"members", ArrayOf("integer")}}));
+        "Copy items, with links whose ends are both copied, offset by dx, dy (10 mm). Returns them "
+        "and copies (id -> copy id).",
+        ObjectSchema({{"ids", IdsProp(1)}, {"dx", NumberProp("")}, {"dy", NumberProp("")}}, {"ids"}),
+        DuplicateItems, ObjectResultSchema());
+    aRegistry.Add("group_items",
+                  "Put items in a titled frame behind them that moves, copies and deletes with them; lists "
+                  "nest it.",
+                  ObjectSchema({{"ids", IdsProp(1)}, {"title", StringProp("")}}, {"ids"}), GroupItems,
+                  ObjectResultSchema());
+    aRegistry.Add("ungroup_items", "Remove a group's frame; its members stay.",
+                  ObjectSchema({{"id", IntegerProp("", 1, INT32_MAX)}}, {"id"}), UngroupItems,
+                  ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

@@ -165,31 +165,20 @@ void RegisterDiagramTools(TToolRegistry& aRegistry) {
     const std::shared_ptr<TToolSession> session = aRegistry.Session();
     aRegistry.Add(
         "load_diagram",
-        "Lay out a Mermaid or PlantUML diagram (flowchart, sequence, mind map...) as items. mode replace "
-        "clears the drawing first; add places the diagram beside the content (place right or below). "
-        "Default: replace when the drawing is empty or holds only earlier load_diagram results, else add. "
-        "The page grows to fit. Returns nodes (the diagram's node id -> item id), edges ({from, to, id}; an "
-        "edge's "
-        "label is its link's), the bounds of the new items and the parser's diagnostics; on errors fix the "
-        "text and "
-        "retry. preview adds a PNG of the result.",
-        ObjectSchema(
-            {{"text", StringProp("The diagram source text.")},
-             {"format", EnumProp("Diagram language. Default auto.", {"auto", "mermaid", "plantuml"})},
-             {"mode", EnumProp("replace or add; default as described.", {"add", "replace"})},
-             {"place", EnumProp("Where an added diagram goes. Default right.", {"right", "below"})},
-             {"preview", BoolProp("Also return a PNG of the result. Default false.")},
-             {"max_bytes", IntegerProp("Largest preview PNG in bytes. Default 750000.", 10'000, 10'000'000)}},
-            {"text"}),
+        "Lay out Mermaid or PlantUML text (format default auto) as items; the page grows. mode "
+        "replace clears first, add puts it right of the content (place below: under it); default "
+        "replace if the drawing is empty or only holds earlier loads. Returns nodes (node id -> "
+        "item id), edges ({from, to, id}), bounds, diagnostics; on errors fix the text and retry. "
+        "preview adds a PNG (max_bytes 750000).",
+        ObjectSchema({{"text", StringProp("")},
+                      {"format", EnumProp("", {"auto", "mermaid", "plantuml"})},
+                      {"mode", EnumProp("", {"add", "replace"})},
+                      {"place", EnumProp("", {"right", "below"})},
+                      {"preview", BoolProp("")},
+                      {"max_bytes", IntegerProp("", 10'000, 10'000'000)}},
+                     {"text"}),
         [session](TORXBaseLabel& aDoc, const TJSON& aArgs) { return LoadDiagram(*session, aDoc, aArgs); },
-        OutputSchema(
-            {{"loaded", "boolean"}, {"items_created", "integer"}, {"diagnostics", ArrayOf("object")}},
-            {{"mode", "string"},
-             {"nodes", {{"type", "object"}, {"additionalProperties", {{"type", "integer"}}}}},
-             {"edges", ArrayOf("object")},
-             {"bounds", "object"},
-             {"page", "object"},
-             {"preview", "object"}}));
+        nullptr);
 }
 
 }  // namespace Orvex::Host

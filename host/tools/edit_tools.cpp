@@ -55,20 +55,18 @@ void RegisterEditTools(TToolRegistry& aRegistry) {
     const std::shared_ptr<TToolSession> session = aRegistry.Session();
     aRegistry.Add(
         "clear_drawing",
-        "Remove every item from the drawing. Layers, units and page stay unless reset is true, which also "
-        "restores one default layer and the default page and units (the editor mode stays). Clearing "
-        "cannot be undone. Only call it when the user asked for a cleared or new drawing.",
-        ObjectSchema({{"reset", BoolProp("Also reset layers, page and units. Default false.")}}),
+        "Remove all items, not undoable; reset also restores the default layer, page and units. "
+        "Only on the user's request.",
+        ObjectSchema({{"reset", BoolProp("")}}),
         [session](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             *session = TToolSession{};
             return ClearDrawing(aDoc, aArgs);
         },
-        OutputSchema({{"removed_items", "integer"}, {"layers_count", "integer"}}));
-    const TJSON updating = OutputSchema({{"updating", "boolean"}, {"batch_steps", "integer"}});
+        ObjectResultSchema());
     aRegistry.Add(
         "begin_update",
-        "Open a batch: every change until end_update undoes as one step, and repaints wait. Always call "
-        "end_update after the batch, also after an error; undo closes an open batch first.",
+        "Open a batch: changes until end_update undo as one step and repaint once. Always call "
+        "end_update, also after an error.",
         ObjectSchema({}),
         [session](TORXBaseLabel& aDoc, const TJSON&) {
             // A second begin_update extends the batch already open.
@@ -76,12 +74,9 @@ void RegisterEditTools(TToolRegistry& aRegistry) {
             aDoc.BeginUpdate(true);
             return StructuredResult({{"updating", true}, {"batch_steps", 0}});
         },
-        updating);
+        ObjectResultSchema());
     aRegistry.Add(
-        "end_update",
-        "Close the batch begun by begin_update (its changes become one undo step) and repaint. Harmless "
-        "without one.",
-        ObjectSchema({}),
+        "end_update", "Close begin_update's batch (one undo step) and repaint.", ObjectSchema({}),
         [session](TORXBaseLabel& aDoc, const TJSON&) {
             const std::size_t start = session->BatchUndoStart.value_or(aDoc.UndoCount());
             const std::int64_t recorded =
@@ -91,27 +86,23 @@ void RegisterEditTools(TToolRegistry& aRegistry) {
             aDoc.Refresh();
             return StructuredResult({{"updating", false}, {"batch_steps", recorded > 0 ? 1 : 0}});
         },
-        updating);
-    const TJSON history =
-        OutputSchema({{"can_undo", "boolean"}, {"can_redo", "boolean"}, {"items_count", "integer"}});
+        ObjectResultSchema());
     aRegistry.Add(
-        "undo",
-        "Undo the last changes, steps at a time. One tool call is one step; a begin_update ... end_update "
-        "batch is one step. Returns how many steps were undone and whether more undo or redo is possible.",
-        ObjectSchema({{"steps", IntegerProp("Steps to undo. Default 1.", 1, 1000)}}),
+        "undo", "Undo steps (default 1); a tool call or a begin_update ... end_update batch is one step.",
+        ObjectSchema({{"steps", IntegerProp("", 1, 1000)}}),
         [session](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             CloseBatch(aDoc, *session);
             return Steps(aDoc, aArgs, true);
         },
-        WithOutputProperties(history, {{"undone", "integer"}}));
+        ObjectResultSchema());
     aRegistry.Add(
-        "redo", "Redo steps that undo took back. Returns how many steps were redone.",
-        ObjectSchema({{"steps", IntegerProp("Steps to redo. Default 1.", 1, 1000)}}),
+        "redo", "Redo steps (default 1) that undo took back.",
+        ObjectSchema({{"steps", IntegerProp("", 1, 1000)}}),
         [session](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             CloseBatch(aDoc, *session);
             return Steps(aDoc, aArgs, false);
         },
-        WithOutputProperties(history, {{"redone", "integer"}}));
+        ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

@@ -153,46 +153,36 @@ void RegisterFileTools(TToolRegistry& aRegistry) {
     const TToolOptions options = aRegistry.Options();
     const bool files = options.FilesRoot.has_value();
     const std::shared_ptr<TToolSession> session = aRegistry.Session();
-    const TJSON written = OutputSchema({{"bytes", "integer"}}, {{"path", "string"}, {"format", "string"}});
-    const std::string where =
-        files ? "path is relative to the server's files folder; \"..\", absolute paths and "
-                "symbolic links are refused."
-              : "this server has no files folder, so path is refused and content travels inline.";
+    const std::string where = files
+                                  ? "path is relative to the files folder (no \"..\", absolute path or link)."
+                                  : "No files folder: content goes inline.";
     aRegistry.Add(
         "load_drawing",
-        "Replace the drawing with a saved one (the JSON drawing format), from path or from the json text. "
-        "The current drawing and its undo history are lost. " +
+        "Replace the drawing and its undo history with a JSON drawing: path (.json) or json "
+        "(save_drawing's text). " +
             where,
-        ObjectSchema({{"path", StringProp("Drawing file (.json) in the files folder.")},
-                      {"json", StringProp("The drawing as JSON text, as save_drawing returns it.")}}),
+        ObjectSchema({{"path", StringProp("")}, {"json", StringProp("")}}),
         [options, session](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             *session = TToolSession{};
             return LoadDrawing(options, aDoc, aArgs);
         },
-        OutputSchema({{"units", "string"},
-                      {"editor_mode", "string"},
-                      {"items_count", "integer"},
-                      {"layers_count", "integer"}}));
+        ObjectResultSchema());
     aRegistry.Add(
-        "save_drawing",
-        "Save the drawing in the JSON drawing format: to path when given, else return the JSON text. " +
-            where,
-        ObjectSchema({{"path", StringProp("Target file (.json) in the files folder; overwritten.")}}),
+        "save_drawing", "Save the JSON drawing to path (.json), else return it. " + where,
+        ObjectSchema({{"path", StringProp("")}}),
         [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return SaveDrawing(options, aDoc, aArgs); },
-        written);
+        ObjectResultSchema());
     aRegistry.Add(
         "export_document",
-        "Export the drawing as svg (a standalone SVG page the size of the drawing), json (the drawing "
-        "format), png (a picture, 96 dpi unless dpi says) or pdf (one vector page): to path when given "
-        "(its extension must match the format), else return the content (png as an image, pdf as a "
-        "base64 resource). " +
+        "Export svg, json, png (96 dpi unless dpi) or pdf to path (with the format's extension), "
+        "else return it (png as image, pdf as base64 resource). " +
             where,
-        ObjectSchema({{"format", EnumProp("Export format.", {"svg", "json", "png", "pdf"})},
-                      {"path", StringProp("Target file in the files folder; overwritten.")},
-                      {"dpi", IntegerProp("Resolution of a png. Default 96.", 1, 2400)}},
+        ObjectSchema({{"format", EnumProp("", {"svg", "json", "png", "pdf"})},
+                      {"path", StringProp("")},
+                      {"dpi", IntegerProp("", 1, 2400)}},
                      {"format"}),
         [options](TORXBaseLabel& aDoc, const TJSON& aArgs) { return ExportDocument(options, aDoc, aArgs); },
-        written);
+        ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

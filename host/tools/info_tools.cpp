@@ -47,20 +47,6 @@ std::string PaperName(const TORXMeasure& aMeasure) {
     return "User";
 }
 
-TJSON DrawingInfoSchema() {
-    return OutputSchema({{"units", "string"},
-                         {"editor_mode", "string"},
-                         {"items_count", "integer"},
-                         {"layers_count", "integer"},
-                         {"selection_count", "integer"},
-                         {"paper", "object"}},
-                        {{"draw_scale", "integer"},
-                         {"active_layer", "integer"},
-                         {"can_undo", "boolean"},
-                         {"can_redo", "boolean"},
-                         {"items_bounds", "object"}});
-}
-
 TJSON DrawingInfo(const TORXBaseLabel& aDoc) {
     const TORXMeasure& m = aDoc.Measure();
     TJSON info = {{"units", UnitName(aDoc.Units())},
@@ -248,54 +234,41 @@ TJSON SetupDrawing(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 void RegisterInfoTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "get_drawing_info",
-        "Describe the drawing: units, editor mode, item and layer counts, page, draw_scale (N of 1:N), "
-        "active layer, whether undo and redo are possible, and the bounds of all items.",
+        "Units, editor mode, item and layer counts, page, draw_scale (1:N), active layer, undo and "
+        "redo state, the items' bounds.",
         ObjectSchema({}),
-        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); },
-        DrawingInfoSchema());
-    aRegistry.Add(
-        "list_items",
-        "List items in paint order, a page at a time: index, name, id, kind, layer, bounds and the start of "
-        "the text; links also give from_id and to_id. Filter by layer, kind and text (part of the text or "
-        "name, case ignored). next_offset is null on the last page.",
-        ObjectSchema({{"offset", IntegerProp("Matching items to skip. Default 0.", 0, INT32_MAX)},
-                      {"limit", IntegerProp("Items to return. Default 50.", 1, kMaxPageItems)},
-                      {"layer", IntegerProp("Only items on this layer.", 1, INT16_MAX)},
-                      {"kind", EnumProp("Only items of this kind.", KindNames())},
-                      {"text", StringProp("Only items whose text or name contains this.")}}),
-        ListItems,
-        OutputSchema({{"items", ArrayOf("object")},
-                      {"total", "integer"},
-                      {"offset", "integer"},
-                      {"next_offset", TJSON::array({"integer", "null"})}}));
+        [](TORXBaseLabel& aDoc, const TJSON&) { return StructuredResult(DrawingInfo(aDoc)); }, nullptr);
+    aRegistry.Add("list_items",
+                  "Items in paint order, paged (offset 0, limit 50): index, name, id, kind, layer, bounds, "
+                  "text; links add from_id, to_id. Filter by layer, kind, text (in text or name, any case). "
+                  "next_offset is null at the end.",
+                  ObjectSchema({{"offset", IntegerProp("", 0, INT32_MAX)},
+                                {"limit", IntegerProp("", 1, kMaxPageItems)},
+                                {"layer", IntegerProp("", 1, INT32_MAX)},
+                                {"kind", EnumProp("", KindNames())},
+                                {"text", StringProp("")}}),
+                  ListItems, nullptr);
     aRegistry.Add("get_item",
-                  "Return one item (by exactly one of index, name or id) with its properties as the add_ and "
-                  "modify_item tools name them; raw gives the drawing-file form.",
-                  WithOneOf(WithProperties(ItemSelector(),
-                                           {{"raw", BoolProp("The drawing-file form. Default false.")}}),
-                            {"index", "name", "id"}),
-                  GetItem, WithOutputProperties(ItemSummarySchema(), {{"properties", "object"}}));
+                  "One item (exactly one of index from 0, name in any case, or id), properties named as add_ "
+                  "and modify_item take them; raw: the file form.",
+                  WithOneOf(WithProperties(ItemSelector(), {{"raw", BoolProp("")}}), {"index", "name", "id"}),
+                  GetItem, nullptr);
     aRegistry.Add("list_layers",
-                  "List the layers: index, name, item count, flags, colour and which is active (new items go "
-                  "there).",
-                  ObjectSchema({}), ListLayers, OutputSchema({{"layers", ArrayOf("object")}}));
-    aRegistry.Add(
-        "setup_drawing",
-        "Set the editor mode, the measurement units, the draw scale and the page size. Units mm, inch and cm "
-        "work in "
-        "every mode; dm, m, ft and yd only in drawing mode. draw_scale N means 1:N and applies to drawing "
-        "mode. Give "
-        "the page as a named paper (A4, A3, Letter...; landscape to turn it) or as width and height in the "
-        "units this "
-        "call sets. Items keep their size; only the unit they are read in changes. Returns the drawing info.",
-        ObjectSchema({{"mode", EnumProp("Editor mode.", ModeNames())},
-                      {"units", EnumProp("Measurement units for every coordinate and size.", UnitNames())},
-                      {"draw_scale", IntegerProp("N of the scale 1:N (drawing mode).", 1, 1000000)},
-                      {"paper", StringProp("Named paper size such as A4, A3, A5, Letter, Legal.")},
-                      {"landscape", BoolProp("With paper: the long side horizontal. Default false.")},
-                      {"width", NumberProp("Page width in the drawing's units.")},
-                      {"height", NumberProp("Page height in the drawing's units.")}}),
-        SetupDrawing, DrawingInfoSchema());
+                  "The layers: index (from 1), name, item count, flags, colour, and which is active (gets "
+                  "new items).",
+                  ObjectSchema({}), ListLayers, nullptr);
+    aRegistry.Add("setup_drawing",
+                  "Set the mode, units of all coordinates (dm, m, ft, yd: drawing mode only), draw_scale N "
+                  "(1:N, drawing mode) and page: named paper (A4, Letter...; landscape turns it) or width "
+                  "and height. Items keep their size.",
+                  ObjectSchema({{"mode", EnumProp("", ModeNames())},
+                                {"units", EnumProp("", UnitNames())},
+                                {"draw_scale", IntegerProp("", 1, 1000000)},
+                                {"paper", StringProp("")},
+                                {"landscape", BoolProp("")},
+                                {"width", NumberProp("")},
+                                {"height", NumberProp("")}}),
+                  SetupDrawing, ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

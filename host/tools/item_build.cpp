@@ -84,14 +84,13 @@ std::vector<TORXBaseItem*> LinksOf(const TORXBaseLabel& aDoc, std::int32_t aInID
     return aDoc.LinksOf(aInID);
 }
 
-TJSON CommonItemProps(bool aLineType) {
-    // Shared by every add_ tool, so each word here is paid for many times over.
-    TJSON props = ObjectSchema({{"layer", IntegerProp("Default: the active layer.", 1, INT16_MAX)},
-                                {"color", ColorProp("Outline. Default black.")},
-                                {"pen_width", NumberProp("Default 0.1 mm.")},
-                                {"name", StringProp("Unique. Default: kind and id.")}});
-    if (aLineType) props = WithProperties(props, {{"line_type", EnumProp("", LineTypeNames())}});
-    return props;
+TJSON CommonItemProps() {
+    // Shared by every add_ tool; their descriptions state the defaults once.
+    return ObjectSchema({{"layer", IntegerProp("", 1, INT32_MAX)},
+                         {"color", ColorProp("")},
+                         {"pen_width", NumberProp("")},
+                         {"line_type", EnumProp("", LineTypeNames())},
+                         {"name", StringProp("")}});
 }
 
 TJSON CommonItemKeys(TORXBaseLabel& aDoc, const TJSON& aArgs, const TORXBaseItem* aExcept) {

@@ -17,7 +17,7 @@ class TORXBaseLabel;
 namespace Orvex::Host {
 
 // The properties every add_ tool takes: layer, color, pen_width, line_type, name.
-TJSON CommonItemProps(bool aLineType = true);
+TJSON CommonItemProps();
 
 // The drawing-file keys that the common properties in aArgs set: "Layer" (the active layer when absent),
 // "Color", "PenWidth", "LineType", "ID". Throws EToolArgument for an unknown layer or a taken name.

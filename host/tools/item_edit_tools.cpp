@@ -261,53 +261,47 @@ TJSON DeleteItem(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }  // namespace
 
 void RegisterItemEditTools(TToolRegistry& aRegistry) {
-    aRegistry.Add(
-        "modify_item",
-        "Change one item, named by exactly one of index, name or id; only the given properties change, "
-        "as one undo step. Move with x, y (new top-left) or dx, dy; resize box items with width and height; "
-        "replace the points of lines and polygons. Set text, font, colours, pen, line type, rotation and "
-        "paint order (z_order). A flow element whose new caption no longer fits grows about its centre "
-        "(grown_to_fit_text); a caption still cut off by the size given is reported (text_clipped). Returns "
-        "the item's name, id, index and bounds.",
-        WithOneOf(
-            WithProperties(ItemSelector(), {{"new_name", StringProp("")},
-                                            {"layer", IntegerProp("", 1, INT16_MAX)},
-                                            {"color", ColorProp("Outline.")},
+    aRegistry.Add("modify_item",
+                  "Change the given properties of one item (exactly one of index, name or id) in one undo "
+                  "step: x, y (top-left) or dx, dy; width, height (boxes); points; text; label (a link's; "
+                  "empty removes it); font; colours (fill_color fills); pen; line type; rotation (0, 90, "
+                  "180, 270); z_order. A flow element grows to fit longer text (grown_to_fit_text); text "
+                  "still cut off is flagged text_clipped.",
+                  WithOneOf(WithProperties(ItemSelector(),
+                                           {{"new_name", StringProp("")},
+                                            {"layer", IntegerProp("", 1, INT32_MAX)},
+                                            {"color", ColorProp("")},
                                             {"pen_width", NumberProp("")},
                                             {"line_type", EnumProp("", LineTypeNames())},
-                                            {"fill_color", ColorProp("Turns the fill on.")},
+                                            {"fill_color", ColorProp("")},
                                             {"filled", BoolProp("")},
                                             {"text", StringProp("")},
                                             {"shape", EnumProp("", FlowTypeNames())},
                                             {"link_type", EnumProp("", LinkTypeNames())},
-                                            {"label", StringProp("A link's caption; empty removes it.")},
+                                            {"label", StringProp("")},
                                             {"start", EnumProp("", TerminatorNames())},
                                             {"end", EnumProp("", TerminatorNames())},
-                                            {"x", NumberProp("New left of the bounds.")},
-                                            {"y", NumberProp("New top of the bounds.")},
+                                            {"x", NumberProp("")},
+                                            {"y", NumberProp("")},
                                             {"dx", NumberProp("")},
                                             {"dy", NumberProp("")},
                                             {"width", NumberProp("")},
                                             {"height", NumberProp("")},
-                                            {"points", PointsProp("All points anew.", 2)},
+                                            {"points", PointsProp("", 2)},
                                             {"font", StringProp("")},
                                             {"font_height", NumberProp("")},
                                             {"bold", BoolProp("")},
                                             {"italic", BoolProp("")},
                                             {"underline", BoolProp("")},
                                             {"text_color", ColorProp("")},
-                                            {"rotation", IntegerProp("Degrees: 0, 90, 180 or 270.", 0, 270)},
+                                            {"rotation", IntegerProp("", 0, 270)},
                                             {"z_order", EnumProp("", {"bring_to_front", "send_to_back"})}}),
-            {"index", "name", "id"}),
-        ModifyItem,
-        WithOutputProperties(ItemSummarySchema(), {},
-                             {{"grown_to_fit_text", "boolean"}, {"text_clipped", "boolean"}}));
-    aRegistry.Add(
-        "delete_item",
-        "Delete one item, named by exactly one of index, name or id. Deleting a flow element also deletes "
-        "the links attached to it. Undo brings everything back. Returns the deleted names.",
-        WithOneOf(ItemSelector(), {"index", "name", "id"}), DeleteItem,
-        OutputSchema({{"deleted", ArrayOf("string")}, {"items_count", "integer"}}));
+                            {"index", "name", "id"}),
+                  ModifyItem, ObjectResultSchema());
+    aRegistry.Add("delete_item",
+                  "Delete one item (exactly one of index, name or id); a flow element's links go with it. "
+                  "Undoable.",
+                  WithOneOf(ItemSelector(), {"index", "name", "id"}), DeleteItem, ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

@@ -1,11 +1,13 @@
-// The add_ tools: one per item kind. Each reads and checks all its arguments, then creates the item in one
-// undoable step and answers with its name, internal id and index.
+// The add_ tools: add_flow, add_link and add_shape, which makes every other drawn kind. Each reads and
+// checks all its arguments, then creates the item in one undoable step and answers with its name,
+// internal id and index.
 //
 // [SECTION] Shared argument groups   [SECTION] Flowcharts   [SECTION] Lines   [SECTION] Shapes
-// [SECTION] Arcs, arrows, dimensions and texts   [SECTION] Registration
+// [SECTION] Arcs, arrows, dimensions and texts   [SECTION] add_shape
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "host/tools/item_build.h"
@@ -30,7 +32,7 @@ TJSON BoxProps() {
 }
 
 TJSON FillProps() {
-    return ObjectSchema({{"fill_color", ColorProp("Default: unfilled.")}});
+    return ObjectSchema({{"fill_color", ColorProp("")}});
 }
 
 TJSON Merge(std::initializer_list<TJSON> aSchemas, std::initializer_list<std::string_view> aRequired = {}) {
@@ -41,8 +43,8 @@ TJSON Merge(std::initializer_list<TJSON> aSchemas, std::initializer_list<std::st
 }
 
 TJSON TerminatorProps() {
-    return ObjectSchema({{"start", EnumProp("Default none.", TerminatorNames())},
-                         {"end", EnumProp("Default none.", TerminatorNames())}});
+    return ObjectSchema(
+        {{"start", EnumProp("", TerminatorNames())}, {"end", EnumProp("", TerminatorNames())}});
 }
 
 void TerminatorKeys(const TJSON& aArgs, TJSON& aKeys, std::string_view aEndDefault = {}) {
@@ -115,11 +117,11 @@ TJSON FontKeys(const TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }
 
 TJSON FontProps() {
-    return ObjectSchema({{"font", StringProp("Default Arial.")},
-                         {"font_height", NumberProp("Default 3.5 mm.")},
+    return ObjectSchema({{"font", StringProp("")},
+                         {"font_height", NumberProp("")},
                          {"bold", BoolProp("")},
                          {"italic", BoolProp("")},
-                         {"text_color", ColorProp("Default black.")}});
+                         {"text_color", ColorProp("")}});
 }
 
 TJSON AddFlow(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -243,15 +245,6 @@ TJSON AddCircleLike(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType)
     return Create(aDoc, aType, std::move(keys), corners);
 }
 
-TJSON CircleProps(bool aEllipse) {
-    if (aEllipse)
-        return ObjectSchema(
-            {{"cx", NumberProp("")}, {"cy", NumberProp("")}, {"rx", NumberProp("")}, {"ry", NumberProp("")}},
-            {"cx", "cy", "rx", "ry"});
-    return ObjectSchema({{"cx", NumberProp("")}, {"cy", NumberProp("")}, {"radius", NumberProp("")}},
-                        {"cx", "cy", "radius"});
-}
-
 // [SECTION] Arcs, arrows, dimensions and texts
 
 TJSON AddArc(TORXBaseLabel& aDoc, const TJSON& aArgs) {
@@ -348,192 +341,235 @@ TJSON AddText(TORXBaseLabel& aDoc, const TJSON& aArgs, TQVLItemType aType) {
     return Create(aDoc, aType, std::move(keys), points);
 }
 
-// [SECTION] Registration
+// [SECTION] add_shape
 
-// Every add_ tool answers with the new item's summary; the output schema says so, once per tool.
-std::string AddedText(std::string_view aWhat) {
-    return fmt::format("{} Returns the new item's name, id, index and bounds.", aWhat);
+// What each kind of add_shape takes beyond layer, color, pen_width and name. The schema is one flat set
+// shared by all kinds; this table holds each kind to its own part of it. Usage is the kind's line of the
+// description: what it needs, then [what else it takes], written by hand to say the defaults once.
+struct TShapeKind {
+    std::string_view Kind;
+    std::vector<std::string_view> Required;
+    std::vector<std::string_view> Optional;
+    std::string_view Usage;
+    TToolBody Body;
+};
+
+TToolBody PointList(TQVLItemType aType) {
+    return [aType](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddPointList(aDoc, aArgs, aType); };
+}
+
+TToolBody CircleLike(TQVLItemType aType) {
+    return [aType](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddCircleLike(aDoc, aArgs, aType); };
+}
+
+TToolBody TextLike(TQVLItemType aType) {
+    return [aType](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, aType); };
+}
+
+const std::vector<TShapeKind>& ShapeKinds() {
+    using enum TQVLItemType;
+    static const std::vector<std::string_view> fontKeys{"font", "font_height", "bold", "italic",
+                                                        "text_color"};
+    const auto withFont = [](std::vector<std::string_view> aKeys) {
+        aKeys.insert(aKeys.end(), fontKeys.begin(), fontKeys.end());
+        return aKeys;
+    };
+    static const std::vector<TShapeKind> kinds{
+        {"line", {"x1", "y1", "x2", "y2"}, {"line_type"}, "x1 y1 x2 y2", AddLine},
+        {"polyline",
+         {"points"},
+         {"start", "end", "line_type"},
+         "points (2+) [start end]",
+         PointList(itPolyLine)},
+        {"rectangle",
+         {"x", "y", "width", "height"},
+         {"corner_radius", "fill_color", "line_type"},
+         "x y width height [corner_radius fill_color]",
+         AddRectangle},
+        {"polygon",
+         {"points"},
+         {"fill_color", "line_type"},
+         "points (3+, closed) [fill_color]",
+         PointList(itPolygon)},
+        {"bezier",
+         {"points"},
+         {"start", "end", "line_type"},
+         "points (start, then two controls and an end per segment) [start end]",
+         PointList(itBezier)},
+        {"circle",
+         {"cx", "cy", "radius"},
+         {"fill_color", "line_type"},
+         "cx cy radius [fill_color]",
+         CircleLike(itCircle)},
+        {"ellipse",
+         {"cx", "cy", "rx", "ry"},
+         {"fill_color", "line_type"},
+         "cx cy rx ry [fill_color]",
+         CircleLike(itEllipse)},
+        {"sector",
+         {"cx", "cy", "radius", "sweep_angle"},
+         {"start_angle", "fill_color", "line_type"},
+         "cx cy radius sweep_angle (360: full) [start_angle (0) fill_color]",
+         CircleLike(itSector)},
+        {"arc",
+         {"cx", "cy", "radius", "start_angle", "end_angle"},
+         {"clockwise", "start", "end", "line_type"},
+         "cx cy radius start_angle end_angle (equal: full) [clockwise start end]",
+         AddArc},
+        {"arrow_line",
+         {"x1", "y1", "x2", "y2"},
+         withFont({"text", "show_length", "text_position", "start", "end", "line_type"}),
+         "x1 y1 x2 y2 (head) [end (fill_arrow) start text (label) text_position (above) show_length font*]",
+         AddArrowLine},
+        {"dimension",
+         {"x1", "y1", "x2", "y2"},
+         {"dim_type", "offset", "text"},
+         "x1 y1 x2 y2 [dim_type (aligned; radius: x1 y1 the centre) offset (of the line, 10 mm; negative: "
+         "other side) text (replaces the measure)]",
+         AddDimension},
+        {"text",
+         {"x", "y", "text"},
+         withFont({"align", "fill_color"}),
+         "x y (top-left) text [align (left) fill_color font*]",
+         TextLike(itText)},
+        {"paragraph",
+         {"x", "y", "width", "height", "text"},
+         withFont({"align", "fill_color"}),
+         "x y width height text (wrapped) [align fill_color font*]",
+         TextLike(itPara)},
+        {"rich_text",
+         {"x", "y", "width", "height", "text"},
+         withFont({"align", "fill_color"}),
+         "x y width height text [align fill_color font*]: markup <B> <I> <U> <S> <FN:Arial> <FS:12> (points) "
+         "<FC:FF0000> <BC:FFFF00> <C> <R> <L>, <BR> breaks (\\n does not)",
+         TextLike(itRichText)},
+    };
+    return kinds;
+}
+
+std::string Listed(const std::vector<std::string>& aKeys) {
+    std::string text;
+    for (std::size_t i = 0; i < aKeys.size(); ++i) {
+        if (i > 0) text += i + 1 == aKeys.size() ? " and " : ", ";
+        text += '"' + aKeys[i] + '"';
+    }
+    return text;
+}
+
+// Every property a kind does not take is refused, as a tool of its own would refuse it: a radius given
+// to a rectangle is a mistake to report, not a value to drop.
+TJSON AddShape(TORXBaseLabel& aDoc, const TJSON& aArgs) {
+    const std::string kindName = aArgs["kind"].get<std::string>();
+    const auto& kinds = ShapeKinds();
+    const auto kind =
+        std::find_if(kinds.begin(), kinds.end(), [&](const auto& k) { return k.Kind == kindName; });
+    std::vector<std::string> missing;
+    for (const auto key : kind->Required)
+        if (!aArgs.contains(key)) missing.emplace_back(key);
+    if (!missing.empty())
+        throw EToolArgument(fmt::format("kind \"{}\" needs {}; missing {}", kindName,
+                                        Listed({kind->Required.begin(), kind->Required.end()}),
+                                        Listed(missing)));
+    static constexpr std::array<std::string_view, 5> kCommon{"kind", "layer", "color", "pen_width", "name"};
+    for (const auto& [key, value] : aArgs.items()) {
+        const auto in = [&key](const auto& aKeys) {
+            return std::find(aKeys.begin(), aKeys.end(), key) != aKeys.end();
+        };
+        if (!in(kCommon) && !in(kind->Required) && !in(kind->Optional))
+            throw EToolArgument(fmt::format("kind \"{}\" does not take \"{}\"", kindName, key));
+    }
+    if (kindName == "sector" && aArgs.contains("start_angle") && aArgs["start_angle"].get<double>() < -359)
+        throw EToolArgument("argument \"start_angle\" must be at least -359 for a sector");
+    const auto minimum = kindName == "polygon" ? 3U : kindName == "bezier" ? 4U : 2U;
+    if (aArgs.contains("points") && aArgs["points"].size() < minimum)
+        throw EToolArgument(
+            fmt::format("argument \"points\": a {} needs at least {} points", kindName, minimum));
+    return kind->Body(aDoc, aArgs);
+}
+
+std::vector<std::string_view> ShapeKindList() {
+    std::vector<std::string_view> names;
+    for (const auto& kind : ShapeKinds()) names.push_back(kind.Kind);
+    return names;
+}
+
+std::string ShapeDescription() {
+    std::string text =
+        "Add a shape or text; kind chooses it. Per kind: what it needs [what else it takes]; others are "
+        "refused. All take layer (default active), color (outline, black), pen_width (0.1 mm), name "
+        "(unique; default kind and id); all but dimension and texts line_type (solid). font* = font (Arial) "
+        "font_height (3.5 mm) bold italic text_color (black). No fill or terminators unless given. Angles: "
+        "degrees anticlockwise from +x.";
+    for (const auto& kind : ShapeKinds()) text += fmt::format("\n{}: {}", kind.Kind, kind.Usage);
+    return text;
+}
+
+TJSON ShapeSchema() {
+    return Merge({ObjectSchema({{"kind", EnumProp("", ShapeKindList())},
+                                {"x", NumberProp("")},
+                                {"y", NumberProp("")},
+                                {"width", NumberProp("")},
+                                {"height", NumberProp("")},
+                                {"x1", NumberProp("")},
+                                {"y1", NumberProp("")},
+                                {"x2", NumberProp("")},
+                                {"y2", NumberProp("")},
+                                {"cx", NumberProp("")},
+                                {"cy", NumberProp("")},
+                                {"radius", NumberProp("")},
+                                {"rx", NumberProp("")},
+                                {"ry", NumberProp("")},
+                                {"points", PointsProp("", 2)},
+                                {"start_angle", NumberProp("", -360, 360)},
+                                {"end_angle", NumberProp("", -360, 360)},
+                                {"sweep_angle", NumberProp("", 0.001, 360)},
+                                {"clockwise", BoolProp("")},
+                                {"corner_radius", NumberProp("")},
+                                {"dim_type",
+                                 EnumProp("", {"horizontal", "vertical", "aligned", "radius", "diameter"})},
+                                {"offset", NumberProp("")},
+                                {"text", StringProp("")},
+                                {"show_length", BoolProp("")},
+                                {"text_position", EnumProp("", TextPosNames())},
+                                {"align", EnumProp("", AlignNames())},
+                                {"fill_color", ColorProp("")}}),
+                  TerminatorProps(), FontProps(), CommonItemProps()},
+                 {"kind"});
 }
 
 }  // namespace
 
+const std::vector<std::string_view>& ShapeKindNames() {
+    static const std::vector<std::string_view> names = ShapeKindList();
+    return names;
+}
+
 void RegisterItemTools(TToolRegistry& aRegistry) {
-    // Every add_ tool answers with the new item's summary.
-    const auto add = [&aRegistry](std::string aName, std::string aDescription, TJSON aSchema,
-                                  TToolBody aBody) {
-        aRegistry.Add(std::move(aName), std::move(aDescription), std::move(aSchema), std::move(aBody),
-                      ItemSummarySchema());
-    };
-    add("add_flow",
-        AddedText(
-            "Add a flowchart element (a box of the given shape with centred text) on the active layer. Read "
-            "its id from the result before linking it with add_link. Default size 40 x 20 mm."),
-        Merge(
-            {ObjectSchema({{"text", StringProp("Text inside the element; \\n breaks lines.")},
-                           {"shape", EnumProp("Shape. Default process (a rectangle); decision is a diamond, "
-                                              "terminator a rounded end, data a parallelogram.",
-                                              FlowTypeNames())}}),
-             BoxProps(), FillProps(), FontProps(), CommonItemProps()},
-            {"x", "y"}),
-        AddFlow);
-    add("add_link",
-        AddedText(
-            "Connect two flowchart elements with a link (by default a straight connector with an arrow at "
-            "the "
-            "end). Name each end by id (from add_flow) or by name. The link follows the elements when they "
-            "move."),
-        WithOneOf(
-            WithOneOf(
-                Merge({ObjectSchema(
-                           {{"from_id", IntegerProp("Source element id.", 1, INT32_MAX)},
-                            {"from_name", StringProp("Source element name.")},
-                            {"to_id", IntegerProp("Target element id.", 1, INT32_MAX)},
-                            {"to_name", StringProp("Target element name.")},
-                            {"from_side", EnumProp("Side of the source the link leaves from. Default: chosen "
-                                                   "from the elements' positions.",
-                                                   SideNames())},
-                            {"to_side",
-                             EnumProp("Side of the target the link enters. Default: chosen.", SideNames())},
-                            {"link_type", EnumProp("Default direct.", LinkTypeNames())},
-                            {"start", EnumProp("Default none.", TerminatorNames())},
-                            {"end", EnumProp("Default fill_arrow.", TerminatorNames())},
-                            {"label", StringProp("Caption halfway along the link.")}}),
-                       CommonItemProps()}),
-                {"from_id", "from_name"}),
-            {"to_id", "to_name"}),
-        AddLink);
-    add("add_line", AddedText("Add a straight line from (x1, y1) to (x2, y2)."),
-        Merge({ObjectSchema({{"x1", NumberProp("")},
-                             {"y1", NumberProp("")},
-                             {"x2", NumberProp("")},
-                             {"y2", NumberProp("")}}),
-               CommonItemProps()},
-              {"x1", "y1", "x2", "y2"}),
-        AddLine);
-    add("add_polyline", AddedText("Add an open line through two or more points, with optional terminators."),
-        Merge({ObjectSchema({{"points", PointsProp("The points in order.", 2)}}), TerminatorProps(),
-               CommonItemProps()},
-              {"points"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddPointList(aDoc, aArgs, TQVLItemType::itPolyLine);
-        });
-    add("add_rectangle", AddedText("Add a rectangle, optionally filled and with rounded corners."),
-        Merge({BoxProps(),
-               ObjectSchema(
-                   {{"corner_radius", NumberProp("Corner radius; at most half the height. Default 0.")}}),
-               FillProps(), CommonItemProps()},
-              {"x", "y", "width", "height"}),
-        AddRectangle);
-    add("add_polygon", AddedText("Add a closed polygon through three or more points, optionally filled."),
-        Merge({ObjectSchema({{"points", PointsProp("The corners in order.", 3)}}), FillProps(),
-               CommonItemProps()},
-              {"points"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddPointList(aDoc, aArgs, TQVLItemType::itPolygon);
-        });
-    add("add_bezier",
-        AddedText("Add a cubic Bézier curve: a start point, then for each segment two control points and an "
-                  "end point (4, 7, 10... points)."),
-        Merge({ObjectSchema({{"points", PointsProp("Start, then control, control, end per segment.", 4)}}),
-               TerminatorProps(), CommonItemProps()},
-              {"points"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddPointList(aDoc, aArgs, TQVLItemType::itBezier);
-        });
-    add("add_circle", AddedText("Add a circle by centre and radius, optionally filled."),
-        Merge({CircleProps(false), FillProps(), CommonItemProps()}, {"cx", "cy", "radius"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddCircleLike(aDoc, aArgs, TQVLItemType::itCircle);
-        });
-    add("add_ellipse", AddedText("Add an ellipse by centre and the two radii, optionally filled."),
-        Merge({CircleProps(true), FillProps(), CommonItemProps()}, {"cx", "cy", "rx", "ry"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddCircleLike(aDoc, aArgs, TQVLItemType::itEllipse);
-        });
-    add("add_sector",
-        AddedText("Add a circular sector (a pie slice): centre, radius, start angle and sweep in degrees, "
-                  "counter-clockwise from the positive x axis; a sweep of 360 is a full circle."),
-        Merge({CircleProps(false),
-               ObjectSchema({{"start_angle", NumberProp("Start angle in degrees. Default 0.", -359, 360)},
-                             {"sweep_angle", NumberProp("Angular extent in degrees.", 0.001, 360)}}),
-               FillProps(), CommonItemProps()},
-              {"cx", "cy", "radius", "sweep_angle"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddCircleLike(aDoc, aArgs, TQVLItemType::itSector);
-        });
-    add("add_arc",
-        AddedText("Add a circular arc: centre, radius, and the start and end angles in degrees "
-                  "counter-clockwise from the positive x axis (clockwise true turns the other way)."),
-        Merge({CircleProps(false),
-               ObjectSchema({{"start_angle", NumberProp("Start angle in degrees.", -360, 360)},
-                             {"end_angle",
-                              NumberProp("End angle in degrees; equal to start: a full circle.", -360, 360)},
-                             {"clockwise", BoolProp("Sweep clockwise from start to end. Default false.")}}),
-               TerminatorProps(), CommonItemProps()},
-              {"cx", "cy", "radius", "start_angle", "end_angle"}),
-        AddArc);
-    add("add_arrow_line",
-        AddedText("Add an arrow from (x1, y1) to (x2, y2) (a filled arrow head at the end unless told "
-                  "otherwise), with an optional label along it."),
-        Merge({ObjectSchema(
-                   {{"x1", NumberProp("")},
-                    {"y1", NumberProp("")},
-                    {"x2", NumberProp("End x (the arrow head).")},
-                    {"y2", NumberProp("")},
-                    {"text", StringProp("Label text.")},
-                    {"show_length", BoolProp("The label shows the measured length instead.")},
-                    {"text_position", EnumProp("Where the label stands. Default above.", TextPosNames())},
-                    {"start", EnumProp("Default none.", TerminatorNames())},
-                    {"end", EnumProp("Default fill_arrow.", TerminatorNames())}}),
-               FontProps(), CommonItemProps()},
-              {"x1", "y1", "x2", "y2"}),
-        AddArrowLine);
-    add("add_dimension",
-        AddedText("Add a dimension measuring from (x1, y1) to (x2, y2): horizontal, vertical or aligned "
-                  "(the dimension line drawn offset from the points), radius (x1, y1 the centre, x2, y2 "
-                  "on the circle) or diameter (the two ends). The text shows the measure in the drawing's "
-                  "units unless text is given."),
-        Merge({ObjectSchema(
-                   {{"x1", NumberProp("")},
-                    {"y1", NumberProp("")},
-                    {"x2", NumberProp("")},
-                    {"y2", NumberProp("")},
-                    {"dim_type", EnumProp("Kind of dimension. Default aligned.",
-                                          {"horizontal", "vertical", "aligned", "radius", "diameter"})},
-                    {"offset", NumberProp("Distance of the dimension line from the points (linear "
-                                          "kinds; negative: the other side). Default 10 mm.")},
-                    {"text", StringProp("Fixed text instead of the measure.")}}),
-               CommonItemProps(false)},
-              {"x1", "y1", "x2", "y2"}),
-        AddDimension);
-    add("add_text",
-        AddedText("Add a single text with its top-left corner at (x, y); its box follows the text."),
-        Merge({ObjectSchema({{"x", NumberProp("")},
-                             {"y", NumberProp("")},
-                             {"text", StringProp("The text; \\n breaks lines.")},
-                             {"align", EnumProp("Default left.", AlignNames())}}),
-               FillProps(), FontProps(), CommonItemProps(false)},
-              {"x", "y", "text"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itText); });
-    add("add_paragraph", AddedText("Add a paragraph: text broken into lines to fit the box's width."),
-        Merge({BoxProps(),
-               ObjectSchema(
-                   {{"text", StringProp("The text.")}, {"align", EnumProp("Default left.", AlignNames())}}),
-               FillProps(), FontProps(), CommonItemProps(false)},
-              {"x", "y", "width", "height", "text"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) { return AddText(aDoc, aArgs, TQVLItemType::itPara); });
-    add("add_rich_text",
-        AddedText("Add a box of rich text. Markup: <B>bold</B>, <I>, <U>, <S>, <FN:Arial>font</FN>, "
-                  "<FS:12>size in points</FS>, <FC:FF0000>colour</FC>, <BC:FFFF00>background</BC>, "
-                  "<C>centred</C>, <R>, <L>, and <BR> for a line break (newlines do not break)."),
-        Merge({BoxProps(),
-               ObjectSchema({{"text", StringProp("The marked-up text.")},
-                             {"align", EnumProp("Default left.", AlignNames())}}),
-               FillProps(), FontProps(), CommonItemProps(false)},
-              {"x", "y", "width", "height", "text"}),
-        [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
-            return AddText(aDoc, aArgs, TQVLItemType::itRichText);
-        });
+    aRegistry.Add("add_flow",
+                  "Add a flowchart element: a box of the shape (default process) with centred text (\\n "
+                  "breaks lines), 40 x 20 mm unless sized; Arial 3.5 mm black, black outline 0.1 mm, no "
+                  "fill. Link it by its id.",
+                  Merge({ObjectSchema({{"text", StringProp("\\n breaks lines.")},
+                                       {"shape", EnumProp("", FlowTypeNames())}}),
+                         BoxProps(), FillProps(), FontProps(), CommonItemProps()},
+                        {"x", "y"}),
+                  AddFlow, ObjectResultSchema());
+    aRegistry.Add("add_link",
+                  "Join two flowchart elements, each end by exactly one of id or name; it follows them. "
+                  "Default direct, end fill_arrow, sides facing each other. label: a caption halfway.",
+                  WithOneOf(WithOneOf(Merge({ObjectSchema({{"from_id", IntegerProp("", 1, INT32_MAX)},
+                                                           {"from_name", StringProp("")},
+                                                           {"to_id", IntegerProp("", 1, INT32_MAX)},
+                                                           {"to_name", StringProp("")},
+                                                           {"from_side", EnumProp("", SideNames())},
+                                                           {"to_side", EnumProp("", SideNames())},
+                                                           {"link_type", EnumProp("", LinkTypeNames())},
+                                                           {"label", StringProp("")}}),
+                                             TerminatorProps(), CommonItemProps()}),
+                                      {"from_id", "from_name"}),
+                            {"to_id", "to_name"}),
+                  AddLink, ObjectResultSchema());
+    aRegistry.Add("add_shape", ShapeDescription(), ShapeSchema(), AddShape, ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

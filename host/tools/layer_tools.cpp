@@ -16,13 +16,13 @@ namespace {
 constexpr std::int32_t kMaxLayers = 1000;
 
 TJSON LayerProps() {
-    return ObjectSchema({{"name", StringProp("Layer name.")},
-                         {"color", ColorProp("Layer colour.")},
-                         {"visible", BoolProp("Items on the layer are shown.")},
-                         {"printable", BoolProp("Items on the layer are printed.")},
-                         {"selectable", BoolProp("Items on the layer can be selected.")},
-                         {"exportable", BoolProp("Items on the layer are exported.")},
-                         {"active", BoolProp("Make it the active layer, which receives new items.")}});
+    return ObjectSchema({{"name", StringProp("")},
+                         {"color", ColorProp("")},
+                         {"visible", BoolProp("")},
+                         {"printable", BoolProp("")},
+                         {"selectable", BoolProp("")},
+                         {"exportable", BoolProp("")},
+                         {"active", BoolProp("")}});
 }
 
 struct TLayerChange {
@@ -98,26 +98,12 @@ TJSON ModifyLayer(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 }  // namespace
 
 void RegisterLayerTools(TToolRegistry& aRegistry) {
-    const TJSON layer = OutputSchema({{"index", "integer"},
-                                      {"name", "string"},
-                                      {"color", "string"},
-                                      {"visible", "boolean"},
-                                      {"printable", "boolean"},
-                                      {"selectable", "boolean"},
-                                      {"exportable", "boolean"},
-                                      {"active", "boolean"}});
-    aRegistry.Add(
-        "add_layer",
-        "Add a layer after the existing ones and, unless active is false, make it the active layer so that "
-        "new items go onto it. Returns the layer with its one-based index.",
-        LayerProps(), AddLayer, layer);
-    aRegistry.Add(
-        "modify_layer",
-        "Change a layer's name, colour or flags, or make it active. Only the given properties change. "
-        "Returns the layer.",
-        WithProperties(LayerProps(), {{"layer", IntegerProp("One-based layer index.", 1, INT16_MAX)}},
-                       {"layer"}),
-        ModifyLayer, layer);
+    aRegistry.Add("add_layer",
+                  "Add a layer; it becomes the active one (new items go there) unless active is false.",
+                  LayerProps(), AddLayer, ObjectResultSchema());
+    aRegistry.Add("modify_layer", "Change the given properties of a layer (index from 1).",
+                  WithProperties(LayerProps(), {{"layer", IntegerProp("", 1, INT32_MAX)}}, {"layer"}),
+                  ModifyLayer, ObjectResultSchema());
 }
 
 }  // namespace Orvex::Host

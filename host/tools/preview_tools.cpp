@@ -107,22 +107,19 @@ std::optional<TQVLRect> CropOf(TORXBaseLabel& aDoc, const TJSON& aArgs) {
 void RegisterPreviewTools(TToolRegistry& aRegistry) {
     aRegistry.Add(
         "render_preview",
-        "Render the drawing as a PNG and return it, to check the result visually (overlaps, clipped or "
-        "unreadable text, arrows). 96 dpi times scale, lowered until the picture fits max_side and "
-        "max_bytes, so a picture always comes back. Crop to a region or to the items item_ids names. "
-        "Returns the image and {format, scale, item_count, byte_size, width, height}.",
-        ObjectSchema({{"scale", NumberProp("Zoom, 1 = 96 dpi. Default 1.", 0.01, 4.0)},
-                      {"max_bytes", IntegerProp("Largest PNG in bytes. Default 750000.", 10'000, 10'000'000)},
-                      {"max_side", IntegerProp("Most pixels on the longer side. Default 1600.", 64, 8000)},
-                      {"region", ObjectSchema({{"x", NumberProp("Left.")},
-                                               {"y", NumberProp("Top.")},
-                                               {"width", NumberProp("Width, > 0.")},
-                                               {"height", NumberProp("Height, > 0.")}},
-                                              {"x", "y", "width", "height"})},
-                      {"item_ids", TJSON{{"type", "array"},
-                                         {"description", "Crop to these items (ids), with a small margin."},
-                                         {"items", {{"type", "integer"}}},
-                                         {"minItems", 1}}}}),
+        "A PNG to check the result by eye (overlaps, clipped text, arrows): 96 dpi times scale "
+        "(1), shrunk to fit max_side pixels (1600) and max_bytes (750000). Crop to a region or "
+        "item_ids.",
+        ObjectSchema(
+            {{"scale", NumberProp("", 0.01, 4.0)},
+             {"max_bytes", IntegerProp("", 10'000, 10'000'000)},
+             {"max_side", IntegerProp("", 64, 8000)},
+             {"region", ObjectSchema({{"x", NumberProp("")},
+                                      {"y", NumberProp("")},
+                                      {"width", NumberProp("")},
+                                      {"height", NumberProp("")}},
+                                     {"x", "y", "width", "height"})},
+             {"item_ids", TJSON{{"type", "array"}, {"items", {{"type", "integer"}}}, {"minItems", 1}}}}),
         [](TORXBaseLabel& aDoc, const TJSON& aArgs) {
             TPreviewRequest request;
             request.Scale = aArgs.value("scale", 1.0);
@@ -135,9 +132,7 @@ void RegisterPreviewTools(TToolRegistry& aRegistry) {
             result["structuredContent"] = std::move(info);
             return result;
         },
-        OutputSchema(
-            {{"format", "string"}, {"scale", "number"}, {"item_count", "integer"}, {"byte_size", "integer"}},
-            {{"width", "integer"}, {"height", "integer"}, {"region", "object"}}));
+        nullptr);
 }
 
 }  // namespace Orvex::Host

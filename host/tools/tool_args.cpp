@@ -128,15 +128,6 @@ TJSON ItemSummary(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem) {
     return summary;
 }
 
-TJSON ItemSummarySchema() {
-    // What a caller goes on with; the bounds and the rest come along unlisted.
-    return {
-        {"type", "object"},
-        {"properties",
-         {{"id", {{"type", "integer"}}}, {"name", {{"type", "string"}}}, {"index", {{"type", "integer"}}}}},
-        {"required", {"id", "name", "index"}}};
-}
-
 const std::vector<std::string_view>& KindNames() {
     static const std::vector<std::string_view> names{
         "undefined", "point",   "line",      "arrow_line", "polyline", "arc",      "rectangle",  "polygon",

@@ -54,7 +54,6 @@ TJSON ErrorResult(std::string_view aMessage, TJSON aStructured = nullptr);
 
 // The name, internal id, index, kind and layer of an item, plus its bounds in the drawing's unit.
 TJSON ItemSummary(const TORXBaseLabel& aDoc, const TORXBaseItem& aItem);
-TJSON ItemSummarySchema();  // the output schema of that summary
 
 // Names of enumerations as the tools spell them (lower_snake), in ordinal order.
 const std::vector<std::string_view>& KindNames();  // by TQVLItemType ordinal: "flow", "link", ...

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/tools/register_tools.h"
@@ -35,7 +36,8 @@ class TToolRegistry {
     TToolRegistry(TORXMCPServer& aServer, const TToolOptions& aOptions)
         : fServer(aServer), fOptions(aOptions), fSession(std::make_shared<TToolSession>()) {}
 
-    // aOutputSchema describes the tool's structuredContent; a null value when it returns none.
+    // aOutputSchema describes the tool's structuredContent; a null value leaves it to the server, which
+    // states the schemas of the tools it knows by name (get_item, list_items, render_preview...).
     void Add(std::string aName, std::string aDescription, TJSON aSchema, TToolBody aBody,
              TJSON aOutputSchema = nullptr);
     const TToolOptions& Options() const { return fOptions; }
@@ -52,7 +54,9 @@ class TToolRegistry {
 
 // One per file, in catalogue order.
 void RegisterInfoTools(TToolRegistry& aRegistry);
-void RegisterItemTools(TToolRegistry& aRegistry);      // the add_ tools
+void RegisterItemTools(TToolRegistry& aRegistry);  // add_flow, add_link, add_shape
+// The kinds add_shape makes ("line", "rectangle", "text"...), which add_items takes as kinds of their own.
+const std::vector<std::string_view>& ShapeKindNames();
 void RegisterItemEditTools(TToolRegistry& aRegistry);  // modify_item, delete_item
 void RegisterLayerTools(TToolRegistry& aRegistry);
 void RegisterFileTools(TToolRegistry& aRegistry);

@@ -24,10 +24,20 @@ TJSON NumberProp(std::string_view aDescription) {
     return Typed("number", aDescription);
 }
 
+namespace {
+
+// A whole bound is written as an integer: "360", not "360.0".
+TJSON Bound(double aValue) {
+    if (aValue == std::trunc(aValue)) return static_cast<std::int64_t>(aValue);
+    return aValue;
+}
+
+}  // namespace
+
 TJSON NumberProp(std::string_view aDescription, double aMinimum, double aMaximum) {
     TJSON prop = Typed("number", aDescription);
-    prop["minimum"] = aMinimum;
-    prop["maximum"] = aMaximum;
+    prop["minimum"] = Bound(aMinimum);
+    prop["maximum"] = Bound(aMaximum);
     return prop;
 }
 
@@ -56,18 +66,18 @@ TJSON EnumProp(std::string_view aDescription, const std::vector<std::string_view
 }
 
 TJSON ColorProp(std::string_view aDescription) {
-    // The pattern says the form; the instructions say once that alpha comes first.
+    // The pattern says the form (six or eight hex digits); the instructions say once that alpha comes first.
     TJSON prop = Typed("string", aDescription);
-    prop["pattern"] = "^#([0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})$";
+    prop["pattern"] = "^#([0-9A-Fa-f]{2}){3,4}$";
     return prop;
 }
 
 TJSON PointsProp(std::string_view aDescription, std::int64_t aMinItems) {
     TJSON point = ObjectSchema({{"x", NumberProp("")}, {"y", NumberProp("")}}, {"x", "y"});
-    return {{"type", "array"},
-            {"description", aDescription},
-            {"items", std::move(point)},
-            {"minItems", aMinItems}};
+    TJSON prop = Typed("array", aDescription);
+    prop["items"] = std::move(point);
+    prop["minItems"] = aMinItems;
+    return prop;
 }
 
 TJSON ObjectSchema(std::initializer_list<std::pair<std::string, TJSON>> aProperties,
@@ -106,35 +116,13 @@ TJSON WithOneOf(TJSON aSchema, std::initializer_list<std::string_view> aKeys) {
 }
 
 TJSON ItemSelector() {
-    return ObjectSchema({{"index", IntegerProp("Zero-based.", 0, INT32_MAX)},
-                         {"name", StringProp("Case ignored.")},
+    return ObjectSchema({{"index", IntegerProp("", 0, INT32_MAX)},
+                         {"name", StringProp("")},
                          {"id", IntegerProp("", 1, INT32_MAX)}});
 }
 
-namespace {
-
-TJSON Expanded(const TJSON& aType) {
-    return aType.is_string() || aType.is_array() ? TJSON{{"type", aType}} : aType;
-}
-
-}  // namespace
-
-TJSON ArrayOf(TJSON aItem) {
-    return {{"type", "array"}, {"items", Expanded(aItem)}};
-}
-
-TJSON WithOutputProperties(TJSON aSchema, TOutputProps aRequired, TOutputProps aOptional) {
-    for (const auto& [name, type] : aRequired) {
-        aSchema["properties"][name] = Expanded(type);
-        aSchema["required"].push_back(name);
-    }
-    for (const auto& [name, type] : aOptional) aSchema["properties"][name] = Expanded(type);
-    return aSchema;
-}
-
-TJSON OutputSchema(TOutputProps aRequired, TOutputProps aOptional) {
-    TJSON schema = {{"type", "object"}, {"properties", TJSON::object()}, {"required", TJSON::array()}};
-    return WithOutputProperties(std::move(schema), aRequired, aOptional);
+TJSON ObjectResultSchema() {
+    return {{"type", "object"}};
 }
 
 namespace {

@@ -36,13 +36,10 @@ TJSON WithOneOf(TJSON aSchema, std::initializer_list<std::string_view> aKeys);
 // index (zero-based), name or id: how the tools that act on one item name it.
 TJSON ItemSelector();
 
-// Schemas of structured results. A property is given as a type name ("integer", "string", ...; an array
-// of types for a nullable value) or as a whole schema; every listed property is required unless it is in
-// aOptional. Results may carry more than the schema lists.
-using TOutputProps = std::initializer_list<std::pair<std::string, TJSON>>;
-TJSON OutputSchema(TOutputProps aRequired, TOutputProps aOptional = {});
-TJSON WithOutputProperties(TJSON aSchema, TOutputProps aRequired, TOutputProps aOptional = {});
-TJSON ArrayOf(TJSON aItem);  // {"type": "array", "items": ...}; a type name is expanded
+// {"type": "object"}: the output schema of a tool whose structured result is described in words. Clients
+// read tools/list whole into an agent's context, so the keys are named once, in the description (and the
+// result repeats as text); the server itself states the fuller shapes of the few tools it knows by name.
+TJSON ObjectResultSchema();
 
 // Throws EToolArgument naming the first argument that breaks the schema: a missing required one, an
 // unknown one, a wrong type, a value out of range or outside an enumeration. Handles the subset of JSON

@@ -174,11 +174,11 @@ try {
 
   // An agent's text appears in the open page.
   const before = await page.evaluate(() => Number(document.body.dataset.version));
-  await callTool('add_text', { x: 100, y: 70, text: 'Written by an agent' });
+  await callTool('add_shape', { kind: 'text', x: 100, y: 70, text: 'Written by an agent' });
   const called = Date.now();
   await page.waitForFunction((v) => Number(document.body.dataset.version) > v &&
     document.querySelector('#drawing > svg').textContent.includes('Written by an agent'), before, { timeout: SHOWN_WITHIN_MS });
-  console.log(`editor: the agent's add_text shown after ${Date.now() - called} ms`);
+  console.log(`editor: the agent's text shown after ${Date.now() - called} ms`);
   assert.equal(await page.evaluate(items), 6);
   await page.screenshot({ path: `${shots}/7-agent.png` });
   assert.deepEqual(problems, []);

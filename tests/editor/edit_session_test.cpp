@@ -200,7 +200,8 @@ TEST_F(EditSessionTest, ThePersonsUndoTakesBackTheirOwnLastStepNotTheAgents) {
     ASSERT_EQ(fDoc.GetItemsCount(), 1);
     // The agent works on the same document through MCP, after the person.
     fServer.SetLabel(&fDoc);
-    const TJSON call{{"name", "add_text"}, {"arguments", {{"x", 60}, {"y", 60}, {"text", "agent"}}}};
+    const TJSON call{{"name", "add_shape"},
+                     {"arguments", {{"kind", "text"}, {"x", 60}, {"y", 60}, {"text", "agent"}}}};
     ASSERT_FALSE(fServer.HandleToolsCall(1, &call)["result"].value("isError", false));
     ASSERT_EQ(fDoc.GetItemsCount(), 2);
 

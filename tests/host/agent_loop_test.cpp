@@ -65,7 +65,7 @@ TEST_F(AgentLoopTest, LoadsLandBesideEachOtherAndMapNodeIdsToItems) {
 }
 
 TEST_F(AgentLoopTest, ALoadBesideOwnItemsAddsByDefault) {
-    Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 30}, {"height", 10}});
+    Ok("add_shape", {{"kind", "rectangle"}, {"x", 0}, {"y", 0}, {"width", 30}, {"height", 10}});
     const TJSON loaded = Ok("load_diagram", {{"text", kSecond}});
     EXPECT_EQ(loaded["mode"], "add");
     EXPECT_GE(loaded["bounds"]["x"].get<double>(), 30.0);
@@ -124,7 +124,7 @@ TEST_F(AgentLoopTest, ALinksLabelMovesAndGoesWithIt) {
 }
 
 TEST_F(AgentLoopTest, ABatchUndoesAsOneStep) {
-    Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
+    Ok("add_shape", {{"kind", "rectangle"}, {"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
     Ok("begin_update");
     for (int i = 0; i < 3; ++i) Ok("add_flow", {{"x", 20 * i}, {"y", 30}});
     Ok("modify_item", {{"index", 0}, {"dx", 3}});
@@ -155,6 +155,29 @@ TEST_F(AgentLoopTest, AddItemsLinksByLocalKeysAllOrNothing) {
                                 {{"kind", "link"}, {"from_key", "a"}, {"to_key", "zz"}}}}});
     EXPECT_EQ(refused, "items[1] (link): to_key \"zz\" names no earlier item of this batch");
     EXPECT_EQ(fDoc.GetItemsCount(), 0);
+}
+
+TEST_F(AgentLoopTest, AddItemsTakesShapeKindsAsKindsOfTheirOwn) {
+    const TJSON made =
+        Ok("add_items", {{"items",
+                          {{{"kind", "rectangle"}, {"x", 0}, {"y", 0}, {"width", 8}, {"height", 4}},
+                           {{"kind", "text"}, {"key", "t"}, {"x", 1}, {"y", 1}, {"text", "Hi"}},
+                           {{"kind", "circle"}, {"cx", 20}, {"cy", 5}, {"radius", 2}}}}});
+    ASSERT_EQ(made["items"].size(), 3u);
+    EXPECT_EQ(made["items"][0]["kind"], "rectangle");
+    EXPECT_EQ(made["items"][1]["kind"], "text");
+    EXPECT_EQ(made["items"][2]["kind"], "circle");
+    EXPECT_EQ(made["ids"]["t"], fDoc.GetItem(1)->InID());
+    // A shape entry is held to its kind, and the batch leaves nothing behind.
+    EXPECT_EQ(Refused("add_items", {{"items",
+                                     {{{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 5}, {"y2", 5}},
+                                      {{"kind", "ellipse"}, {"cx", 0}, {"cy", 0}, {"rx", 2}}}}}),
+              "items[1] (ellipse): kind \"ellipse\" needs \"cx\", \"cy\", \"rx\" and \"ry\"; missing \"ry\"");
+    EXPECT_EQ(Refused("add_items", {{"items", {{{"kind", "shape"}, {"x", 0}}}}}),
+              "argument \"items[0].kind\" must be one of \"flow\", \"link\", \"line\", \"polyline\", "
+              "\"rectangle\", \"polygon\", \"bezier\", \"circle\", \"ellipse\", \"sector\", \"arc\", "
+              "\"arrow_line\", \"dimension\", \"text\", \"paragraph\" or \"rich_text\"; got \"shape\"");
+    EXPECT_EQ(fDoc.GetItemsCount(), 3);
 }
 
 TEST_F(AgentLoopTest, AlignDistributeAndDuplicate) {
@@ -215,20 +238,21 @@ TEST_F(AgentLoopTest, ACaptionCutOffByTheSizeGivenIsReported) {
     const TJSON fits = Ok("modify_item", {{"id", flow["id"]}, {"text", "Ok"}});
     EXPECT_FALSE(fits.contains("text_clipped"));
 
-    const TJSON para = Ok("add_paragraph", {{"x", 0},
-                                            {"y", 40},
-                                            {"width", 30},
-                                            {"height", 5},
-                                            {"text",
-                                             "A paragraph with far more words than five millimetres "
-                                             "of height can show on one line"}});
+    const TJSON para = Ok("add_shape", {{"kind", "paragraph"},
+                                        {"x", 0},
+                                        {"y", 40},
+                                        {"width", 30},
+                                        {"height", 5},
+                                        {"text",
+                                         "A paragraph with far more words than five millimetres "
+                                         "of height can show on one line"}});
     EXPECT_EQ(para["text_clipped"], true);
     EXPECT_FALSE(Ok("modify_item", {{"id", para["id"]}, {"height", 60}}).contains("text_clipped"));
 }
 
 TEST_F(AgentLoopTest, ALongerCaptionGrowsItsElement) {
     const TJSON flow = Ok("add_flow", {{"x", 10}, {"y", 10}, {"width", 20}, {"height", 10}, {"text", "Ok"}});
-    Ok("add_rectangle", {{"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
+    Ok("add_shape", {{"kind", "rectangle"}, {"x", 0}, {"y", 0}, {"width", 5}, {"height", 5}});
     const TJSON changed =
         Ok("modify_item", {{"id", flow["id"]}, {"text", "Reject and notify the customer by mail"}});
     EXPECT_EQ(changed["grown_to_fit_text"], true);
@@ -251,7 +275,7 @@ TEST_F(AgentLoopTest, ALongerCaptionGrowsItsElement) {
 
 TEST_F(AgentLoopTest, APreviewAlwaysComesBackAndCrops) {
     for (int i = 0; i < 400; ++i)
-        Ok("add_rectangle", {{"x", 0}, {"y", 30 * i}, {"width", 20}, {"height", 20}});
+        Ok("add_shape", {{"kind", "rectangle"}, {"x", 0}, {"y", 30 * i}, {"width", 20}, {"height", 20}});
     const TJSON result = Call("render_preview", {{"max_side", 800}});
     ASSERT_FALSE(result.value("isError", false)) << Text(result);
     const TJSON info = result["structuredContent"];

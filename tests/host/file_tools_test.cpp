@@ -33,7 +33,7 @@ class FilesRootTest : public ToolsTest {
 };
 
 TEST_F(FilesRootTest, SaveLoadAndExportStayInsideTheFolder) {
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 2}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 2}});
     const TJSON saved = Ok("save_drawing", {{"path", "sub/one.json"}});
     EXPECT_EQ(saved["path"], "sub/one.json");
     EXPECT_TRUE(fs::exists(Folder() / "root" / "sub" / "one.json"));
@@ -69,7 +69,7 @@ TEST_F(FilesRootTest, PathsThatLeaveTheFolderAreRefused) {
         {"", "argument \"path\" must not be empty"},
         {".", "path \".\" names the files folder itself"},
     };
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 2}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 2}});
     const std::string before = fDoc.GetJsonString();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Path);
@@ -88,7 +88,7 @@ TEST_F(FilesRootTest, HardLinksAndFifosAreRefusedAtOnceAndLeftAlone) {
     std::ofstream(outside) << "{}";
     fs::create_hard_link(outside, Folder() / "root" / "hard.json");
     ASSERT_EQ(::mkfifo((Folder() / "root" / "pipe.json").c_str(), 0600), 0);
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 2}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 2}});
     EXPECT_EQ(Refused("save_drawing", {{"path", "hard.json"}}),
               "cannot write \"hard.json\": cannot be written (a file with other hard links)");
     EXPECT_EQ(Refused("export_document", {{"format", "json"}, {"path", "hard.json"}}),
@@ -114,7 +114,7 @@ TEST_F(FilesRootTest, LoadingNamesTheEntriesItSkipped) {
 }
 
 TEST_F(FilesRootTest, LoadingAMissingOrBrokenFileLeavesTheDrawing) {
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 2}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 2}});
     std::ofstream(Folder() / "root" / "broken.json") << "{ nope";
     const std::string before = fDoc.GetJsonString();
     EXPECT_EQ(Refused("load_drawing", {{"path", "none.json"}}), "no file \"none.json\" in the files folder");

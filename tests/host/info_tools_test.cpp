@@ -21,14 +21,27 @@ TEST_F(InfoToolsTest, CatalogueListsEveryToolWithAClosedSchemaAndADescription) {
         EXPECT_EQ(tool["inputSchema"]["type"], "object");
         EXPECT_EQ(tool["inputSchema"]["additionalProperties"], false);
     }
-    for (const char* expected :
-         {"get_drawing_info", "list_items",     "get_item",      "list_layers",  "setup_drawing",
-          "add_flow",         "add_link",       "add_line",      "add_polyline", "add_rectangle",
-          "add_polygon",      "add_bezier",     "add_circle",    "add_ellipse",  "add_sector",
-          "add_arc",          "add_arrow_line", "add_dimension", "add_text",     "add_paragraph",
-          "add_rich_text",    "add_layer",      "modify_item",   "modify_layer", "delete_item",
-          "clear_drawing",    "load_drawing",   "save_drawing",  "load_diagram", "export_document",
-          "begin_update",     "end_update",     "undo",          "redo"})
+    for (const char* expected : {"get_drawing_info",
+                                 "list_items",
+                                 "get_item",
+                                 "list_layers",
+                                 "setup_drawing",
+                                 "add_flow",
+                                 "add_link",
+                                 "add_shape",
+                                 "add_layer",
+                                 "modify_item",
+                                 "modify_layer",
+                                 "delete_item",
+                                 "clear_drawing",
+                                 "load_drawing",
+                                 "save_drawing",
+                                 "load_diagram",
+                                 "export_document",
+                                 "begin_update",
+                                 "end_update",
+                                 "undo",
+                                 "redo"})
         EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
 }
 
@@ -111,9 +124,11 @@ TEST_F(InfoToolsTest, SetupDrawingRefusalsChangeNothing) {
 
 TEST_F(InfoToolsTest, ListItemsPagesAndFilters) {
     Ok("add_layer", {{"name", "Shapes"}});
-    for (int i = 0; i < 7; ++i) Ok("add_circle", {{"cx", 10 * i + 5}, {"cy", 5}, {"radius", 2}});
+    for (int i = 0; i < 7; ++i)
+        Ok("add_shape", {{"kind", "circle"}, {"cx", 10 * i + 5}, {"cy", 5}, {"radius", 2}});
     Ok("modify_layer", {{"layer", 1}, {"active", true}});
-    for (int i = 0; i < 3; ++i) Ok("add_line", {{"x1", 0}, {"y1", i}, {"x2", 9}, {"y2", i}});
+    for (int i = 0; i < 3; ++i)
+        Ok("add_shape", {{"kind", "line"}, {"x1", 0}, {"y1", i}, {"x2", 9}, {"y2", i}});
 
     TJSON page = Ok("list_items", {{"offset", 2}, {"limit", 4}});
     EXPECT_EQ(page["total"], 10);
@@ -163,7 +178,7 @@ TEST_F(InfoToolsTest, LayersAreAddedActivatedAndModified) {
     EXPECT_EQ(layer["index"], 2);
     EXPECT_EQ(layer["active"], true);
     EXPECT_EQ(layer["color"], "#80FF0000");
-    Ok("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}});
+    Ok("add_shape", {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}});
     Ok("modify_layer", {{"layer", 1}, {"visible", false}, {"active", true}, {"name", "Base"}});
     const TJSON layers = Ok("list_layers")["layers"];
     ASSERT_EQ(layers.size(), 2u);

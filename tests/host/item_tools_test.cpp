@@ -21,46 +21,62 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
          {{"x", 10}, {"y", 20}, {"width", 30}, {"height", 12}, {"text", "Go"}},
          "flow",
          {10, 20, 30, 12}},
-        {"add_line", {{"x1", 5}, {"y1", 50}, {"x2", 1}, {"y2", 40}}, "line", {1, 40, 4, 10}},
-        {"add_polyline",
-         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 10}, {"y", 5}}, {{"x", 20}, {"y", 0}}}}, {"end", "arrow"}},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 5}, {"y1", 50}, {"x2", 1}, {"y2", 40}},
+         "line",
+         {1, 40, 4, 10}},
+        {"add_shape",
+         {{"kind", "polyline"},
+          {"points", {{{"x", 0}, {"y", 0}}, {{"x", 10}, {"y", 5}}, {{"x", 20}, {"y", 0}}}},
+          {"end", "arrow"}},
          "polyline",
          {0, 0, 20, 5}},
-        {"add_rectangle",
-         {{"x", 1}, {"y", 2}, {"width", 3}, {"height", 4}, {"fill_color", "#00FF00"}},
+        {"add_shape",
+         {{"kind", "rectangle"}, {"x", 1}, {"y", 2}, {"width", 3}, {"height", 4}, {"fill_color", "#00FF00"}},
          "rectangle",
          {1, 2, 3, 4}},
-        {"add_polygon",
-         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 8}, {"y", 0}}, {{"x", 4}, {"y", 6}}}}},
+        {"add_shape",
+         {{"kind", "polygon"},
+          {"points", {{{"x", 0}, {"y", 0}}, {{"x", 8}, {"y", 0}}, {{"x", 4}, {"y", 6}}}}},
          "polygon",
          {0, 0, 8, 6}},
-        {"add_bezier",
-         {{"points",
+        {"add_shape",
+         {{"kind", "bezier"},
+          {"points",
            {{{"x", 0}, {"y", 0}}, {{"x", 2}, {"y", 4}}, {{"x", 6}, {"y", 4}}, {{"x", 8}, {"y", 0}}}}},
          "bezier",
          {0, 0, 8, 4}},
-        {"add_circle", {{"cx", 50}, {"cy", 50}, {"radius", 5}}, "circle", {45, 45, 10, 10}},
-        {"add_ellipse", {{"cx", 50}, {"cy", 50}, {"rx", 6}, {"ry", 3}}, "ellipse", {44, 47, 12, 6}},
-        {"add_sector",
-         {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 360}},
+        {"add_shape",
+         {{"kind", "circle"}, {"cx", 50}, {"cy", 50}, {"radius", 5}},
+         "circle",
+         {45, 45, 10, 10}},
+        {"add_shape",
+         {{"kind", "ellipse"}, {"cx", 50}, {"cy", 50}, {"rx", 6}, {"ry", 3}},
+         "ellipse",
+         {44, 47, 12, 6}},
+        {"add_shape",
+         {{"kind", "sector"}, {"cx", 20}, {"cy", 20}, {"radius", 10}, {"sweep_angle", 360}},
          "sector",
          {10, 10, 20, 20}},
-        {"add_arc",
-         {{"cx", 20}, {"cy", 20}, {"radius", 10}, {"start_angle", 0}, {"end_angle", 90}},
+        {"add_shape",
+         {{"kind", "arc"}, {"cx", 20}, {"cy", 20}, {"radius", 10}, {"start_angle", 0}, {"end_angle", 90}},
          "arc",
          {20, 10, 10, 10}},
-        {"add_arrow_line", {{"x1", 0}, {"y1", 0}, {"x2", 30}, {"y2", 0}}, "arrow_line", nullptr},
-        {"add_dimension",
-         {{"x1", 0}, {"y1", 30}, {"x2", 40}, {"y2", 30}, {"dim_type", "horizontal"}},
+        {"add_shape",
+         {{"kind", "arrow_line"}, {"x1", 0}, {"y1", 0}, {"x2", 30}, {"y2", 0}},
+         "arrow_line",
+         nullptr},
+        {"add_shape",
+         {{"kind", "dimension"}, {"x1", 0}, {"y1", 30}, {"x2", 40}, {"y2", 30}, {"dim_type", "horizontal"}},
          "dimension",
          nullptr},
-        {"add_text", {{"x", 5}, {"y", 6}, {"text", "Hello"}}, "text", nullptr},
-        {"add_paragraph",
-         {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "Some words"}},
+        {"add_shape", {{"kind", "text"}, {"x", 5}, {"y", 6}, {"text", "Hello"}}, "text", nullptr},
+        {"add_shape",
+         {{"kind", "paragraph"}, {"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "Some words"}},
          "paragraph",
          {5, 6, 40, 20}},
-        {"add_rich_text",
-         {{"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "a<B>b</B>"}},
+        {"add_shape",
+         {{"kind", "rich_text"}, {"x", 5}, {"y", 6}, {"width", 40}, {"height", 20}, {"text", "a<B>b</B>"}},
          "rich_text",
          {5, 6, 40, 20}},
     };
@@ -85,18 +101,24 @@ TEST_F(ItemToolsTest, EveryAddToolAnswersWithNameIdIndexAndBounds) {
 }
 
 TEST_F(ItemToolsTest, NullArgumentsCountAsAbsent) {
-    const TJSON line =
-        Ok("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", nullptr}, {"layer", nullptr}});
+    const TJSON line = Ok("add_shape", {{"kind", "line"},
+                                        {"x1", 0},
+                                        {"y1", 0},
+                                        {"x2", 1},
+                                        {"y2", 1},
+                                        {"name", nullptr},
+                                        {"layer", nullptr}});
     EXPECT_EQ(line["name"], "Line001");
-    EXPECT_EQ(Refused("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", nullptr}}),
-              "missing required argument \"y2\"");
+    EXPECT_EQ(Refused("add_shape", {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", nullptr}}),
+              "kind \"line\" needs \"x1\", \"y1\", \"x2\" and \"y2\"; missing \"y2\"");
 }
 
 TEST_F(ItemToolsTest, PointListsKeepEveryPointExactlyAndUndoInOneStep) {
     // Polylines, polygons and curves take their points directly rather than through the file form.
     TJSON points = TJSON::array();
     for (int i = 0; i < 1000; ++i) points.push_back({{"x", i * 0.5}, {"y", (i % 7) * 1.25}});
-    const TJSON result = Call("add_polyline", {{"points", points}, {"name", "Trace"}, {"end", "arrow"}});
+    const TJSON result =
+        Call("add_shape", {{"kind", "polyline"}, {"points", points}, {"name", "Trace"}, {"end", "arrow"}});
     ASSERT_FALSE(result.value("isError", false)) << result.dump();
     const TORXBaseItem* line = fDoc.GetItem(0);
     ASSERT_EQ(line->Points().size(), 1000U);
@@ -114,15 +136,16 @@ TEST_F(ItemToolsTest, PointListsKeepEveryPointExactlyAndUndoInOneStep) {
 }
 
 TEST_F(ItemToolsTest, AddToolsStoreTheirPropertiesInTheDrawing) {
-    Ok("add_rectangle", {{"x", 0},
-                         {"y", 0},
-                         {"width", 10},
-                         {"height", 6},
-                         {"fill_color", "#8000FF00"},
-                         {"color", "#0000FF"},
-                         {"pen_width", 0.5},
-                         {"line_type", "dash_2_1"},
-                         {"corner_radius", 2}});
+    Ok("add_shape", {{"kind", "rectangle"},
+                     {"x", 0},
+                     {"y", 0},
+                     {"width", 10},
+                     {"height", 6},
+                     {"fill_color", "#8000FF00"},
+                     {"color", "#0000FF"},
+                     {"pen_width", 0.5},
+                     {"line_type", "dash_2_1"},
+                     {"corner_radius", 2}});
     const TJSON json = fDoc.GetItem(0)->WriteJson();
     EXPECT_EQ(TJSONUtils::GetColor(json, "BackColor"), 0x8000FF00u);
     EXPECT_EQ(json["Filled"], true);
@@ -134,8 +157,9 @@ TEST_F(ItemToolsTest, AddToolsStoreTheirPropertiesInTheDrawing) {
 
 TEST_F(ItemToolsTest, ItemsGoOnTheActiveLayerOrTheOneGiven) {
     Ok("add_layer", {{"name", "Two"}});
-    EXPECT_EQ(Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 1}})["layer"], 2);
-    EXPECT_EQ(Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 1}, {"layer", 1}})["layer"], 1);
+    EXPECT_EQ(Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 1}})["layer"], 2);
+    EXPECT_EQ(
+        Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 1}, {"layer", 1}})["layer"], 1);
 }
 
 TEST_F(ItemToolsTest, FlowchartOfThreeElementsAndTwoLinks) {
@@ -157,49 +181,80 @@ TEST_F(ItemToolsTest, FlowchartOfThreeElementsAndTwoLinks) {
 
 TEST_F(ItemToolsTest, RefusedArgumentsSayWhatIsWrongAndChangeNothing) {
     Ok("add_flow", {{"x", 0}, {"y", 0}, {"text", "A"}, {"name", "A"}});
-    Ok("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "L"}});
+    Ok("add_shape", {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "L"}});
     struct Case {
         std::string Tool;
         TJSON Args;
         std::string Message;
     };
     const Case cases[] = {
-        {"add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}}, "missing required argument \"y2\""},
-        {"add_line", {{"x1", "0"}, {"y1", 0}, {"x2", 1}, {"y2", 1}}, "argument \"x1\" must be a number"},
-        {"add_line",
-         {{"x1", 1e12}, {"y1", 0}, {"x2", 1}, {"y2", 1}},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}},
+         "kind \"line\" needs \"x1\", \"y1\", \"x2\" and \"y2\"; missing \"y2\""},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", "0"}, {"y1", 0}, {"x2", 1}, {"y2", 1}},
+         "argument \"x1\" must be a number"},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 1e12}, {"y1", 0}, {"x2", 1}, {"y2", 1}},
          "argument \"x1\" must lie between -1e+08 and 1e+08 mm"},
-        {"add_line",
-         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"colour", "#000000"}},
-         "unknown argument \"colour\"; expected \"x1\", \"y1\", \"x2\", \"y2\", \"layer\", \"color\", "
-         "\"pen_width\", "
-         "\"name\" or \"line_type\""},
-        {"add_line",
-         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"layer", 2}},
+        {"add_link",
+         {{"from_id", 1}, {"to_id", 2}, {"colour", "#000000"}},
+         "unknown argument \"colour\"; expected \"from_id\", \"from_name\", \"to_id\", \"to_name\", "
+         "\"from_side\", \"to_side\", \"link_type\", \"label\", \"start\", \"end\", \"layer\", \"color\", "
+         "\"pen_width\", \"line_type\" or \"name\""},
+        // One schema serves every kind of add_shape; each kind still takes only its own part of it.
+        {"add_shape",
+         {{"kind", "rectangle"}, {"x", 0}, {"y", 0}},
+         "kind \"rectangle\" needs \"x\", \"y\", \"width\" and \"height\"; missing \"width\" and \"height\""},
+        {"add_shape",
+         {{"kind", "circle"}, {"cx", 0}, {"cy", 0}, {"radius", 1}, {"width", 3}},
+         "kind \"circle\" does not take \"width\""},
+        {"add_shape",
+         {{"kind", "dimension"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"line_type", "dot"}},
+         "kind \"dimension\" does not take \"line_type\""},
+        {"add_shape",
+         {{"kind", "text"}, {"x", 0}, {"y", 0}, {"text", "a"}, {"start", "arrow"}},
+         "kind \"text\" does not take \"start\""},
+        {"add_shape",
+         {{"kind", "sector"},
+          {"cx", 0},
+          {"cy", 0},
+          {"radius", 1},
+          {"sweep_angle", 90},
+          {"start_angle", -360}},
+         "argument \"start_angle\" must be at least -359 for a sector"},
+        {"add_shape",
+         {{"kind", "bezier"}, {"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}, {{"x", 2}, {"y", 1}}}}},
+         "argument \"points\": a bezier needs at least 4 points"},
+        {"add_shape", {{"kind", "square"}, {"x", 0}}, ""},
+        {"add_shape", {{"x", 0}, {"y", 0}}, "missing required argument \"kind\""},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"layer", 2}},
          "no layer 2: layers are numbered from 1 to 1"},
-        {"add_line",
-         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "a"}},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"name", "a"}},
          "the name \"a\" is taken by the item at index 0"},
-        {"add_line",
-         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"color", "#12345"}},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"color", "#12345"}},
          "argument \"color\" must be a colour \"#RRGGBB\" or \"#AARRGGBB\"; got \"#12345\""},
-        {"add_line",
-         {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"pen_width", -1}},
+        {"add_shape",
+         {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}, {"pen_width", -1}},
          "argument \"pen_width\" must lie between 0 and 100 mm"},
-        {"add_rectangle",
-         {{"x", 0}, {"y", 0}, {"width", 0}, {"height", 1}},
+        {"add_shape",
+         {{"kind", "rectangle"}, {"x", 0}, {"y", 0}, {"width", 0}, {"height", 1}},
          "argument \"width\" must be greater than 0 mm"},
-        {"add_circle",
-         {{"cx", 0}, {"cy", 0}, {"radius", -2}},
+        {"add_shape",
+         {{"kind", "circle"}, {"cx", 0}, {"cy", 0}, {"radius", -2}},
          "argument \"radius\" must be greater than 0 mm"},
-        {"add_polygon",
-         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}}}},
-         "argument \"points\" needs at least 3 entries, got 2"},
-        {"add_polyline",
-         {{"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}}}}},
+        {"add_shape",
+         {{"kind", "polygon"}, {"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}, {"y", 1}}}}},
+         "argument \"points\": a polygon needs at least 3 points"},
+        {"add_shape",
+         {{"kind", "polyline"}, {"points", {{{"x", 0}, {"y", 0}}, {{"x", 1}}}}},
          "missing required argument \"points[1].y\""},
-        {"add_bezier",
-         {{"points",
+        {"add_shape",
+         {{"kind", "bezier"},
+          {"points",
            {{{"x", 0}, {"y", 0}},
             {{"x", 1}, {"y", 1}},
             {{"x", 2}, {"y", 1}},
@@ -207,8 +262,8 @@ TEST_F(ItemToolsTest, RefusedArgumentsSayWhatIsWrongAndChangeNothing) {
             {{"x", 4}, {"y", 0}}}}},
          "a Bézier curve takes 1 + 3n points (start, then two control points and an end point per segment); "
          "got 5"},
-        {"add_sector",
-         {{"cx", 0}, {"cy", 0}, {"radius", 1}, {"sweep_angle", 400}},
+        {"add_shape",
+         {{"kind", "sector"}, {"cx", 0}, {"cy", 0}, {"radius", 1}, {"sweep_angle", 400}},
          "argument \"sweep_angle\" must be at most 360, got 400"},
         {"add_flow", {{"x", 0}, {"y", 0}, {"shape", "cloud"}}, ""},
         {"add_link", {{"from_id", 1}}, "give exactly one of \"to_id\" or \"to_name\""},
@@ -286,12 +341,13 @@ TEST_F(ItemToolsTest, LinksFollowAnElementThatMovesAndUndoMovesThemBack) {
 }
 
 TEST_F(ItemToolsTest, TextsSizeThemselvesAndTakeTheirFont) {
-    const TJSON text = Ok("add_text", {{"x", 5},
-                                       {"y", 6},
-                                       {"text", "Hello"},
-                                       {"font_height", 7},
-                                       {"bold", true},
-                                       {"text_color", "#FF0000"}});
+    const TJSON text = Ok("add_shape", {{"kind", "text"},
+                                        {"x", 5},
+                                        {"y", 6},
+                                        {"text", "Hello"},
+                                        {"font_height", 7},
+                                        {"bold", true},
+                                        {"text_color", "#FF0000"}});
     EXPECT_GT(text["width"].get<double>(), 7.0);
     EXPECT_GT(text["height"].get<double>(), 6.0);
     const TJSON json = fDoc.GetItem(0)->WriteJson();
@@ -322,9 +378,9 @@ TEST_F(ItemToolsTest, DeletingAnElementTakesItsLinksAndUndoBringsThemBack) {
 
 TEST_F(ItemToolsTest, UndoAndRedoWalkTheToolCallsBackAndForth) {
     const std::string empty = fDoc.GetJsonString();
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 1}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 1}});
     const std::string one = fDoc.GetJsonString();
-    Ok("add_line", {{"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}});
+    Ok("add_shape", {{"kind", "line"}, {"x1", 0}, {"y1", 0}, {"x2", 1}, {"y2", 1}});
     const std::string two = fDoc.GetJsonString();
 
     TJSON state = Ok("undo", {{"steps", 5}});
@@ -342,7 +398,7 @@ TEST_F(ItemToolsTest, UndoAndRedoWalkTheToolCallsBackAndForth) {
 
 TEST_F(ItemToolsTest, ClearDrawingRemovesItemsAndOptionallyResets) {
     Ok("add_layer", {{"name", "Extra"}});
-    Ok("add_circle", {{"cx", 5}, {"cy", 5}, {"radius", 1}});
+    Ok("add_shape", {{"kind", "circle"}, {"cx", 5}, {"cy", 5}, {"radius", 1}});
     EXPECT_EQ(Ok("clear_drawing")["removed_items"], 1);
     EXPECT_EQ(fDoc.GetItemsCount(), 0);
     EXPECT_EQ(fDoc.GetLayersCount(), 2);

@@ -135,7 +135,7 @@ TEST_F(LiveViewTest, LongPollAnswersWhenTheDrawingChanges) {
     auto waiting = std::async(std::launch::async, [&] { return fClient->Get("/drawing.svg?after=1"); });
     std::this_thread::sleep_for(100ms);
     start = Clock::now();
-    Ok("add_text", {{"x", 5}, {"y", 5}, {"text", "Watched"}});
+    Ok("add_shape", {{"kind", "text"}, {"x", 5}, {"y", 5}, {"text", "Watched"}});
     ASSERT_TRUE(fView.Update(fDoc));
     const auto changed = waiting.get();
     ASSERT_TRUE(changed);

@@ -190,7 +190,8 @@ TEST(ServeProcessTest, LiveViewFollowsTheDrawing) {
         mcp.Post("/mcp", auth, Rpc(2, "tools/call", {{"name", "list_items"}}).dump(), "application/json"));
     ASSERT_TRUE(mcp.Post(
         "/mcp", auth,
-        Rpc(3, "tools/call", {{"name", "add_text"}, {"arguments", {{"x", 5}, {"y", 5}, {"text", "Live"}}}})
+        Rpc(3, "tools/call",
+            {{"name", "add_shape"}, {"arguments", {{"kind", "text"}, {"x", 5}, {"y", 5}, {"text", "Live"}}}})
             .dump(),
         "application/json"));
     const auto changed = waiting.get();

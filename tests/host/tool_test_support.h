@@ -7,6 +7,7 @@
 
 #include "host/tools/register_tools.h"
 #include "orvex/agent/mcp_server.h"
+#include "orvex/agent/mcp_tools.h"
 #include "orvex/document/headless.h"
 #include "orvex/io/json.h"
 
@@ -43,8 +44,12 @@ class ToolsTest : public ::testing::Test {
         const TJSON structured = result.value("structuredContent", TJSON::object());
         for (const auto& tool : fServer.Tools()) {
             if (tool.Name != aName) continue;
-            EXPECT_TRUE(result.contains("structuredContent") || tool.OutputSchema.is_null()) << aName;
-            if (tool.OutputSchema.is_object()) ExpectMatches(aName, tool.OutputSchema, structured);
+            // The host's own schema, or the one the server states for the tools it knows by name.
+            const TJSON schema =
+                tool.OutputSchema.is_null() ? BuildToolOutputSchema(aName) : tool.OutputSchema;
+            EXPECT_EQ(result.contains("structuredContent"), schema.is_object())
+                << aName << ": structured content and an output schema go together";
+            if (schema.is_object()) ExpectMatches(aName, schema, structured);
         }
         return structured;
     }

@@ -80,10 +80,10 @@ try {
   // Each step: a call, then what the page must show within SHOWN_WITHIN_MS of the call's answer.
   const steps = [
     {
-      tool: 'add_rectangle', args: { x: 10, y: 10, width: 60, height: 30, fill_color: '#ffcc00' },
+      tool: 'add_shape', args: { kind: 'rectangle', x: 10, y: 10, width: 60, height: 30, fill_color: '#ffcc00' },
       items: 1, check: (now) => assert.ok(now.elements > before.elements, 'no new SVG element'),
     },
-    { tool: 'add_text', args: { x: 12, y: 50, text: 'Drawn by an agent' }, items: 2, text: 'Drawn by an agent' },
+    { tool: 'add_shape', args: { kind: 'text', x: 12, y: 50, text: 'Drawn by an agent' }, items: 2, text: 'Drawn by an agent' },
     { tool: 'add_flow', args: { x: 90, y: 10, text: 'Decide', shape: 'decision' }, items: 3, text: 'Decide' },
     {
       tool: 'clear_drawing', args: {}, items: 0,

@@ -91,7 +91,7 @@ assert.equal(undone.items_count, count, 'one undo did not take the whole batch b
 
 // A drawing of 50,000 items still previews: the picture is scaled down to fit.
 const template = JSON.parse((await call('save_drawing', {})).content[0].text);
-const rectangle = (await structured('add_rectangle', { x: 0, y: 0, width: 4, height: 2 })).id;
+const rectangle = (await structured('add_shape', { kind: 'rectangle', x: 0, y: 0, width: 4, height: 2 })).id;
 const withRect = JSON.parse((await call('save_drawing', {})).content[0].text);
 const item = withRect.Items.find((i) => i.InID === rectangle);
 template.Items = [];
