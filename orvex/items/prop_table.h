@@ -5,8 +5,6 @@
 // silently, by a read with a warning that names the key.
 #pragma once
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -205,8 +203,9 @@ class TPropTable {
                 const std::int64_t read = U::GetInt(obj, row.Key);
                 const std::int64_t kept = Clamp(row, read);
                 if (kept != read)
-                    warn(fmt::format("\"{}\" {} is outside {}..{}; read as {}", row.Key, read, row.Min,
-                                     row.Max, kept));
+                    warn("\"" + std::string(row.Key) + "\" " + std::to_string(read) + " is outside " +
+                         std::to_string(row.Min) + ".." + std::to_string(row.Max) + "; read as " +
+                         std::to_string(kept));
                 return kept;
             };
             std::visit(
