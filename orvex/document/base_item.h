@@ -35,6 +35,8 @@ inline constexpr std::uint16_t kPropContainerID = 10;
 inline constexpr std::uint16_t kPropContainerFrame = 11;
 inline constexpr std::uint16_t kPropFirstKind = 32;
 
+class TJsonWriter;
+
 class TORXBaseItem {
   public:
     // The document takes ownership of the new item (its item list, or its preview list when preview is
@@ -119,7 +121,12 @@ class TORXBaseItem {
     virtual bool SearchRect(const TQVLRect& rect, bool partial) const;
     virtual bool CheckPoint(std::int64_t x, std::int64_t y, std::int32_t tolerance, TQVLSnap snap,
                             TQVLRef& ref);
-    virtual TJSON WriteJson() const;  // a new object with the common keys; kinds append theirs
+    // The item's object in a drawing file. WriteJson builds it as a tree; WriteJsonTo writes the same keys
+    // to any writer (kinds described by a property table stream them without a tree). WriteKeys writes the
+    // keys without the braces: the common ones here, kinds with a table append theirs.
+    virtual TJSON WriteJson() const;
+    virtual void WriteJsonTo(TJsonWriter& writer) const;
+    virtual void WriteKeys(TJsonWriter& writer) const;
     virtual bool GetIsData() const { return false; }
     // Extends the running extents by every point widened by half the pen; -1 marks an extent not yet set.
     virtual void CheckFit(std::int64_t& minX, std::int64_t& maxX, std::int64_t& minY,

@@ -306,6 +306,9 @@ class TORXBaseLabel {
     // What the last ReadJson could not use and skipped (an entry of "Items" that is no object or of a kind
     // unknown here, a symbol nested too deep), one line each naming the entry; empty after a clean read.
     const std::vector<std::string>& ReadWarnings() const { return fReadWarnings; }
+    // An item being read reports a value it could not take as it stood (clamped, say); the warning names the
+    // entry of "Items". Outside ReadJson there is no entry to name and the item's correction stays silent.
+    void AddReadWarning(std::string message);
     // The whole drawing as SVG: scale multiplies its size on paper (<= 0 counts as 1); flag paints the
     // background surface's colour under the items.
     std::string SVG(TQVLExportSVG kind, float scale, bool flag) const;
@@ -413,6 +416,7 @@ class TORXBaseLabel {
     std::string fClipboard;
     TQVLDocumentServices fServices;
     std::vector<std::string> fReadWarnings;
+    std::int64_t fReadingItem = -1;  // the entry of "Items" ReadJson is reading, -1 outside
     std::vector<std::unique_ptr<TORXCmd>> fUndoStack;
     std::vector<std::unique_ptr<TORXCmd>> fRedoStack;
     bool fUndoing = false;

@@ -8,6 +8,7 @@
 #include "orvex/document/document.h"
 #include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/io/json_writer.h"
 #include "orvex/messages/messages.h"
 
 namespace Orvex {
@@ -228,24 +229,26 @@ std::string TORXBaseLabel::GetJsonString(int indent) const {
     out.resize(out.size() - tail.size());
     const std::string itemIndent =
         indent < 0 ? "" : "\n" + std::string(2 * static_cast<std::size_t>(indent), ' ');
-    // The library's serializer writes each item straight into the text, at the depth it has in the whole.
-    nlohmann::detail::serializer<TJSON> writer(nlohmann::detail::output_adapter<char>(out), ' ',
-                                               nlohmann::detail::error_handler_t::strict);
-    const bool pretty = indent >= 0;
-    const auto step = static_cast<unsigned>(std::max(indent, 0));
+    // Each item is written straight into the text at the depth it has in the whole (inside the object and
+    // its "Items" array); kinds with a property table never build a tree for it.
+    TJsonTextWriter writer(out, indent, 2);
     constexpr std::size_t kSampleItems = 64;  // enough items to reserve the whole text from their average
     const std::size_t envelopeSize = out.size();
     std::size_t written = 0;
     for (const auto& item : fItems) {
         if (written > 0) out += ',';
         out += itemIndent;
-        writer.dump(item->WriteJson(), pretty, false, step, 2 * step);
+        item->WriteJsonTo(writer);
         if (++written == kSampleItems && fItems.size() > 2 * kSampleItems)
             out.reserve(envelopeSize + (out.size() - envelopeSize) / written * fItems.size() * 9 / 8);
     }
     if (indent >= 0) out += "\n" + std::string(static_cast<std::size_t>(indent), ' ');
     out += tail;
     return out;
+}
+
+void TORXBaseLabel::AddReadWarning(std::string message) {
+    if (fReadingItem >= 0) fReadWarnings.push_back(fmt::format("Items[{}] {}", fReadingItem, message));
 }
 
 void TORXBaseLabel::ReadJson(const TJSON& obj) {
@@ -270,6 +273,7 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
     ReadSettings(U::GetObject(obj, "Settings"), fSettings);
     ReadData(U::GetObject(obj, "Data"), fData);
     fReadWarnings.clear();
+    fReadingItem = -1;
     std::size_t index = 0;
     for (const auto& element : U::GetArray(obj, "Symbols")) {
         // The symbol keeps its object as text; one nested beyond what a reader takes could not be written
@@ -315,8 +319,10 @@ void TORXBaseLabel::ReadJson(const TJSON& obj) {
                                                 name.empty() ? "" : fmt::format(" (\"{}\")", name)));
             continue;
         }
+        fReadingItem = static_cast<std::int64_t>(at);
         item->ReadJson(version, element);  // kinds with derived values queue their own recalculation
     }
+    fReadingItem = -1;
     EndRead(true);
 }
 

@@ -6,49 +6,74 @@
 #include "orvex/document/point_items.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/io/json_writer.h"
 
 namespace Orvex {
-namespace {
-
-constexpr std::size_t kWrittenKeysHint = 40;
-
-}  // namespace
-
 TJSON TORXBaseItem::WriteJson() const {
+    TJsonTreeWriter tree;
+    tree.BeginObject();
+    WriteKeys(tree);
+    tree.EndObject();
+    return tree.Take();
+}
+
+void TORXBaseItem::WriteJsonTo(TJsonWriter& writer) const {
+    writer.Tree(WriteJson());  // kinds that build their object as a tree
+}
+
+void TORXBaseItem::WriteKeys(TJsonWriter& w) const {
     using U = TJSONUtils;
-    TJSON obj = TJSON::object();
-    // Room for the kinds' own keys too, and values set key by key rather than from initializer lists,
-    // which copy each value once more: items are written by the hundred thousand.
-    obj.get_ref<TJSON::object_t&>().reserve(kWrittenKeysHint);
-    obj["Type"] = static_cast<int>(fItemType);
-    obj["TypeName"] = std::string(NameItem(fItemType));
-    obj["InID"] = fInID;
-    obj["ID"] = fID;
-    obj["Layer"] = fOwner->LayerIdx(fLayer);
+    w.Key("Type");
+    w.Int(static_cast<int>(fItemType));
+    w.Key("TypeName");
+    w.String(NameItem(fItemType));
+    w.Key("InID");
+    w.Int(fInID);
+    w.Key("ID");
+    w.String(fID);
+    w.Key("Layer");
+    w.Int(fOwner->LayerIdx(fLayer));
     // A symbol takes its look from the library entry it shows.
     if (fItemType != TQVLItemType::itSymbol) {
-        obj["Angle"] = static_cast<int>(fAngle);
-        obj["Color"] = U::SetAlphaColor(fColor);
-        obj["PenWidth"] = U::BaseToMM(fPenWidth);
+        w.Key("Angle");
+        w.Int(static_cast<int>(fAngle));
+        w.Key("Color");
+        w.Color(fColor);
+        w.Key("PenWidth");
+        w.Float(U::BaseToMM(fPenWidth));
     }
-    TJSON& options = obj["Options"];
-    options["Visible"] = fOptions.Contains(TQVLayerOp::lopVisible);
-    options["Print"] = fOptions.Contains(TQVLayerOp::lopPrint);
-    options["Selectable"] = fOptions.Contains(TQVLayerOp::lopSelectable);
-    options["Export"] = fOptions.Contains(TQVLayerOp::lopExport);
+    w.Key("Options");
+    w.BeginObject();
+    w.Key("Visible");
+    w.Bool(fOptions.Contains(TQVLayerOp::lopVisible));
+    w.Key("Print");
+    w.Bool(fOptions.Contains(TQVLayerOp::lopPrint));
+    w.Key("Selectable");
+    w.Bool(fOptions.Contains(TQVLayerOp::lopSelectable));
+    w.Key("Export");
+    w.Bool(fOptions.Contains(TQVLayerOp::lopExport));
+    w.EndObject();
     const TQVLUnits units = fOwner->Units();
-    TJSON points = TJSON::array();
-    points.get_ref<TJSON::array_t&>().reserve(fPoints.size());
+    w.Key("Points");
+    w.BeginArray();
     for (const auto& p : fPoints) {
-        TJSON& point = points.emplace_back(TJSON::object());
-        point["X"] = U::BaseToUnit(p.X, units);
-        point["Y"] = U::BaseToUnit(p.Y, units);
+        w.BeginObject();
+        w.Key("X");
+        w.Float(U::BaseToUnit(p.X, units));
+        w.Key("Y");
+        w.Float(U::BaseToUnit(p.Y, units));
+        w.EndObject();
     }
-    obj["Points"] = std::move(points);
+    w.EndArray();
     // Containers: written only where they apply, so that other drawings keep their exact form.
-    if (fContainerFrame != TQVLContainerFrame::cfNone) obj["Container"] = static_cast<int>(fContainerFrame);
-    if (fContainerID != 0) obj["ContainerID"] = fContainerID;
-    return obj;
+    if (fContainerFrame != TQVLContainerFrame::cfNone) {
+        w.Key("Container");
+        w.Int(static_cast<int>(fContainerFrame));
+    }
+    if (fContainerID != 0) {
+        w.Key("ContainerID");
+        w.Int(fContainerID);
+    }
 }
 
 void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
@@ -102,11 +127,12 @@ void TORXBaseItem::ReadJson(std::int32_t version, const TJSON& obj) {
     }
 }
 
-TJSON TORX2DItem::WriteJson() const {
-    TJSON obj = TORXBaseItem::WriteJson();
-    obj["BackColor"] = TJSONUtils::SetAlphaColor(fBackColor);
-    obj["Filled"] = fFill;
-    return obj;
+void TORX2DItem::WriteKeys(TJsonWriter& w) const {
+    TORXBaseItem::WriteKeys(w);
+    w.Key("BackColor");
+    w.Color(fBackColor);
+    w.Key("Filled");
+    w.Bool(fFill);
 }
 
 void TORX2DItem::ReadJson(std::int32_t version, const TJSON& obj) {

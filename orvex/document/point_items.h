@@ -41,7 +41,7 @@ class TORX2DItem : public TORXBaseItem {
     float WidthPx(std::int32_t dpi) const;
     float HeightPx(std::int32_t dpi) const;
 
-    TJSON WriteJson() const override;  // the common keys, then "BackColor" and "Filled"
+    void WriteKeys(TJsonWriter& writer) const override;  // the common keys, then "BackColor" and "Filled"
     void ReadJson(std::int32_t version, const TJSON& obj) override;
     void CalcValues(std::int16_t value) override;  // corners to top-left and bottom-right, then bounds
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,

@@ -1,6 +1,6 @@
 // Flow elements: properties, outline, connection points, text lines, picking, JSON and SVG.
 //
-// [SECTION] Geometry   [SECTION] JSON   [SECTION] SVG   [SECTION] Property access
+// [SECTION] Geometry   [SECTION] JSON   [SECTION] SVG
 #include "orvex/items/flow_items.h"
 
 #include <fmt/format.h>
@@ -20,15 +20,10 @@ namespace Orvex {
 
 namespace {
 using U = TJSONUtils;
-
-template <class E>
-E EnumOf(std::int64_t v, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
-}
 }  // namespace
 
 TORXBaseFlow::TORXBaseFlow(TORXBaseLabel* owner, bool create)
-    : TPropItem(owner, TQVLItemType::itFlow, create) {
+    : TTableItem(owner, TQVLItemType::itFlow, create) {
     fFill = true;
 }
 
@@ -181,62 +176,70 @@ void TORXBaseFlow::PropChanged(std::uint16_t p) {
 
 // [SECTION] JSON
 
-TJSON TORXBaseFlow::WriteJson() const {
-    TJSON obj = TPropItem::WriteJson();
-    obj["FlowType"] = static_cast<int>(fFlowType);
-    obj["LineType"] = static_cast<int>(fLineType);
-    obj["HorzAlign"] = static_cast<int>(fHorzAlign);
-    obj["VertAlign"] = static_cast<int>(fVertAlign);
-    obj["PaddingX"] = U::Round(fPaddingX);
-    obj["PaddingY"] = U::Round(fPaddingY);
-    obj["ShadowColor"] = U::SetAlphaColor(fShadowColor);
-    obj["ShadowDX"] = U::Round(fShadowDX);
-    obj["ShadowDY"] = U::Round(fShadowDY);
-    obj["Gradient"] = static_cast<int>(fGradient);
-    obj["GradColor"] = U::SetAlphaColor(fGradColor);
-    obj["Font"] = U::SetFont(fFont);
-    obj["Interline"] = U::Round(fInterline);
-    obj["Text"] = fText;
-    TJSON pos = TJSON::array();
-    for (const auto& p : fTextPos)
-        pos.push_back(TJSON{{"FromPos", p.FromPos},
-                            {"ToPos", p.ToPos},
-                            {"BaseX", U::Round(p.BaseX)},
-                            {"BaseY", U::Round(p.BaseY)}});
-    obj["TextPos"] = std::move(pos);
-    return obj;
+const TPropTable<TORXBaseFlow>& TORXBaseFlow::PropTable() {
+    using R = TPropRows<TORXBaseFlow>;
+    using F = TORXBaseFlow;
+    static const TPropTable<TORXBaseFlow> table(std::vector<TPropRow<F>>{
+        R::Enum<&F::fFlowType>(FlowProp::kFlowType, "FlowType", TQVLFlowType::ftEnd).Shown(),
+        R::Enum<&F::fLineType>(FlowProp::kLineType, "LineType", TQVLineType::ii411),
+        R::Enum<&F::fHorzAlign>(FlowProp::kHorzAlign, "HorzAlign", TQVLHorzAlign::haJustify),
+        R::Enum<&F::fVertAlign>(FlowProp::kVertAlign, "VertAlign", TQVLVertAlign::vaBottom),
+        R::Value<&F::fPaddingX>(FlowProp::kPaddingX, "PaddingX"),
+        // Drawings have always kept one padding for both directions: "PaddingY" is written, not read.
+        R::Value<&F::fPaddingY>(FlowProp::kPaddingY, "PaddingY").WrittenOnly(),
+        R::Value<&F::fShadowColor>(FlowProp::kShadowColor, "ShadowColor"),
+        R::Value<&F::fShadowDX>(FlowProp::kShadowDX, "ShadowDX"),
+        R::Value<&F::fShadowDY>(FlowProp::kShadowDY, "ShadowDY"),
+        R::Enum<&F::fGradient>(FlowProp::kGradient, "Gradient", TQVLGradient::grRadial),
+        R::Value<&F::fGradColor>(FlowProp::kGradColor, "GradColor"),
+        R::Custom("Font", {[](const F& f, TJsonWriter& w) {
+                               w.Key("Font");
+                               w.Font(f.fFont);
+                           },
+                           [](F& f, const TJSON& obj) { f.fFont = U::GetFont(U::GetObject(obj, "Font")); }}),
+        R::Field<std::string>(FlowProp::kFontName, {}, [](F& f) { return &f.fFont.Name; }),
+        R::Field<bool>(FlowProp::kBold, {}, [](F& f) { return &f.fFont.Bold; }),
+        R::Field<bool>(FlowProp::kItalic, {}, [](F& f) { return &f.fFont.Italic; }),
+        R::Field<bool>(FlowProp::kUnderline, {}, [](F& f) { return &f.fFont.Underline; }),
+        R::Field<bool>(FlowProp::kStrikeout, {}, [](F& f) { return &f.fFont.Strikeout; }),
+        R::Field<float>(FlowProp::kFontHeight, {}, [](F& f) { return &f.fFont.FontHeight; }),
+        R::Field<TAlphaColor>(FlowProp::kFontColor, {}, [](F& f) { return &f.fFont.FontColor; }),
+        R::Value<&F::fInterline>(FlowProp::kInterline, "Interline"),
+        R::Value<&F::fText>(FlowProp::kText, "Text").ShownWith(TQVLInsType::inText),
+        // The saved line placement is kept: it came from the fonts of the host that wrote the drawing.
+        R::Custom("TextPos", {[](const F& f, TJsonWriter& w) {
+                                  w.Key("TextPos");
+                                  w.BeginArray();
+                                  for (const auto& p : f.fTextPos) {
+                                      w.BeginObject();
+                                      w.Key("FromPos");
+                                      w.Int(p.FromPos);
+                                      w.Key("ToPos");
+                                      w.Int(p.ToPos);
+                                      w.Key("BaseX");
+                                      w.Float(U::Round(p.BaseX));
+                                      w.Key("BaseY");
+                                      w.Float(U::Round(p.BaseY));
+                                      w.EndObject();
+                                  }
+                                  w.EndArray();
+                              },
+                              [](F& f, const TJSON& obj) {
+                                  f.fTextPos.clear();
+                                  for (const auto& p : U::GetArray(obj, "TextPos"))
+                                      f.fTextPos.push_back(
+                                          TQVLFlowTextPos{U::GetInt(p, "FromPos"), U::GetInt(p, "ToPos"),
+                                                          static_cast<float>(U::GetFloat(p, "BaseX")),
+                                                          static_cast<float>(U::GetFloat(p, "BaseY"))});
+                              }}),
+    });
+    return table;
 }
 
 void TORXBaseFlow::ReadJson(std::int32_t version, const TJSON& obj) {
-    TPropItem::ReadJson(version, obj);
-    fFlowType = EnumOf(U::GetInt(obj, "FlowType"), TQVLFlowType::ftEnd);
-    fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
-    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
-    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
-    // Drawings have always kept one padding for both directions: "PaddingY" is written but not read.
-    fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
+    TTableItem::ReadJson(version, obj);
     fPaddingY = fPaddingX;
-    fShadowColor = U::GetColor(obj, "ShadowColor");
-    fShadowDX = static_cast<float>(U::GetFloat(obj, "ShadowDX"));
-    fShadowDY = static_cast<float>(U::GetFloat(obj, "ShadowDY"));
-    fGradient = EnumOf(U::GetInt(obj, "Gradient"), TQVLGradient::grRadial);
-    fGradColor = U::GetColor(obj, "GradColor");
-    fFont = U::GetFont(U::GetObject(obj, "Font"));
-    fInterline = static_cast<float>(U::GetFloat(obj, "Interline"));
-    fText = U::GetString(obj, "Text");
-    // The saved line placement is kept: it came from the fonts of the host that wrote the drawing.
-    fTextPos.clear();
-    for (const auto& p : U::GetArray(obj, "TextPos"))
-        fTextPos.push_back(TQVLFlowTextPos{U::GetInt(p, "FromPos"), U::GetInt(p, "ToPos"),
-                                           static_cast<float>(U::GetFloat(p, "BaseX")),
-                                           static_cast<float>(U::GetFloat(p, "BaseY"))});
     if (fTextPos.empty() && !fText.empty()) UpdatePoints();
-}
-
-void TORXBaseFlow::JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const {
-    TPropItem::JsonInspector(baseSet, set, array);
-    array.push_back(TJSON{{"Name", "FlowType"}, {"Value", static_cast<int>(fFlowType)}});
-    if (set.Contains(TQVLInsType::inText)) array.push_back(TJSON{{"Name", "Text"}, {"Value", fText}});
 }
 
 // [SECTION] SVG
@@ -296,95 +299,6 @@ void TORXBaseFlow::CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const
     (void)baseSet;
     set = set & TQVLInsTypes{TQVLInsType::inFill, TQVLInsType::inBackColor, TQVLInsType::inLineType,
                              TQVLInsType::inFont, TQVLInsType::inText};
-}
-
-// [SECTION] Property access
-
-std::int64_t TORXBaseFlow::GetEnumProp(std::uint16_t p) const {
-    switch (p) {
-        case FlowProp::kFlowType:
-            return static_cast<std::int64_t>(fFlowType);
-        case FlowProp::kLineType:
-            return static_cast<std::int64_t>(fLineType);
-        case FlowProp::kHorzAlign:
-            return static_cast<std::int64_t>(fHorzAlign);
-        case FlowProp::kVertAlign:
-            return static_cast<std::int64_t>(fVertAlign);
-        case FlowProp::kGradient:
-            return static_cast<std::int64_t>(fGradient);
-        default:
-            return TPropItem::GetEnumProp(p);
-    }
-}
-
-void TORXBaseFlow::SetEnumProp(std::uint16_t p, std::int64_t v) {
-    switch (p) {
-        case FlowProp::kFlowType:
-            return SetFlowType(EnumOf(v, TQVLFlowType::ftEnd));
-        case FlowProp::kLineType:
-            return SetLineType(EnumOf(v, TQVLineType::ii411));
-        case FlowProp::kHorzAlign:
-            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
-        case FlowProp::kVertAlign:
-            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
-        case FlowProp::kGradient:
-            return SetGradient(EnumOf(v, TQVLGradient::grRadial));
-        default:
-            return TPropItem::SetEnumProp(p, v);
-    }
-}
-
-TAlphaColor* TORXBaseFlow::ColorField(std::uint16_t p) {
-    switch (p) {
-        case FlowProp::kShadowColor:
-            return &fShadowColor;
-        case FlowProp::kGradColor:
-            return &fGradColor;
-        case FlowProp::kFontColor:
-            return &fFont.FontColor;
-        default:
-            return nullptr;
-    }
-}
-
-bool* TORXBaseFlow::BoolField(std::uint16_t p) {
-    switch (p) {
-        case FlowProp::kBold:
-            return &fFont.Bold;
-        case FlowProp::kItalic:
-            return &fFont.Italic;
-        case FlowProp::kUnderline:
-            return &fFont.Underline;
-        case FlowProp::kStrikeout:
-            return &fFont.Strikeout;
-        default:
-            return nullptr;
-    }
-}
-
-std::string* TORXBaseFlow::TextField(std::uint16_t p) {
-    if (p == FlowProp::kFontName) return &fFont.Name;
-    if (p == FlowProp::kText) return &fText;
-    return nullptr;
-}
-
-float* TORXBaseFlow::FloatField(std::uint16_t p) {
-    switch (p) {
-        case FlowProp::kPaddingX:
-            return &fPaddingX;
-        case FlowProp::kPaddingY:
-            return &fPaddingY;
-        case FlowProp::kShadowDX:
-            return &fShadowDX;
-        case FlowProp::kShadowDY:
-            return &fShadowDY;
-        case FlowProp::kFontHeight:
-            return &fFont.FontHeight;
-        case FlowProp::kInterline:
-            return &fInterline;
-        default:
-            return nullptr;
-    }
 }
 
 }  // namespace Orvex

@@ -10,7 +10,7 @@
 #include "orvex/document/layer.h"
 #include "orvex/document/point_items.h"
 #include "orvex/items/flow_types.h"
-#include "orvex/items/item_props.h"
+#include "orvex/items/table_item.h"
 #include "orvex/items/text_place.h"
 #include "orvex/render/draw2d.h"
 
@@ -52,19 +52,19 @@ struct TQVLFlowTextPos {
     friend bool operator==(const TQVLFlowTextPos&, const TQVLFlowTextPos&) = default;
 };
 
-class TORXBaseFlow : public TPropItem<TORX2DItem> {
+class TORXBaseFlow : public TTableItem<TORX2DItem, TORXBaseFlow> {
   public:
     TORXBaseFlow(TORXBaseLabel* owner, bool create);
     TORXBaseFlow(TORXBaseLabel* owner, TORXLayer* layer, bool create);
 
     TQVLFlowType FlowType() const { return fFlowType; }
-    void SetFlowType(TQVLFlowType t) { SetEnumField(fFlowType, t, FlowProp::kFlowType); }
+    void SetFlowType(TQVLFlowType t) { SetEnumProp(FlowProp::kFlowType, static_cast<std::int64_t>(t)); }
     TQVLineType LineType() const { return fLineType; }
-    void SetLineType(TQVLineType t) { SetEnumField(fLineType, t, FlowProp::kLineType); }
+    void SetLineType(TQVLineType t) { SetEnumProp(FlowProp::kLineType, static_cast<std::int64_t>(t)); }
     TQVLHorzAlign HorzAlign() const { return fHorzAlign; }
-    void SetHorzAlign(TQVLHorzAlign a) { SetEnumField(fHorzAlign, a, FlowProp::kHorzAlign); }
+    void SetHorzAlign(TQVLHorzAlign a) { SetEnumProp(FlowProp::kHorzAlign, static_cast<std::int64_t>(a)); }
     TQVLVertAlign VertAlign() const { return fVertAlign; }
-    void SetVertAlign(TQVLVertAlign a) { SetEnumField(fVertAlign, a, FlowProp::kVertAlign); }
+    void SetVertAlign(TQVLVertAlign a) { SetEnumProp(FlowProp::kVertAlign, static_cast<std::int64_t>(a)); }
     float PaddingX() const { return fPaddingX; }  // millimetres
     void SetPaddingX(float mm) { SetField<TORXFloatCmd>(fPaddingX, mm, FlowProp::kPaddingX); }
     float PaddingY() const { return fPaddingY; }
@@ -76,7 +76,7 @@ class TORXBaseFlow : public TPropItem<TORX2DItem> {
     float ShadowDY() const { return fShadowDY; }
     void SetShadowDY(float mm) { SetField<TORXFloatCmd>(fShadowDY, mm, FlowProp::kShadowDY); }
     TQVLGradient Gradient() const { return fGradient; }
-    void SetGradient(TQVLGradient g) { SetEnumField(fGradient, g, FlowProp::kGradient); }
+    void SetGradient(TQVLGradient g) { SetEnumProp(FlowProp::kGradient, static_cast<std::int64_t>(g)); }
     TAlphaColor GradColor() const { return fGradColor; }
     void SetGradColor(TAlphaColor c) { SetField<TORXColorCmd>(fGradColor, c, FlowProp::kGradColor); }
     const TQVLFont& Font() const { return fFont; }
@@ -110,20 +110,16 @@ class TORXBaseFlow : public TPropItem<TORX2DItem> {
                   std::int64_t& maxY) const override;
     void UpdateBounds() override;  // also queues the element's links
     void UpdatePoints() override;  // the text lines
-    TJSON WriteJson() const override;
-    void ReadJson(std::int32_t version, const TJSON& obj) override;
-    void JsonInspector(TQVLInsTypeBases baseSet, TQVLInsTypes set, TJSON& array) const override;
+    void ReadJson(std::int32_t version,
+                  const TJSON& obj) override;  // the text lines placed when a file has none
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
-    std::int64_t GetEnumProp(std::uint16_t p) const override;
-    void SetEnumProp(std::uint16_t p, std::int64_t v) override;
+
+    // The element's properties and keys after those of every 2D item, in the order of its drawing files.
+    static const TPropTable<TORXBaseFlow>& PropTable();
 
   protected:
-    TAlphaColor* ColorField(std::uint16_t p) override;
-    bool* BoolField(std::uint16_t p) override;
-    std::string* TextField(std::uint16_t p) override;
-    float* FloatField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
     void QueueLinks();
 

@@ -9,6 +9,7 @@
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/item_geometry.h"
 #include "orvex/items/line_items.h"
 #include "orvex/items/number_format.h"
@@ -415,7 +416,7 @@ std::int64_t TORXBaseArrowLine::GetEnumProp(std::uint16_t property) const {
 
 void TORXBaseArrowLine::SetEnumProp(std::uint16_t property, std::int64_t value) {
     if (property == kPropTextPos) {
-        SetTextPos(static_cast<TQVLTextPos>(value));
+        SetTextPos(EnumWithin(value, TQVLTextPos::tpVert));
     } else if (property == kPropFillType) {
         if (value == fFillType) return;
         TORXEnumValueCmd::AddCommand(this, kPropFillType);

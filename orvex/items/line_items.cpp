@@ -13,6 +13,7 @@
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/item_geometry.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/render/draw2d.h"
@@ -28,7 +29,7 @@ namespace {
 
 template <class E>
 E EnumFromJson(const TJSON& obj, std::string_view key, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(U::GetInt(obj, key), 0, static_cast<std::int64_t>(last)));
+    return EnumWithin(U::GetInt(obj, key), last);
 }
 
 float FloatFromJson(const TJSON& obj, std::string_view key) {
@@ -150,13 +151,13 @@ std::int64_t TORXTermLine::GetEnumProp(std::uint16_t property) const {
 void TORXTermLine::SetEnumProp(std::uint16_t property, std::int64_t value) {
     switch (property) {
         case kPropLineType:
-            SetLineType(static_cast<TQVLineType>(value));
+            SetLineType(EnumWithin(value, TQVLineType::ii411));
             break;
         case kPropFromType:
-            SetFromType(static_cast<TQVLTermType>(value));
+            SetFromType(EnumWithin(value, kLastTermType));
             break;
         case kPropToType:
-            SetToType(static_cast<TQVLTermType>(value));
+            SetToType(EnumWithin(value, kLastTermType));
             break;
         default:
             TORXBasePoint::SetEnumProp(property, value);
@@ -284,7 +285,7 @@ std::int64_t TORXBaseLine::GetEnumProp(std::uint16_t property) const {
 
 void TORXBaseLine::SetEnumProp(std::uint16_t property, std::int64_t value) {
     if (property == kPropLineType)
-        SetLineType(static_cast<TQVLineType>(value));
+        SetLineType(EnumWithin(value, TQVLineType::ii411));
     else
         TORXBasePoint::SetEnumProp(property, value);
 }

@@ -24,11 +24,6 @@ namespace Orvex {
 namespace {
 using U = TJSONUtils;
 
-template <class E>
-E EnumOf(std::int64_t v, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
-}
-
 TPoint2D D(const TQVLPto64& p) {
     return {static_cast<double>(p.X), static_cast<double>(p.Y)};
 }
@@ -134,7 +129,7 @@ std::int32_t LinkTypePointCount(TQVLinkType type) {
 }
 
 TORXBaseLink::TORXBaseLink(TORXBaseLabel* owner, bool create)
-    : TPropItem(owner, TQVLItemType::itLink, create) {
+    : TTableItem(owner, TQVLItemType::itLink, create) {
     IniLink();
 }
 
@@ -181,55 +176,10 @@ void TORXBaseLink::Bind(const TORXBaseFlow* from, std::int16_t fromIndex, const 
     CalcLinkPoints(true);  // the course is there at once for whoever reads it next
 }
 
-std::int64_t TORXBaseLink::GetEnumProp(std::uint16_t p) const {
-    switch (p) {
-        case LinkProp::kLinkType:
-            return static_cast<std::int64_t>(fLinkType);
-        case LinkProp::kLineType:
-            return static_cast<std::int64_t>(fLineType);
-        case LinkProp::kFromType:
-            return static_cast<std::int64_t>(fFromType);
-        case LinkProp::kToType:
-            return static_cast<std::int64_t>(fToType);
-        default:
-            return TPropItem::GetEnumProp(p);
-    }
-}
-
 void TORXBaseLink::SetEnumProp(std::uint16_t p, std::int64_t v) {
-    switch (p) {
-        case LinkProp::kLinkType:
-            return SetLinkType(EnumOf(v, TQVLinkType::ltRoundCorner));
-        case LinkProp::kLineType:
-            return SetLineType(EnumOf(v, TQVLineType::ii411));
-        case LinkProp::kFromType:
-            return SetFromType(EnumOf(v, kLastTermType));
-        case LinkProp::kToType:
-            return SetToType(EnumOf(v, kLastTermType));
-        default:
-            return TPropItem::SetEnumProp(p, v);
-    }
-}
-
-TAlphaColor* TORXBaseLink::ColorField(std::uint16_t p) {
-    if (p == LinkProp::kFromColor) return &fFromColor;
-    if (p == LinkProp::kToColor) return &fToColor;
-    return nullptr;
-}
-
-std::int64_t* TORXBaseLink::IntField(std::uint16_t p) {
-    switch (p) {
-        case LinkProp::kFromID:
-            return &fFromID;
-        case LinkProp::kFromIndex:
-            return &fFromIndex;
-        case LinkProp::kToID:
-            return &fToID;
-        case LinkProp::kToIndex:
-            return &fToIndex;
-        default:
-            return nullptr;
-    }
+    if (p != LinkProp::kLinkType) return TTableItem::SetEnumProp(p, v);
+    // A new type also drops or adds link points, which its own undo command keeps.
+    SetLinkType(static_cast<TQVLinkType>(TPropTable<TORXBaseLink>::Clamp(*PropTable().Find(p), v)));
 }
 
 void TORXBaseLink::PropChanged(std::uint16_t p) {
@@ -633,33 +583,6 @@ void TORXBaseLink::BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, s
 
 // [SECTION] JSON and SVG
 
-TJSON TORXBaseLink::WriteJson() const {
-    TJSON obj = TPropItem::WriteJson();
-    obj["LinkType"] = static_cast<int>(fLinkType);
-    obj["LineType"] = static_cast<int>(fLineType);
-    obj["FromID"] = fFromID;
-    obj["FromIndex"] = fFromIndex;
-    obj["FromType"] = static_cast<int>(fFromType);
-    obj["FromColor"] = U::SetAlphaColor(fFromColor);
-    obj["ToID"] = fToID;
-    obj["ToIndex"] = fToIndex;
-    obj["ToType"] = static_cast<int>(fToType);
-    obj["ToColor"] = U::SetAlphaColor(fToColor);
-    obj["Radio"] = fRadio;
-    obj["Cx"] = fCx;
-    obj["Cy"] = fCy;
-    obj["Start"] = U::Round(Degrees(fStart));  // degrees in files
-    obj["End"] = U::Round(Degrees(fEnd));
-    obj["Sweep"] = U::Round(Degrees(fSweep));
-    obj["ClockWise"] = fClockWise;
-    TJSON points = TJSON::array();
-    for (const auto& p : fLinkPoints) points.push_back(TJSON{{"BaseX", p.X}, {"BaseY", p.Y}});
-    obj["LinkPoints"] = std::move(points);
-    // An extra key after the link's own: older readers keep the link and ignore its label.
-    if (!fLabel.empty()) obj["Label"] = fLabel;
-    return obj;
-}
-
 void TORXBaseLink::SetLabel(std::string label) {
     if (label == fLabel) return;
     fLabel = std::move(label);
@@ -685,31 +608,77 @@ TQVLPto64 TORXBaseLink::LabelPoint() const {
     return course.front();
 }
 
+const TPropTable<TORXBaseLink>& TORXBaseLink::PropTable() {
+    using R = TPropRows<TORXBaseLink>;
+    using L = TORXBaseLink;
+    constexpr std::int64_t kIDMin = INT32_MIN, kIDMax = INT32_MAX, kIndexMin = INT16_MIN,
+                           kIndexMax = INT16_MAX;
+    // Arc angles are radians in the link and degrees in files.
+    static const TPropTable<TORXBaseLink> table(std::vector<TPropRow<L>>{
+        R::Enum<&L::fLinkType>(LinkProp::kLinkType, "LinkType", TQVLinkType::ltRoundCorner),
+        R::Enum<&L::fLineType>(LinkProp::kLineType, "LineType", TQVLineType::ii411),
+        R::Int<&L::fFromID>(LinkProp::kFromID, "FromID", kIDMin, kIDMax),
+        R::Int<&L::fFromIndex>(LinkProp::kFromIndex, "FromIndex", kIndexMin, kIndexMax),
+        R::Enum<&L::fFromType>(LinkProp::kFromType, "FromType", kLastTermType),
+        R::Value<&L::fFromColor>(LinkProp::kFromColor, "FromColor"),
+        R::Int<&L::fToID>(LinkProp::kToID, "ToID", kIDMin, kIDMax),
+        R::Int<&L::fToIndex>(LinkProp::kToIndex, "ToIndex", kIndexMin, kIndexMax),
+        R::Enum<&L::fToType>(LinkProp::kToType, "ToType", kLastTermType),
+        R::Value<&L::fToColor>(LinkProp::kToColor, "ToColor"),
+        // The arc is derived from the course; files keep it for readers that do not route.
+        R::Value<&L::fRadio>(kPropNone, "Radio"),
+        R::Value<&L::fCx>(kPropNone, "Cx"),
+        R::Value<&L::fCy>(kPropNone, "Cy"),
+        R::Custom("Start", {[](const L& l, TJsonWriter& w) {
+                                w.Key("Start");
+                                w.Float(U::Round(Degrees(l.fStart)));
+                            },
+                            [](L& l, const TJSON& obj) { l.fStart = Radians(U::GetFloat(obj, "Start")); }}),
+        R::Custom("End", {[](const L& l, TJsonWriter& w) {
+                              w.Key("End");
+                              w.Float(U::Round(Degrees(l.fEnd)));
+                          },
+                          [](L& l, const TJSON& obj) { l.fEnd = Radians(U::GetFloat(obj, "End")); }}),
+        R::Custom("Sweep", {[](const L& l, TJsonWriter& w) {
+                                w.Key("Sweep");
+                                w.Float(U::Round(Degrees(l.fSweep)));
+                            },
+                            [](L& l, const TJSON& obj) { l.fSweep = Radians(U::GetFloat(obj, "Sweep")); }}),
+        R::Value<&L::fClockWise>(kPropNone, "ClockWise"),
+        R::Custom("LinkPoints",
+                  {[](const L& l, TJsonWriter& w) {
+                       w.Key("LinkPoints");
+                       w.BeginArray();
+                       for (const auto& p : l.fLinkPoints) {
+                           w.BeginObject();
+                           w.Key("BaseX");
+                           w.Int(p.X);
+                           w.Key("BaseY");
+                           w.Int(p.Y);
+                           w.EndObject();
+                       }
+                       w.EndArray();
+                   },
+                   [](L& l, const TJSON& obj) {
+                       l.fLinkPoints.clear();
+                       for (const auto& p : U::GetArray(obj, "LinkPoints"))
+                           l.fLinkPoints.push_back(TQVLPto64{U::GetInt(p, "BaseX"), U::GetInt(p, "BaseY")});
+                   }}),
+        // An extra key after the link's own: older readers keep the link and ignore its label.
+        R::Custom("Label", {[](const L& l, TJsonWriter& w) {
+                                if (l.fLabel.empty()) return;
+                                w.Key("Label");
+                                w.String(l.fLabel);
+                            },
+                            [](L& l, const TJSON& obj) { l.fLabel = U::GetString(obj, "Label"); }}),
+    });
+    return table;
+}
+
 void TORXBaseLink::ReadJson(std::int32_t version, const TJSON& obj) {
-    TPropItem::ReadJson(version, obj);
     const auto endsBefore = LinkEndIDs();
-    fLinkType = EnumOf(U::GetInt(obj, "LinkType"), TQVLinkType::ltRoundCorner);
-    fLineType = EnumOf(U::GetInt(obj, "LineType"), TQVLineType::ii411);
-    fFromID = static_cast<std::int32_t>(U::GetInt(obj, "FromID"));
-    fFromIndex = static_cast<std::int16_t>(U::GetInt(obj, "FromIndex"));
-    fFromType = EnumOf(U::GetInt(obj, "FromType"), kLastTermType);
-    fFromColor = U::GetColor(obj, "FromColor");
-    fToID = static_cast<std::int32_t>(U::GetInt(obj, "ToID"));
-    fToIndex = static_cast<std::int16_t>(U::GetInt(obj, "ToIndex"));
-    fToType = EnumOf(U::GetInt(obj, "ToType"), kLastTermType);
-    fToColor = U::GetColor(obj, "ToColor");
+    TTableItem::ReadJson(version, obj);
     if (LinkEndIDs() != endsBefore) fOwner->LinkEndsChanged(this);
-    fRadio = U::GetInt(obj, "Radio");
-    fCx = U::GetInt(obj, "Cx");
-    fCy = U::GetInt(obj, "Cy");
-    fStart = Radians(U::GetFloat(obj, "Start"));
-    fEnd = Radians(U::GetFloat(obj, "End"));
-    fSweep = Radians(U::GetFloat(obj, "Sweep"));
-    fClockWise = U::GetBool(obj, "ClockWise");
-    fLinkPoints.clear();
-    for (const auto& p : U::GetArray(obj, "LinkPoints"))
-        fLinkPoints.push_back(TQVLPto64{U::GetInt(p, "BaseX"), U::GetInt(p, "BaseY")});
-    fLabel = U::GetString(obj, "Label");
     fArcFromMiddle = false;
     // Until the elements are bound (after the whole drawing is read) the ends stay where they were saved.
     fStartPt = fEndPt = TQVLPto64{GetPointX(1), GetPointY(1)};

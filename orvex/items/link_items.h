@@ -13,7 +13,7 @@
 
 #include "orvex/document/point_items.h"
 #include "orvex/items/flow_types.h"
-#include "orvex/items/item_props.h"
+#include "orvex/items/table_item.h"
 #include "orvex/render/draw_context.h"
 
 namespace Orvex {
@@ -37,7 +37,7 @@ inline constexpr std::uint16_t kLinkPoints = kPropFirstKind + 110;
 // Intermediate points that SetLinkType leaves; -1 keeps the array as it is (the user's polyline).
 std::int32_t LinkTypePointCount(TQVLinkType type);
 
-class TORXBaseLink : public TPropItem<TORXBasePoint> {
+class TORXBaseLink : public TTableItem<TORXBasePoint, TORXBaseLink> {
   public:
     TORXBaseLink(TORXBaseLabel* owner, bool create);
     TORXBaseLink(TORXBaseLabel* owner, TORXLayer* layer, bool create);
@@ -49,7 +49,7 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
     TQVLinkType LinkType() const { return fLinkType; }
     void SetLinkType(TQVLinkType type);
     TQVLineType LineType() const { return fLineType; }
-    void SetLineType(TQVLineType t) { SetEnumField(fLineType, t, LinkProp::kLineType); }
+    void SetLineType(TQVLineType t) { SetEnumProp(LinkProp::kLineType, static_cast<std::int64_t>(t)); }
     std::int32_t FromID() const { return static_cast<std::int32_t>(fFromID); }
     void SetFromID(std::int32_t id) {
         SetField<TORXBaseValueCmd>(fFromID, std::int64_t{id}, LinkProp::kFromID);
@@ -59,7 +59,7 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
         SetField<TORXBaseValueCmd>(fFromIndex, std::int64_t{i}, LinkProp::kFromIndex);
     }
     TQVLTermType FromType() const { return fFromType; }
-    void SetFromType(TQVLTermType t) { SetEnumField(fFromType, t, LinkProp::kFromType); }
+    void SetFromType(TQVLTermType t) { SetEnumProp(LinkProp::kFromType, static_cast<std::int64_t>(t)); }
     TAlphaColor FromColor() const { return fFromColor; }
     void SetFromColor(TAlphaColor c) { SetField<TORXColorCmd>(fFromColor, c, LinkProp::kFromColor); }
     std::int32_t ToID() const { return static_cast<std::int32_t>(fToID); }
@@ -69,7 +69,7 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
         SetField<TORXBaseValueCmd>(fToIndex, std::int64_t{i}, LinkProp::kToIndex);
     }
     TQVLTermType ToType() const { return fToType; }
-    void SetToType(TQVLTermType t) { SetEnumField(fToType, t, LinkProp::kToType); }
+    void SetToType(TQVLTermType t) { SetEnumProp(LinkProp::kToType, static_cast<std::int64_t>(t)); }
     TAlphaColor ToColor() const { return fToColor; }
     void SetToColor(TAlphaColor c) { SetField<TORXColorCmd>(fToColor, c, LinkProp::kToColor); }
     // Both ends at once, as one undo step: what add_link and the diagram layout call.
@@ -126,20 +126,18 @@ class TORXBaseLink : public TPropItem<TORXBasePoint> {
     void RotateRight() override;
     void BaseMove(std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2, TQVLMoveOpt option,
                   bool flag) override;
-    TJSON WriteJson() const override;
-    void ReadJson(std::int32_t version, const TJSON& obj) override;
+    void ReadJson(std::int32_t version, const TJSON& obj) override;  // then the ends as saved, routed later
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
     void CheckProp(TQVLInsTypeBases& baseSet, TQVLInsTypes& set) const override;
-    std::int64_t GetEnumProp(std::uint16_t p) const override;
-    void SetEnumProp(std::uint16_t p, std::int64_t v) override;
+    void SetEnumProp(std::uint16_t p, std::int64_t v) override;  // the link type through SetLinkType
+    // The link's properties and keys after those of every point item, in the order of its drawing files.
+    static const TPropTable<TORXBaseLink>& PropTable();
 
     // Used by the link's own undo command: type and link points together.
     void RestoreLinkState(TQVLinkType type, const std::vector<TQVLPto64>& points, std::uint16_t property);
 
   protected:
-    TAlphaColor* ColorField(std::uint16_t p) override;
-    std::int64_t* IntField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
     std::array<std::int32_t, 2> LinkEndIDs() const override;
     void SetLinkPoints(const std::vector<TQVLPto64>& points);  // one undo step

@@ -6,7 +6,9 @@
 
 #include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/io/json_writer.h"
 #include "orvex/items/box_helpers.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/items/text_metrics.h"
 
@@ -14,11 +16,6 @@ namespace Orvex {
 
 namespace {
 using U = TJSONUtils;
-
-template <class E>
-E EnumOf(std::int64_t v, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
-}
 
 TQVLRect BoxOf(const TORX2DItem& item) {
     TQVLRect r(item.GetPointX(1), item.GetPointY(1), item.GetPointX(2), item.GetPointY(2));
@@ -57,7 +54,12 @@ bool TORXBasePoly::CheckPoint(std::int64_t x, std::int64_t y, std::int32_t toler
 }
 
 TJSON TORXBasePoly::WriteJson() const {
-    TJSON obj = TORXBaseItem::WriteJson();
+    // The common keys alone: the item places "Filled" among its own and names its fill "FillColor".
+    TJsonTreeWriter common;
+    common.BeginObject();
+    TORXBaseItem::WriteKeys(common);
+    common.EndObject();
+    TJSON obj = common.Take();
     obj["PolyType"] = static_cast<int>(fPolyType);
     obj["Items"] = U::SetStrings(fItems);
     obj["Data"] = fData;
@@ -85,14 +87,14 @@ TJSON TORXBasePoly::WriteJson() const {
 
 void TORXBasePoly::ReadJson(std::int32_t version, const TJSON& obj) {
     TORXBaseItem::ReadJson(version, obj);
-    fPolyType = EnumOf(U::GetInt(obj, "PolyType"), TQVLPolyType::poDataMatrix);
+    fPolyType = EnumWithin(U::GetInt(obj, "PolyType"), TQVLPolyType::poDataMatrix);
     fItems = U::GetStrings(obj, "Items");
     fData = U::GetString(obj, "Data");
     fFill = U::GetBool(obj, "Filled");
     fBackColor = U::GetColor(obj, "FillColor");
     fRadio = static_cast<float>(U::GetFloat(obj, "Radio"));
-    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
-    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
+    fHorzAlign = EnumWithin(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
+    fVertAlign = EnumWithin(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
     fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
     fPaddingY = static_cast<float>(U::GetFloat(obj, "PaddingY"));
     fDistance = static_cast<float>(U::GetFloat(obj, "Distance"));
@@ -173,11 +175,11 @@ std::int64_t TORXBasePoly::GetEnumProp(std::uint16_t p) const {
 void TORXBasePoly::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
         case PolyProp::kPolyType:
-            return SetPolyType(EnumOf(v, TQVLPolyType::poDataMatrix));
+            return SetPolyType(EnumWithin(v, TQVLPolyType::poDataMatrix));
         case PolyProp::kHorzAlign:
-            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+            return SetHorzAlign(EnumWithin(v, TQVLHorzAlign::haJustify));
         case PolyProp::kVertAlign:
-            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+            return SetVertAlign(EnumWithin(v, TQVLVertAlign::vaBottom));
         default:
             return TPropItem::SetEnumProp(p, v);
     }
@@ -263,7 +265,7 @@ TJSON TORXDataPoly::WriteJson() const {
 
 void TORXDataPoly::ReadJson(std::int32_t version, const TJSON& obj) {
     TORXBasePoly::ReadJson(version, obj);
-    fFillType = EnumOf(U::GetInt(obj, "FillType"), TQVLFillType::ftImg64);
+    fFillType = EnumWithin(U::GetInt(obj, "FillType"), TQVLFillType::ftImg64);
     fField = U::GetString(obj, "Field");
     fFormat = U::GetString(obj, "Format");
     fAddParenthesis = U::GetBool(obj, "AddParenthesis");
@@ -276,7 +278,7 @@ std::int64_t TORXDataPoly::GetEnumProp(std::uint16_t p) const {
 
 void TORXDataPoly::SetEnumProp(std::uint16_t p, std::int64_t v) {
     if (p == PolyProp::kFillType)
-        SetFillType(EnumOf(v, TQVLFillType::ftImg64));
+        SetFillType(EnumWithin(v, TQVLFillType::ftImg64));
     else
         TORXBasePoly::SetEnumProp(p, v);
 }

@@ -11,6 +11,7 @@
 #include "orvex/io/json_text.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/rich_text_layout.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/items/text_metrics.h"
@@ -19,11 +20,6 @@ namespace Orvex {
 
 namespace {
 using U = TJSONUtils;
-
-template <class E>
-E EnumOf(std::int64_t v, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
-}
 
 TRichTextFormat FormatOf(const TQVLFont& font) {
     TRichTextFormat f;
@@ -239,8 +235,8 @@ std::int64_t TORXBaseRichText::GetEnumProp(std::uint16_t p) const {
 }
 
 void TORXBaseRichText::SetEnumProp(std::uint16_t p, std::int64_t v) {
-    if (p == TextProp::kHorzAlign) return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
-    if (p == TextProp::kVertAlign) return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+    if (p == TextProp::kHorzAlign) return SetHorzAlign(EnumWithin(v, TQVLHorzAlign::haJustify));
+    if (p == TextProp::kVertAlign) return SetVertAlign(EnumWithin(v, TQVLVertAlign::vaBottom));
     TPropItem::SetEnumProp(p, v);
 }
 
@@ -280,8 +276,8 @@ void TORXBaseRichText::ReadJson(std::int32_t version, const TJSON& obj) {
     TPropItem::ReadJson(version, obj);
     fRichText = U::GetString(obj, "RichText");
     fFont = U::GetFont(U::GetObject(obj, "Font"));
-    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
-    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
+    fHorzAlign = EnumWithin(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
+    fVertAlign = EnumWithin(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
     fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
     fPaddingY = static_cast<float>(U::GetFloat(obj, "PaddingY"));
     fInterline = static_cast<float>(U::GetFloat(obj, "Interline"));

@@ -13,6 +13,7 @@
 #include "orvex/document/undo_commands.h"
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/item_geometry.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/render/draw2d.h"
@@ -27,8 +28,7 @@ using namespace ItemGeo;
 namespace {
 
 TQVLineType LineTypeFromJson(const TJSON& obj) {
-    return static_cast<TQVLineType>(std::clamp<std::int64_t>(U::GetInt(obj, "LineType"), 0,
-                                                             static_cast<std::int64_t>(TQVLineType::ii411)));
+    return EnumWithin(U::GetInt(obj, "LineType"), TQVLineType::ii411);
 }
 
 std::int64_t Abs64(std::int64_t v) {
@@ -83,7 +83,7 @@ std::int64_t TORXBoxShape::GetEnumProp(std::uint16_t property) const {
 
 void TORXBoxShape::SetEnumProp(std::uint16_t property, std::int64_t value) {
     if (property == kPropLineType)
-        SetLineType(static_cast<TQVLineType>(value));
+        SetLineType(EnumWithin(value, TQVLineType::ii411));
     else
         TORX2DItem::SetEnumProp(property, value);
 }
@@ -253,7 +253,7 @@ std::int64_t TORXBasePolygon::GetEnumProp(std::uint16_t property) const {
 
 void TORXBasePolygon::SetEnumProp(std::uint16_t property, std::int64_t value) {
     if (property == kPropLineType)
-        SetLineType(static_cast<TQVLineType>(value));
+        SetLineType(EnumWithin(value, TQVLineType::ii411));
     else
         TORXBasePoint::SetEnumProp(property, value);
 }

@@ -11,6 +11,7 @@
 #include "orvex/io/json.h"
 #include "orvex/io/json_utils.h"
 #include "orvex/items/box_helpers.h"
+#include "orvex/items/enum_bounds.h"
 #include "orvex/items/svg_style.h"
 #include "orvex/items/text_metrics.h"
 
@@ -22,11 +23,6 @@ using U = TJSONUtils;
 // Sizes go through the clamp that coordinates do, so a text's extent can be added to its position.
 std::int64_t MM(float mm) {
     return Qvl::Utils::ClampCoord(SetBaseValue(mm));
-}
-
-template <class E>
-E EnumOf(std::int64_t v, E last) {
-    return static_cast<E>(std::clamp<std::int64_t>(v, 0, static_cast<std::int64_t>(last)));
 }
 
 }  // namespace
@@ -238,11 +234,11 @@ std::int64_t TORXTextItem::GetEnumProp(std::uint16_t p) const {
 void TORXTextItem::SetEnumProp(std::uint16_t p, std::int64_t v) {
     switch (p) {
         case TextProp::kHorzAlign:
-            return SetHorzAlign(EnumOf(v, TQVLHorzAlign::haJustify));
+            return SetHorzAlign(EnumWithin(v, TQVLHorzAlign::haJustify));
         case TextProp::kVertAlign:
-            return SetVertAlign(EnumOf(v, TQVLVertAlign::vaBottom));
+            return SetVertAlign(EnumWithin(v, TQVLVertAlign::vaBottom));
         case TextProp::kFillType:
-            return SetFillType(EnumOf(v, TQVLFillType::ftImg64));
+            return SetFillType(EnumWithin(v, TQVLFillType::ftImg64));
         default:
             return TPropItem::SetEnumProp(p, v);
     }
@@ -251,6 +247,10 @@ void TORXTextItem::SetEnumProp(std::uint16_t p, std::int64_t v) {
 void TORXTextItem::PropChanged(std::uint16_t p) {
     (void)p;
     UpdatePoints();
+}
+
+void TORXTextItem::WriteKeys(TJsonWriter& writer) const {
+    TORXBaseItem::WriteKeys(writer);
 }
 
 void TORXTextItem::WriteFontKeys(TJSON& obj) const {
@@ -283,7 +283,7 @@ void TORXTextItem::WriteBindingKeys(TJSON& obj) const {
 
 void TORXTextItem::ReadBindingKeys(const TJSON& obj) {
     fName = U::GetString(obj, "Name");
-    fFillType = EnumOf(U::GetInt(obj, "FillType"), TQVLFillType::ftImg64);
+    fFillType = EnumWithin(U::GetInt(obj, "FillType"), TQVLFillType::ftImg64);
     fField = U::GetString(obj, "Field");
     fData = U::GetString(obj, "Data");
     fFormat = U::GetString(obj, "Format");
@@ -292,7 +292,7 @@ void TORXTextItem::ReadBindingKeys(const TJSON& obj) {
 // [SECTION] Text
 
 TORXBaseText::TORXBaseText(TORXBaseLabel* owner, bool preview)
-    : TORXTextItem(owner, TQVLItemType::itText, preview) {
+    : TTableItem(owner, TQVLItemType::itText, preview) {
     UpdatePoints();  // even an empty text is one line high
 }
 
@@ -359,7 +359,7 @@ void TORXBaseText::Turn(int quarters) {
 }
 
 void TORXBaseText::SetEnumProp(std::uint16_t p, std::int64_t v) {
-    TORXTextItem::SetEnumProp(p, v);
+    TTableItem::SetEnumProp(p, v);
     if (p == kPropAngle) UpdatePoints();
 }
 
@@ -371,37 +371,39 @@ void TORXBaseText::RotateRight() {
     Turn(1);
 }
 
-TJSON TORXBaseText::WriteJson() const {
-    TJSON obj = TORXBaseItem::WriteJson();
-    obj["Text"] = fText;
-    WriteFontKeys(obj);
-    obj["BackColor"] = U::SetAlphaColor(fBackColor);
-    obj["Filled"] = fFill;
-    obj["Radio"] = U::Round(fRadio);
-    obj["HorzAlign"] = static_cast<int>(fHorzAlign);
-    obj["VertAlign"] = static_cast<int>(fVertAlign);
-    obj["PaddingX"] = U::Round(fPaddingX);
-    obj["PaddingY"] = U::Round(fPaddingY);
-    obj["ScaleX"] = U::Round(fScaleX);
-    obj["DispWidth"] = U::Round(fDispWidth);
-    WriteBindingKeys(obj);
-    return obj;
+const TPropTable<TORXBaseText>& TORXBaseText::PropTable() {
+    using R = TPropRows<TORXBaseText>;
+    using T = TORXBaseText;
+    static const TPropTable<TORXBaseText> table(std::vector<TPropRow<T>>{
+        R::Value<&T::fText>(TextProp::kText, "Text"),
+        R::Field<std::string>(TextProp::kFontName, "Font", [](T& t) { return &t.fFont.Name; }),
+        R::Field<float>(TextProp::kFontHeight, "FontHeight", [](T& t) { return &t.fFont.FontHeight; }),
+        R::Field<TAlphaColor>(TextProp::kFontColor, "FontColor", [](T& t) { return &t.fFont.FontColor; }),
+        R::Field<bool>(TextProp::kBold, "Bold", [](T& t) { return &t.fFont.Bold; }),
+        R::Field<bool>(TextProp::kItalic, "Italic", [](T& t) { return &t.fFont.Italic; }),
+        R::Field<bool>(TextProp::kUnderline, "Underline", [](T& t) { return &t.fFont.Underline; }),
+        R::Field<bool>(TextProp::kStrikeout, "Strikeout", [](T& t) { return &t.fFont.Strikeout; }),
+        // The background's keys: their properties stay with every 2D item's setters.
+        R::Value<&T::fBackColor>(kPropNone, "BackColor"),
+        R::Value<&T::fFill>(kPropNone, "Filled"),
+        R::Value<&T::fRadio>(TextProp::kRadio, "Radio"),
+        R::Enum<&T::fHorzAlign>(TextProp::kHorzAlign, "HorzAlign", TQVLHorzAlign::haJustify),
+        R::Enum<&T::fVertAlign>(TextProp::kVertAlign, "VertAlign", TQVLVertAlign::vaBottom),
+        R::Value<&T::fPaddingX>(TextProp::kPaddingX, "PaddingX"),
+        R::Value<&T::fPaddingY>(TextProp::kPaddingY, "PaddingY"),
+        R::Value<&T::fScaleX>(TextProp::kScaleX, "ScaleX"),
+        R::Value<&T::fDispWidth>(TextProp::kDispWidth, "DispWidth"),
+        R::Value<&T::fName>(TextProp::kName, "Name"),
+        R::Enum<&T::fFillType>(TextProp::kFillType, "FillType", TQVLFillType::ftImg64),
+        R::Value<&T::fField>(TextProp::kField, "Field"),
+        R::Value<&T::fData>(TextProp::kData, "Data"),
+        R::Value<&T::fFormat>(TextProp::kFormat, "Format"),
+    });
+    return table;
 }
 
 void TORXBaseText::ReadJson(std::int32_t version, const TJSON& obj) {
-    TORXBaseItem::ReadJson(version, obj);
-    fText = U::GetString(obj, "Text");
-    ReadFontKeys(obj);
-    fBackColor = U::GetColor(obj, "BackColor");
-    fFill = U::GetBool(obj, "Filled");
-    fRadio = static_cast<float>(U::GetFloat(obj, "Radio"));
-    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
-    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
-    fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
-    fPaddingY = static_cast<float>(U::GetFloat(obj, "PaddingY"));
-    fScaleX = static_cast<float>(U::GetFloat(obj, "ScaleX"));
-    fDispWidth = static_cast<float>(U::GetFloat(obj, "DispWidth"));
-    ReadBindingKeys(obj);
+    TTableItem::ReadJson(version, obj);
     UpdatePoints();
 }
 
@@ -424,12 +426,6 @@ void TORXBaseText::WriteSVG(std::vector<std::string>& defs, std::vector<std::str
     }
     body.push_back(text + "</text>");
     body.push_back("</g>");
-}
-
-float* TORXBaseText::FloatField(std::uint16_t p) {
-    if (p == TextProp::kScaleX) return &fScaleX;
-    if (p == TextProp::kDispWidth) return &fDispWidth;
-    return TORXTextItem::FloatField(p);
 }
 
 void TORXBaseText::PropChanged(std::uint16_t p) {
@@ -525,8 +521,8 @@ void TORXBasePara::ReadJson(std::int32_t version, const TJSON& obj) {
     ReadFontKeys(obj);
     fBackColor = U::GetColor(obj, "BackColor");
     fRadio = static_cast<float>(U::GetFloat(obj, "Radio"));
-    fHorzAlign = EnumOf(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
-    fVertAlign = EnumOf(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
+    fHorzAlign = EnumWithin(U::GetInt(obj, "HorzAlign"), TQVLHorzAlign::haJustify);
+    fVertAlign = EnumWithin(U::GetInt(obj, "VertAlign"), TQVLVertAlign::vaBottom);
     fPaddingX = static_cast<float>(U::GetFloat(obj, "PaddingX"));
     fPaddingY = static_cast<float>(U::GetFloat(obj, "PaddingY"));
     // Older drawings named the line spacing "LineSize".
@@ -537,7 +533,7 @@ void TORXBasePara::ReadJson(std::int32_t version, const TJSON& obj) {
     fDecreaseHeight = U::GetBool(obj, "DecreaseHeight");
     fBaseX = static_cast<float>(U::GetFloat(obj, "BaseX"));
     fBaseY = static_cast<float>(U::GetFloat(obj, "BaseY"));
-    fTextPos = EnumOf(U::GetInt(obj, "TextPos"), TQVLTextPos::tpVert);
+    fTextPos = EnumWithin(U::GetInt(obj, "TextPos"), TQVLTextPos::tpVert);
     fFromPos = U::GetInt(obj, "FromPos");
     fToPos = U::GetInt(obj, "ToPos");
     ReadBindingKeys(obj);
@@ -550,7 +546,7 @@ std::int64_t TORXBasePara::GetEnumProp(std::uint16_t p) const {
 
 void TORXBasePara::SetEnumProp(std::uint16_t p, std::int64_t v) {
     if (p == TextProp::kTextPos)
-        SetTextPos(EnumOf(v, TQVLTextPos::tpVert));
+        SetTextPos(EnumWithin(v, TQVLTextPos::tpVert));
     else
         TORXTextItem::SetEnumProp(p, v);
 }

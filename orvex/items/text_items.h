@@ -16,6 +16,7 @@
 #include "orvex/document/point_items.h"
 #include "orvex/items/item_props.h"
 #include "orvex/items/rich_text.h"
+#include "orvex/items/table_item.h"
 #include "orvex/items/text_place.h"
 #include "orvex/items/text_pos.h"
 
@@ -123,6 +124,8 @@ class TORXTextItem : public TPropItem<TORX2DItem> {
                   float factor, bool flag) const override;
     std::int64_t GetEnumProp(std::uint16_t p) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;
+    // The common keys only: text kinds place "BackColor" and "Filled" among their own keys.
+    void WriteKeys(TJsonWriter& writer) const override;
 
   protected:
     TAlphaColor* ColorField(std::uint16_t p) override;
@@ -154,7 +157,7 @@ class TORXTextItem : public TPropItem<TORX2DItem> {
 
 // A text whose box follows its content: point 1 is the top-left corner, point 2 follows from the text,
 // font, paddings, horizontal scale and display width, turned with the angle.
-class TORXBaseText : public TORXTextItem {
+class TORXBaseText : public TTableItem<TORXTextItem, TORXBaseText> {
   public:
     TORXBaseText(TORXBaseLabel* owner, bool preview);
     TORXBaseText(TORXBaseLabel* owner, TORXLayer* layer, bool preview);
@@ -171,14 +174,14 @@ class TORXBaseText : public TORXTextItem {
     void CalcValues(std::int16_t value) override;
     void RotateLeft() override;
     void RotateRight() override;
-    TJSON WriteJson() const override;
-    void ReadJson(std::int32_t version, const TJSON& obj) override;
+    void ReadJson(std::int32_t version, const TJSON& obj) override;  // then the size from the content
     void WriteSVG(std::vector<std::string>& defs, std::vector<std::string>& body, TQVLExportSVG mode,
                   float factor, bool flag) const override;
     void SetEnumProp(std::uint16_t p, std::int64_t v) override;  // an undone turn resizes at once
+    // The text's properties and keys after the common ones, in the order of its drawing files.
+    static const TPropTable<TORXBaseText>& PropTable();
 
   protected:
-    float* FloatField(std::uint16_t p) override;
     void PropChanged(std::uint16_t p) override;
     void Turn(int quarters);
     double Scale() const { return fScaleX > 0.0f ? fScaleX : 1.0; }  // a file without a scale reads 0
