@@ -18,7 +18,7 @@ namespace {
 class PropTableTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        fFlow = new THeadlessItem<TORXBaseFlow>(&fDoc, false);  // the document owns its items
+        fFlow = fDoc.AddNew<THeadlessItem<TORXBaseFlow>>(false);  // the document owns its items
         fFlow->SetBase(1, 10000, 10000);
         fFlow->SetBase(2, 42000, 27500);
         fFlow->SetFlowType(TQVLFlowType::ftDecision);
@@ -34,16 +34,16 @@ class PropTableTest : public ::testing::Test {
         fFlow->SetFontHeight(3.3f);
         fFlow->SetInterline(0.25f);
         fFlow->SetText("Approved \"as is\"?\nthen ship \xe2\x86\x92 now");
-        auto* other = new THeadlessItem<TORXBaseFlow>(&fDoc, false);
+        auto* other = fDoc.AddNew<THeadlessItem<TORXBaseFlow>>(false);
         other->SetBase(1, 80000, 10000);
         other->SetBase(2, 100000, 20000);
-        fLink = new THeadlessItem<TORXBaseLink>(&fDoc, false);
+        fLink = fDoc.AddNew<THeadlessItem<TORXBaseLink>>(false);
         fLink->SetLinkType(TQVLinkType::ltRoundCorner);
         fLink->SetFromType(TQVLTermType::ttCrowZeroMany);
         fLink->SetToColor(0xFF123456u);
         fLink->Bind(fFlow, 1, other, 3);
         fLink->SetLabel("yes, \\ then");
-        fText = new THeadlessItem<TORXBaseText>(&fDoc, false);
+        fText = fDoc.AddNew<THeadlessItem<TORXBaseText>>(false);
         fText->SetBase(1, 5000, 60000);
         fText->SetText("caption\tone");
         fText->SetFontName("Serif");
